@@ -1,0 +1,49 @@
+# One function a kind of target. A room is a static library made of one folder; USES names the rooms that it may
+# include, and scripts/lint holds the includes to that list.
+
+include(GoogleTest)
+
+add_library(tb_options INTERFACE)
+target_include_directories(tb_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_options(tb_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Werror -fno-strict-aliasing)
+if(TRAWLBEAM_SANITIZE)
+  target_compile_options(tb_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(tb_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(TRAWLBEAM_FUZZ)
+  target_compile_options(tb_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+if(WIN32)
+  # Windows 7 is the oldest system served; the narrow API is the one whose text is the system code page.
+  target_compile_definitions(tb_options INTERFACE _WIN32_WINNT=0x0601 WINVER=0x0601 NOMINMAX WIN32_LEAN_AND_MEAN)
+endif()
+
+# tb_room(NAME SOURCES a.cpp ... [USES room ...] [LINKS library ...])
+function(tb_room name)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;USES;LINKS" ${ARGN})
+  add_library(tb_${name} STATIC ${ROOM_SOURCES})
+  list(TRANSFORM ROOM_USES PREPEND tb_)
+  target_link_libraries(tb_${name} PUBLIC tb_options ${ROOM_USES} ${ROOM_LINKS})
+endfunction()
+
+# tb_program(NAME SOURCES main.cpp ... [USES room ...] [LINKS library ...] [WINDOWED])
+function(tb_program name)
+  cmake_parse_arguments(PROGRAM "WINDOWED" "" "SOURCES;USES;LINKS" ${ARGN})
+  add_executable(${name} ${PROGRAM_SOURCES})
+  if(PROGRAM_WINDOWED)
+    set_target_properties(${name} PROPERTIES WIN32_EXECUTABLE ON)
+  endif()
+  list(TRANSFORM PROGRAM_USES PREPEND tb_)
+  target_link_libraries(${name} PRIVATE tb_options ${PROGRAM_USES} ${PROGRAM_LINKS})
+endfunction()
+
+# tb_test(NAME SOURCES a_test.cpp ... [USES room ...]): a GoogleTest program whose cases are found by ctest.
+function(tb_test name)
+  cmake_parse_arguments(TEST "" "" "SOURCES;USES" ${ARGN})
+  add_executable(${name} ${TEST_SOURCES})
+  list(TRANSFORM TEST_USES PREPEND tb_)
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  target_link_libraries(${name} PRIVATE tb_options ${TEST_USES} GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+endfunction()

@@ -1,0 +1,124 @@
+#include "base/text.h"
+
+#include <array>
+#include <cstdint>
+
+#include "base/errors.h"
+
+namespace tb {
+
+namespace {
+
+// The letters of windows-1252 beyond ASCII, each with its other case in the same page.
+constexpr std::array<std::uint8_t, 256> MakeLowerTable() {
+    std::array<std::uint8_t, 256> table{};
+    for (unsigned code = 0; code < 256; ++code) {
+        const bool ascii = code >= 'A' && code <= 'Z';
+        const bool accented = code >= 0xC0 && code <= 0xDE && code != 0xD7;
+        table[code] = static_cast<std::uint8_t>(ascii || accented ? code + 0x20 : code);
+    }
+    table[0x8A] = 0x9A;
+    table[0x8C] = 0x9C;
+    table[0x8E] = 0x9E;
+    table[0x9F] = 0xFF;
+    return table;
+}
+
+constexpr std::array<std::uint8_t, 256> LowerTable = MakeLowerTable();
+
+constexpr std::array<std::uint8_t, 256> MakeUpperTable() {
+    std::array<std::uint8_t, 256> table{};
+    for (unsigned code = 0; code < 256; ++code) table[code] = static_cast<std::uint8_t>(code);
+    for (unsigned code = 0; code < 256; ++code) {
+        if (LowerTable[code] != code) table[LowerTable[code]] = static_cast<std::uint8_t>(code);
+    }
+    return table;
+}
+
+constexpr std::array<std::uint8_t, 256> UpperTable = MakeUpperTable();
+
+Text Folded(TextView text, const std::array<std::uint8_t, 256>& table) {
+    Text result(text);
+    for (char& character : result) character = static_cast<char>(table[static_cast<std::uint8_t>(character)]);
+    return result;
+}
+
+template <typename Part>
+std::vector<Part> SplitInto(TextView text, char separator) {
+    std::vector<Part> parts;
+    if (text.empty()) return parts;
+    for (size_t start = 0;;) {
+        const size_t end = text.find(separator, start);
+        if (end == TextView::npos) {
+            parts.emplace_back(text.substr(start));
+            return parts;
+        }
+        parts.emplace_back(text.substr(start, end - start));
+        start = end + 1;
+    }
+}
+
+}  // namespace
+
+std::vector<Text> Split(TextView text, char separator) { return SplitInto<Text>(text, separator); }
+
+std::vector<TextView> SplitViews(TextView text, char separator) { return SplitInto<TextView>(text, separator); }
+
+Text Join(const std::vector<Text>& parts, TextView separator) {
+    Text result;
+    for (size_t index = 0; index < parts.size(); ++index) {
+        if (index > 0) result += separator;
+        result += parts[index];
+    }
+    return result;
+}
+
+char LowerCase(char character) { return static_cast<char>(LowerTable[static_cast<std::uint8_t>(character)]); }
+char UpperCase(char character) { return static_cast<char>(UpperTable[static_cast<std::uint8_t>(character)]); }
+Text LowerCase(TextView text) { return Folded(text, LowerTable); }
+Text UpperCase(TextView text) { return Folded(text, UpperTable); }
+
+TextView Left(TextView text, size_t count) { return text.substr(0, count); }
+
+TextView Mid(TextView text, long position, long length) {
+    if (position < 1 || length < 0) throw Error(ErrorNumber::InvalidCall);
+    const auto start = static_cast<size_t>(position) - 1;
+    return start >= text.size() ? TextView() : text.substr(start, static_cast<size_t>(length));
+}
+
+TextView Trim(TextView text) {
+    constexpr TextView blanks = " \t\r\n";
+    const size_t first = text.find_first_not_of(blanks);
+    if (first == TextView::npos) return {};
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+Text RemoveAll(TextView text, TextView pattern) {
+    Text result;
+    size_t start = 0;
+    for (size_t found; (found = text.find(pattern, start)) != TextView::npos; start = found + pattern.size()) {
+        result += text.substr(start, found - start);
+    }
+    return result += text.substr(start);
+}
+
+TextView WithoutTrailingSlashes(TextView text) {
+    while (text.size() > 1 && text.back() == '/') text.remove_suffix(1);
+    return text;
+}
+
+Text Quoted(TextView text, size_t limit) {
+    constexpr TextView digits = "0123456789ABCDEF";
+    Text result;
+    for (const char character : Left(text, limit)) {
+        const auto code = static_cast<std::uint8_t>(character);
+        if (code >= 0x20 && code < 0x7F && character != '\\') {
+            result += character;
+        } else {
+            result += {'\\', 'x', digits[code >> 4], digits[code & 15]};
+        }
+    }
+    return text.size() > limit ? result + "..." : result;
+}
+
+}  // namespace tb

@@ -1,0 +1,36 @@
+#include "operator/SiteList.h"
+
+#include "base/errors.h"
+#include "operator/Options.h"
+
+namespace tb {
+
+namespace {
+
+Text ReadList(Files& files, const Text& path) {
+    try {
+        return ReadWholeFile(files, path);
+    } catch (const RuntimeError& error) {
+        throw InputError(path + ": " + error.Description);
+    }
+}
+
+}  // namespace
+
+void AddSiteList(EvilDB& evilDB, Files& files, const Text& path) {
+    const Text content = ReadList(files, path);
+    size_t number = 0;
+    for (TextView line : SplitViews(content, '\n')) {
+        ++number;
+        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        if (line.empty()) continue;
+        const std::vector<Text> fields = Split(line, '\t');
+        if (fields.size() != 3) {
+            throw InputError(path + ", line " + std::to_string(number) + ": " + std::to_string(fields.size()) +
+                             " fields where URL, category and validated are expected: " + Quoted(line));
+        }
+        evilDB.AddToDB(fields[0], fields[1], fields[2]);
+    }
+}
+
+}  // namespace tb

@@ -1,0 +1,152 @@
+#include "platform/posix/PosixFiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "base/errors.h"
+
+namespace tb {
+
+namespace {
+
+using std::filesystem::path;
+using OpenPaths = std::multiset<path>;
+
+[[noreturn]] void Fail(int code, const path& about) {
+    switch (code) {
+    case ENOENT: {
+        std::error_code ignored;
+        const path folder = about.parent_path();
+        const bool folderThere = folder.empty() || std::filesystem::is_directory(folder, ignored);
+        throw Error(folderThere ? ErrorNumber::FileNotFound : ErrorNumber::PathNotFound);
+    }
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case ETXTBSY: throw Error(ErrorNumber::PermissionDenied);
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG: throw Error(ErrorNumber::DiskFull);
+    case EIO: throw Error(ErrorNumber::DeviceIO);
+    case ENOMEM: throw Error(ErrorNumber::OutOfMemory);
+    default: throw Error(ErrorNumber::PathFileAccess);
+    }
+}
+
+class Descriptor {
+public:
+    Descriptor(const path& name, int flags) : m_Value(::open(name.c_str(), flags | O_CLOEXEC, 0666)) {
+        if (m_Value < 0) Fail(errno, name);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() { Close(); }
+
+    int Value() const { return m_Value; }
+    int Close() {
+        const int result = m_Value < 0 ? 0 : ::close(m_Value);
+        m_Value = -1;
+        return result;
+    }
+
+private:
+    int m_Value;
+};
+
+class PosixReader : public FileReader {
+public:
+    PosixReader(path name, std::shared_ptr<OpenPaths> open)
+        : m_Path(std::move(name)), m_File(m_Path, O_RDONLY), m_Open(std::move(open)) {
+        struct stat status{};
+        if (::fstat(m_File.Value(), &status) != 0) Fail(errno, m_Path);
+        if (S_ISDIR(status.st_mode)) throw Error(ErrorNumber::PathFileAccess);
+        m_Size = static_cast<std::uint64_t>(status.st_size);
+        m_Open->insert(m_Path);
+    }
+    PosixReader(const PosixReader&) = delete;
+    PosixReader& operator=(const PosixReader&) = delete;
+    ~PosixReader() override { m_Open->erase(m_Open->find(m_Path)); }
+
+    size_t Read(void* buffer, size_t count) override {
+        for (;;) {
+            const ssize_t result = ::read(m_File.Value(), buffer, count);
+            if (result >= 0) return static_cast<size_t>(result);
+            if (errno != EINTR) Fail(errno, m_Path);
+        }
+    }
+    std::uint64_t Size() override { return m_Size; }
+
+private:
+    path m_Path;
+    Descriptor m_File;
+    std::shared_ptr<OpenPaths> m_Open;
+    std::uint64_t m_Size = 0;
+};
+
+class PosixWriter : public FileWriter {
+public:
+    explicit PosixWriter(path name) : m_Path(std::move(name)), m_File(m_Path, O_WRONLY | O_CREAT | O_TRUNC) {}
+
+    void Write(TextView bytes) override {
+        while (!bytes.empty()) {
+            const ssize_t written = ::write(m_File.Value(), bytes.data(), bytes.size());
+            if (written < 0 && errno != EINTR) Fail(errno, m_Path);
+            if (written > 0) bytes.remove_prefix(static_cast<size_t>(written));
+        }
+    }
+    void Finish() override {
+        if (::fsync(m_File.Value()) != 0 || m_File.Close() != 0) Fail(errno, m_Path);
+    }
+
+private:
+    path m_Path;
+    Descriptor m_File;
+};
+
+void RefuseOpen(const OpenPaths& open, const path& name) {
+    if (open.count(name) > 0) throw Error(ErrorNumber::PermissionDenied);
+}
+
+}  // namespace
+
+std::unique_ptr<FileReader> PosixFiles::OpenForReading(const path& name) {
+    return std::make_unique<PosixReader>(name, m_Open);
+}
+
+std::unique_ptr<FileWriter> PosixFiles::OpenForWriting(const path& name) {
+    RefuseOpen(*m_Open, name);
+    return std::make_unique<PosixWriter>(name);
+}
+
+void PosixFiles::Replace(const path& from, const path& to) {
+    RefuseOpen(*m_Open, to);
+    if (::rename(from.c_str(), to.c_str()) != 0) Fail(errno, to);
+}
+
+void PosixFiles::Delete(const path& name) {
+    RefuseOpen(*m_Open, name);
+    if (IsReadOnly(name)) throw Error(ErrorNumber::PermissionDenied);
+    if (::unlink(name.c_str()) != 0) Fail(errno, name);
+}
+
+bool PosixFiles::IsReadOnly(const path& name) {
+    struct stat status{};
+    return ::stat(name.c_str(), &status) == 0 && (status.st_mode & S_IWUSR) == 0;
+}
+
+std::vector<path> PosixFiles::List(const path& folder) {
+    std::vector<path> names;
+    std::error_code failure;
+    std::filesystem::directory_iterator entries(folder, failure);
+    if (failure == std::errc::no_such_file_or_directory) return names;
+    if (failure) Fail(failure.value(), folder);
+    for (const auto& entry : entries) {
+        if (entry.is_regular_file(failure)) names.push_back(entry.path().filename());
+    }
+    return names;
+}
+
+}  // namespace tb

@@ -1,0 +1,64 @@
+// The operator's tool: judges requests, frames data files and handles snapshots from a command line.
+#include <cstdio>
+
+#include "base/errors.h"
+#include "operator/Commands.h"
+#include "operator/Options.h"
+
+namespace {
+
+constexpr const char* Usage = R"(usage: tbtool COMMAND
+  check (--list FILE | --snapshot FILE) [--stats]
+      judges request lines on standard input, one reply a line
+  frame      puts the checked, scrambled frame around standard input
+  unframe    takes the text out of a frame
+  snapshot save --list FILE --stamp YYYYMMDDHHMM --out DIR
+      writes the lines "URL TAB category TAB validated" of FILE as a snapshot
+  snapshot show FILE
+      prints a snapshot: stamp, count and fingerprint, then its entries
+Exit status: 0 done, 1 broken input or a failure, 2 wrong command line.
+)";
+
+struct Command {
+    const char* Name;
+    void (*Run)(const std::vector<tb::Text>&);
+};
+
+constexpr Command Commands[] = {
+    {"check", tb::CheckCommand},
+    {"frame", tb::FrameCommand},
+    {"unframe", tb::UnframeCommand},
+    {"snapshot save", tb::SnapshotSaveCommand},
+    {"snapshot show", tb::SnapshotShowCommand},
+};
+
+void Run(std::vector<tb::Text> words) {
+    if (words.empty()) throw tb::UsageError("no command");
+    tb::Text name = words.front();
+    words.erase(words.begin());
+    if (name == "snapshot" && !words.empty()) {
+        name += " " + words.front();
+        words.erase(words.begin());
+    }
+    for (const Command& command : Commands) {
+        if (name == command.Name) return command.Run(words);
+    }
+    throw tb::UsageError("unknown command " + name);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        Run({argv + 1, argv + argc});
+        return 0;
+    } catch (const tb::UsageError& error) {
+        std::fprintf(stderr, "tbtool: %s\n%s", error.what(), Usage);
+        return 2;
+    } catch (const tb::RuntimeError& error) {
+        std::fprintf(stderr, "tbtool: %s\n", error.Description.c_str());
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "tbtool: %s\n", error.what());
+    }
+    return 1;
+}

@@ -1,0 +1,45 @@
+#include "sitedb/SiteMatch.h"
+
+namespace tb {
+
+Text SiteMatch::SubJoin(const std::vector<TextView>& parts, std::int16_t first, std::int16_t last,
+                        TextView separator) const noexcept {
+    Text result;
+    Trap(
+        [&] {
+            for (int index = first; index <= last; ++index) {
+                const TextView part = At(parts, static_cast<size_t>(index));
+                if (!result.empty()) result += separator;
+                result += part;
+            }
+        },
+        [&](const RuntimeError& error) {
+            result.clear();
+            Failed("SubJoin", error);
+        });
+    return result;
+}
+
+Text SiteMatch::Substitution(const std::vector<TextView>& parts, std::int16_t index,
+                             const Text& replacement) const noexcept {
+    Text result;
+    Trap(
+        [&] {
+            At(parts, static_cast<size_t>(index));
+            for (size_t part = 0; part < parts.size(); ++part) {
+                if (part > 0) result += '/';
+                result += part == static_cast<size_t>(index) ? TextView(replacement) : parts[part];
+            }
+        },
+        [&](const RuntimeError& error) {
+            result.clear();
+            Failed("Substitution", error);
+        });
+    return result;
+}
+
+void SiteMatch::Failed(const char* operation, const RuntimeError& error) const {
+    m_Report(m_Owner + operation + " Error: " + error.Line());
+}
+
+}  // namespace tb

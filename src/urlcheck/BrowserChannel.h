@@ -1,0 +1,39 @@
+// The server's end of the browser channel, without its windows: what one text set into the text box means and what
+// follows from it. The window layer moves text only. Format: docs/formats/channel.md.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "base/text.h"
+#include "platform/WindowText.h"
+
+namespace tb {
+
+struct ChannelResult {
+    enum class Kind {
+        Nothing,  // the text was empty: the box has just been cleared
+        WakeUp,   // another instance asks for the main window; no reply
+        Reply,    // `Text` goes into `ReplyWindow`, the empty text too
+        Broken,   // the first field is no 32-bit number: the process ends, after `Text` went into the log as a line
+    };
+    Kind What = Kind::Nothing;
+    WindowHandle ReplyWindow = 0;
+    tb::Text Text;
+};
+
+class BrowserChannel {
+public:
+    // Judges the fields of a request and sets the reply; must not throw.
+    using Judge = std::function<void(const std::vector<Text>& args, Text& reply)>;
+
+    explicit BrowserChannel(Judge checkEvil) : m_CheckEvil(std::move(checkEvil)) {}
+
+    // Handles one text of the box. The judgement runs inside, at most once, only for `Reply`.
+    ChannelResult Handle(const Text& line) const;
+
+private:
+    Judge m_CheckEvil;
+};
+
+}  // namespace tb

@@ -1,0 +1,98 @@
+#include "urlcheck/UrlVerdict.h"
+
+#include "base/errors.h"
+#include "base/numbers.h"
+#include "urlcheck/url/NormalizeIP.h"
+#include "urlcheck/url/UrlDecode.h"
+
+namespace tb {
+
+namespace {
+
+constexpr size_t CommandField = 1;
+constexpr size_t UrlField = 2;
+constexpr size_t AddressField = 3;
+
+constexpr std::int32_t CriticalIcon = 16;
+
+// The country popup's size in twips, its time and its icon.
+constexpr std::int32_t PopupWidth = 3600;
+constexpr std::int32_t PopupHeight = 1400;
+constexpr std::int32_t PopupSeconds = 25;
+constexpr std::int32_t InformationIcon = 64;
+
+constexpr size_t LongUrl = 21;
+constexpr size_t ShownOfLongUrl = 22;
+
+}  // namespace
+
+void UrlVerdict::CheckEvil(const std::vector<Text>& args, Text& reply) noexcept {
+    reply.clear();
+    Trap([&] { Dispatch(args, reply); },
+         [&](const RuntimeError& error) { m_Host.WriteLog("CheckEvil error: " + error.Line(), LogLevel::Always); });
+}
+
+void UrlVerdict::Dispatch(const std::vector<Text>& args, Text& reply) {
+    Outcome outcome;
+    const Text& command = At(args, CommandField);
+    if (command == "Check") {
+        Check(args, outcome, reply);
+    } else if (command == "Allow") {
+        m_Host.AllowSite(At(args, UrlField));
+    } else {
+        UnknownCommand(args);
+    }
+    m_Host.WriteLog("Checking: " + outcome.URL + " (" + RemoveAll(outcome.Result, "\r\n") + ")",
+                    outcome.IsEvil ? LogLevel::Always : LogLevel::Debug);
+}
+
+void UrlVerdict::Check(const std::vector<Text>& args, Outcome& outcome, Text& reply) {
+    Text url = UrlDecode(At(args, UrlField));
+    outcome.URL = NormalizeIP(url, [this](const Text& line) { m_Host.DisplayDebugMessage(line); });
+    if (m_Host.IsOverride(outcome.URL)) {
+        outcome.Result = "Override";
+        reply = "OK";
+        return;
+    }
+    const Text* const addresses = args.size() > AddressField ? &args[AddressField] : nullptr;
+    AskList(outcome.URL, outcome);
+    if (!outcome.IsEvil && addresses != nullptr) AskAddresses(*addresses, outcome);
+    if (m_Host.GetXMLString("MAIN", "ALERTSOUND", "0") == "1" && outcome.IsEvil) m_Host.PlayAlertSound();
+    reply = outcome.Result;
+    // The popup is an aid for development: ordinary users' checks end here.
+    if (!m_Host.IsDebugMode()) return;
+    const bool popup = m_Host.GetXMLString("Main", "CountryPopup", "1") == "1";
+    if (popup && addresses != nullptr && !outcome.IsEvil) ShowCountry(outcome.URL, *addresses);
+}
+
+void UrlVerdict::AskList(const Text& url, Outcome& outcome) {
+    Text category;
+    Text validated;
+    outcome.IsEvil = m_EvilDB.IsEvil(url, category, validated);
+    outcome.Result = outcome.IsEvil ? "Validated: " + validated + "  (Category: " + category + ")" : "OK";
+}
+
+void UrlVerdict::AskAddresses(const Text& addresses, Outcome& outcome) {
+    for (const Text& address : Split(addresses, ' ')) {
+        if (address.empty()) continue;
+        AskList("http://" + address, outcome);
+        if (!outcome.IsEvil) continue;
+        m_Host.WriteLog("CheckEvil found blocked IP address: " + address, LogLevel::Debug);
+        return;
+    }
+}
+
+void UrlVerdict::ShowCountry(const Text& url, const Text& addresses) {
+    const UrlScore score = m_Host.ScoreURL(url, addresses);
+    if (score.Country.empty()) return;
+    const Text shown = url.size() >= LongUrl ? Text(Left(url, ShownOfLongUrl)) + "..." : url;
+    m_Host.ShowNotifyURL(m_Host.ProductName() + " Suspicious Sites",
+                         shown + " " + score.Country + " " + FormatScore(score.Score), url, PopupWidth, PopupHeight,
+                         PopupSeconds, InformationIcon, "");
+}
+
+void UrlVerdict::UnknownCommand(const std::vector<Text>& args) {
+    m_Host.ShowMessage("Unknown Command: " + Join(args, "   "), CriticalIcon);
+}
+
+}  // namespace tb
