@@ -53,8 +53,8 @@ Date::Date(const CivilDate& civil) {
     Require(civil.Hour, 0, 23);
     Require(civil.Minute, 0, 59);
     Require(civil.Second, 0, 59);
-    m_Seconds = DaysFromCivil(civil.Year, civil.Month, civil.Day) * SecondsPerDay + civil.Hour * 3600 +
-                civil.Minute * 60 + civil.Second;
+    const int seconds = civil.Hour * 3600 + civil.Minute * 60 + civil.Second;
+    m_Seconds = DaysFromCivil(civil.Year, civil.Month, civil.Day) * SecondsPerDay + seconds;
 }
 
 CivilDate Date::Civil() const {

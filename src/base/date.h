@@ -17,8 +17,8 @@ struct CivilDate {
     int Second = 0;
 };
 
-// Seconds of the local calendar since 1 January 1970, without leap seconds and without a time zone. Ages are differences
-// of whole seconds, so that a limit of days is met exactly.
+// Seconds of the local calendar since 1 January 1970, without leap seconds and without a time zone. Ages are
+// differences of whole seconds, so that a limit of days is met exactly.
 class Date {
 public:
     static constexpr std::int64_t SecondsPerDay = 86400;
@@ -34,6 +34,7 @@ public:
     Date Day() const;
     Date PlusSeconds(std::int64_t seconds) const { return Date(m_Seconds + seconds); }
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): the check takes the compiler's own comparison with zero for a pointer
     auto operator<=>(const Date&) const = default;
 
 private:

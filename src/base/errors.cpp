@@ -27,6 +27,7 @@ constexpr std::array Table{
     Entry{ErrorNumber::PathFileAccess, "Path/File access error"},
     Entry{ErrorNumber::PathNotFound, "Path not found"},
     Entry{ErrorNumber::ObjectNotSet, "Object variable or With block variable not set"},
+    Entry{ErrorNumber::NoSuchMember, "Object doesn't support this property or method"},
     Entry{ErrorNumber::DuplicateKey, "This key is already associated with an element of this collection"},
 };
 

@@ -24,6 +24,7 @@ enum class ErrorNumber : std::int32_t {
     PathFileAccess = 75,
     PathNotFound = 76,
     ObjectNotSet = 91,
+    NoSuchMember = 438,
     DuplicateKey = 457,
 };
 

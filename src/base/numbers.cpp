@@ -53,6 +53,11 @@ std::int32_t NarrowToInt32(std::int64_t value) { return Narrow<std::int32_t>(val
 
 Text ToText(bool value) { return value ? "True" : "False"; }
 
+Text ToText(double value) {
+    char digits[40];
+    return {digits, static_cast<size_t>(std::snprintf(digits, sizeof digits, "%.15g", value))};
+}
+
 Text ToHex(std::uint32_t value, int width) {
     char digits[16];
     const int length = std::snprintf(digits, sizeof digits, "%0*X", std::clamp(width, 1, 8), value);

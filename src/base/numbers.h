@@ -26,6 +26,9 @@ std::int32_t NarrowToInt32(std::int64_t value);
 // "True" or "False".
 Text ToText(bool value);
 
+// The shortest decimal text of at most 15 significant digits: 60 gives "60", 63.456 gives "63.456".
+Text ToText(double value);
+
 // Upper-case hexadecimal digits, without leading zeros or, with `width`, padded to that many digits.
 Text ToHex(std::uint32_t value, int width = 0);
 

@@ -30,8 +30,8 @@ Text UpperCase(TextView text);
 // The first `count` characters, or all of them when there are fewer.
 TextView Left(TextView text, size_t count);
 
-// `length` characters from `position` on, fewer at the end of the text, none behind it. A position below 1 or a negative
-// length raises error 5.
+// `length` characters from `position` on, fewer at the end of the text, none behind it. A position below 1 or a
+// negative length raises error 5.
 TextView Mid(TextView text, long position, long length);
 
 // Without leading and trailing blanks, tabs, carriage returns and line feeds.

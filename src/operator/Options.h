@@ -22,8 +22,8 @@ class InputError : public std::runtime_error {
 // What follows a command: options with a value, flags, and other words.
 class Options {
 public:
-    // `valued` and `flags` are the option names that the command knows, "--list" for one. Raises a UsageError for any other
-    // word that begins with "--", for a missing value and for an option given twice.
+    // `valued` and `flags` are the option names that the command knows, "--list" for one. Raises a UsageError for any
+    // other word that begins with "--", for a missing value and for an option given twice.
     Options(const std::vector<Text>& words, const std::vector<Text>& valued, const std::vector<Text>& flags = {});
 
     bool Has(const Text& name) const { return m_Values.count(name) > 0; }

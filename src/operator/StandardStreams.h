@@ -7,8 +7,8 @@
 
 namespace tb {
 
-// Lines of a file descriptor; what is written meanwhile to standard output goes out before a read that may wait, so that
-// the tool can be talked to line by line and is fast with a file.
+// Lines of a file descriptor; what is written meanwhile to standard output goes out before a read that may wait, so
+// that the tool can be talked to line by line and is fast with a file.
 class LineReader {
 public:
     explicit LineReader(int descriptor) : m_Descriptor(descriptor), m_Buffer(65536) {}

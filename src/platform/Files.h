@@ -1,5 +1,6 @@
-// Files and folders. Every operation raises a RuntimeError when it fails: 53 no such file, 76 no such folder, 70 refused
-// (in use, read-only, no right), 61 disk full, 75 any other trouble with the path, 57 any other trouble with the device.
+// Files and folders. Every operation raises a RuntimeError when it fails: 53 no such file, 76 no such folder, 70
+// refused (in use, read-only, no right), 61 disk full, 75 any other trouble with the path, 57 any other trouble with
+// the device.
 #pragma once
 
 #include <cstdint>
@@ -44,7 +45,8 @@ public:
     virtual void Delete(const std::filesystem::path& path) = 0;
     // False also when there is no such file.
     virtual bool IsReadOnly(const std::filesystem::path& path) = 0;
-    // Names (without folder) of the plain files in a folder, in no particular order. A folder that is not there has none.
+    // Names (without folder) of the plain files in a folder, in no particular order. A folder that is not there has
+    // none.
     virtual std::vector<std::filesystem::path> List(const std::filesystem::path& folder) = 0;
 };
 

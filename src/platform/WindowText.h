@@ -17,8 +17,8 @@ public:
     virtual WindowHandle FindTopLevel(const Text& className, const Text& caption) = 0;
     // The first child of that class, or 0.
     virtual WindowHandle FindChild(WindowHandle parent, const Text& className) = 0;
-    // Sets the window's text and returns when its owner has handled that. Text travels up to its first NUL. A window that
-    // no longer exists is passed over in silence.
+    // Sets the window's text and returns when its owner has handled that. Text travels up to its first NUL. A window
+    // that no longer exists is passed over in silence.
     virtual void SendText(WindowHandle window, const Text& text) = 0;
 };
 

@@ -22,7 +22,8 @@ public:
         LogSink& Log;
     };
 
-    // `appPath` is the folder of the executable; snapshots lie in its folder "Data". The platform must outlive the service.
+    // `appPath` is the folder of the executable; snapshots lie in its folder "Data". The platform must outlive the
+    // service.
     TrawlbeamService(const Platform& platform, const std::filesystem::path& appPath);
 
     // Restores the newest snapshot, so that the data is in memory before the channel exists. Without one the list is

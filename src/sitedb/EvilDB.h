@@ -23,8 +23,8 @@ public:
     virtual bool IsDebugMode() = 0;
 };
 
-// Every operation has its trap: a failure gives one line of level 0 through LogMessage and the operation's neutral value;
-// a check then says "not evil", so that the list never blocks a browser by failing.
+// Every operation has its trap: a failure gives one line of level 0 through LogMessage and the operation's neutral
+// value; a check then says "not evil", so that the list never blocks a browser by failing.
 class EvilDB {
 public:
     // Snapshots lie in `folder`. `files` and `host` must outlive the list.
@@ -44,11 +44,13 @@ public:
     // "YYYYMMDDHHMM" of the data held; "200001010000" when there is none.
     const Text& LastTimestamp() const { return m_LastTimestamp; }
 
-    // True when an entry of another category than 1 is a prefix of the URL, its host shortened to one of its suffixes. The
-    // longest suffix wins, within it the entry added first. Category (by its name) and Validated are set on a hit only.
+    // True when an entry of another category than 1 is a prefix of the URL, its host shortened to one of its suffixes.
+    // The longest suffix wins, within it the entry added first. Category (by its name) and Validated are set on a hit
+    // only.
     bool IsEvil(const Text& URL, Text& Category, Text& Validated) noexcept;
 
-    // Adds one entry behind those of its host. A duplicate of the URL is refused (one line of level 1), the stored one stays.
+    // Adds one entry behind those of its host. A duplicate of the URL is refused (one line of level 1), the stored one
+    // stays.
     void AddToDB(const Text& URL, const Text& Category, const Text& Validated) noexcept;
     // Removes the entry of that URL, whatever its category and date; one that is not there is no error.
     void DelFromDB(const Text& URL, const Text& Category, const Text& Validated) noexcept;
@@ -57,8 +59,8 @@ public:
     // `Corrupt` tells so. A file of another version, or one that ends too early, stays and ends the search. False when
     // nothing was loaded; the list is then empty or, after a failure, what it had reached.
     bool RestoreDB(bool& Corrupt) noexcept;
-    // Replaces the list by one snapshot. Progress is raised for attempt 0 only. A file named as a snapshot must hold the
-    // stamp of its name. After a file that cannot be read to its end it stays open until the next load.
+    // Replaces the list by one snapshot. Progress is raised for attempt 0 only. A file named as a snapshot must hold
+    // the stamp of its name. After a file that cannot be read to its end it stays open until the next load.
     bool LoadDB(const std::filesystem::path& Path, std::int16_t Attempt) noexcept;
     // Writes the list as the snapshot of that stamp, whole or not at all. False after a failure.
     bool SaveDB(const Text& Stamp, std::int32_t Fingerprint) noexcept;

@@ -16,8 +16,7 @@ constexpr double PassedOverCategory = 1.0;
 
 bool EvilDB::IsEvil(const Text& URL, Text& Category, Text& Validated) noexcept {
     bool result = false;
-    Trap([&] { result = FindHit(LowerCase(URL), Category, Validated); },
-         Failure("Malicious Database IsEvil Error:: "));
+    Trap([&] { result = FindHit(LowerCase(URL), Category, Validated); }, Failure("Malicious Database IsEvil Error:: "));
     return result;
 }
 

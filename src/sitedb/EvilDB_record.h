@@ -17,7 +17,8 @@ inline constexpr const char* NoDataStamp = "200001010000";
 // The plain record of a scrambled entry, for as long as one comparison takes. Error 9 for a field that is not there.
 class Record {
 public:
-    explicit Record(TextView scrambled) : m_Plain(UnscrambleByLength(scrambled)), m_Fields(SplitViews(m_Plain, FieldEnd)) {}
+    explicit Record(TextView scrambled)
+        : m_Plain(UnscrambleByLength(scrambled)), m_Fields(SplitViews(m_Plain, FieldEnd)) {}
     Record(const Record&) = delete;
     Record& operator=(const Record&) = delete;
 

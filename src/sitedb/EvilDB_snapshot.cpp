@@ -68,8 +68,8 @@ bool EvilDB::LoadDB(const std::filesystem::path& Path, std::int16_t Attempt) noe
             m_OpenFile = m_Files.OpenForReading(Path);
             SnapshotReader reader(*m_OpenFile);
             const SnapshotHeader header = reader.ReadHeader();
-            // Of another version, or ending too early: the file stays open, so that it is not taken for one to delete. It
-            // may be the work of a newer program.
+            // Of another version, or ending too early: the file stays open, so that it is not taken for one to delete.
+            // It may be the work of a newer program.
             if (header.Version != SnapshotHeader::KnownVersion) return;
             m_Count = header.EntryCount;
             LoadEntries(reader, Attempt);
@@ -110,18 +110,20 @@ bool EvilDB::SaveDB(const Text& Stamp, std::int32_t Fingerprint) noexcept {
         [&] {
             // A stamp comes from a service: it names a file of this folder and nothing else.
             if (Stamp.find_first_of(TextView("/\\:\0", 4)) != Text::npos) throw Error(ErrorNumber::PathFileAccess);
-            const std::vector<EntryListPtr> lists = m_Domains.Count() == 0 ? std::vector<EntryListPtr>() : m_Domains.Values();
+            const std::vector<EntryListPtr> lists =
+                m_Domains.Count() == 0 ? std::vector<EntryListPtr>() : m_Domains.Values();
             std::int64_t total = 0;
             for (const EntryListPtr& list : lists) total += static_cast<std::int64_t>(list->size());
             const std::int32_t count = NarrowToInt32(total);
-            WriteFileAtomically(m_Files, m_Folder / (Text(FilePrefix) + Stamp + Text(FileExtension)), [&](FileWriter& file) {
-                SnapshotWriter writer(file);
-                writer.WriteHeader({SnapshotHeader::KnownVersion, Stamp, Fingerprint, count});
-                for (const EntryListPtr& list : lists) {
-                    for (const Text& member : *list) writer.WriteEntry(member);
-                }
-                writer.Flush();
-            });
+            WriteFileAtomically(m_Files, m_Folder / (Text(FilePrefix) + Stamp + Text(FileExtension)),
+                                [&](FileWriter& file) {
+                                    SnapshotWriter writer(file);
+                                    writer.WriteHeader({SnapshotHeader::KnownVersion, Stamp, Fingerprint, count});
+                                    for (const EntryListPtr& list : lists) {
+                                        for (const Text& member : *list) writer.WriteEntry(member);
+                                    }
+                                    writer.Flush();
+                                });
             m_Count = count;
             saved = true;
         },

@@ -1,5 +1,5 @@
-// The keys of a HashTable: 1024 chains that run through one growing array of slots, and an index beside them. The chains
-// fix the order in which a table is walked and which slot is used again; the index finds a key without walking.
+// The keys of a HashTable: 1024 chains that run through one growing array of slots, and an index beside them. The
+// chains fix the order in which a table is walked and which slot is used again; the index finds a key without walking.
 #pragma once
 
 #include <cstdint>
@@ -17,8 +17,8 @@ public:
     // Error 1001 when there are keys.
     void IgnoreCase(bool ignore);
 
-    // The slot of a key, or 0. Error 1001 for an empty key, error 9 for a key whose hash is negative and no multiple of the
-    // number of buckets.
+    // The slot of a key, or 0. Error 1001 for an empty key, error 9 for a key whose hash is negative and no multiple of
+    // the number of buckets.
     std::int32_t Find(const Text& key) const;
     // The same, making the slot when there is none; `created` tells.
     std::int32_t FindOrCreate(const Text& key, bool& created);

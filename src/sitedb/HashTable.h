@@ -47,8 +47,8 @@ public:
     std::int32_t Count() const { return m_Slots.ItemCount(); }
     size_t SlotCount() const { return m_Slots.SlotCount(); }
 
-    // All keys, as compared, in walk order: buckets upward, within a bucket in the order of first insertion as long as none
-    // was removed.
+    // All keys, as compared, in walk order: buckets upward, within a bucket in the order of first insertion as long as
+    // none was removed.
     std::vector<Text> Keys() const {
         std::vector<Text> keys;
         keys.reserve(static_cast<size_t>(Count()));

@@ -18,8 +18,8 @@ struct SnapshotHeader {
     std::int32_t EntryCount = 0;
 };
 
-// Reads through an open file. Raises error 62 where the file ends too early or a length points beyond its end, error 5 for
-// a negative length or count, and what reading raises. Nothing is allocated that the file could not fill.
+// Reads through an open file. Raises error 62 where the file ends too early or a length points beyond its end, error 5
+// for a negative length or count, and what reading raises. Nothing is allocated that the file could not fill.
 class SnapshotReader {
 public:
     explicit SnapshotReader(FileReader& file);

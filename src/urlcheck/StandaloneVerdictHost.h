@@ -1,5 +1,5 @@
-// The answers of a program that has no settings, no windows and no reference data: every option reads as its default, no
-// override covers a site, nothing sounds and nothing pops up, and only the built-in categories are known.
+// The answers of a program that has no settings, no windows and no reference data: every option reads as its default,
+// no override covers a site, nothing sounds and nothing pops up, and only the built-in categories are known.
 #pragma once
 
 #include "platform/Dialogs.h"

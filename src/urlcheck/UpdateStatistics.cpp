@@ -4,7 +4,8 @@
 
 namespace tb {
 
-UpdateStatistics::UpdateStatistics(Clock& clock, LogSink& log) : m_Clock(clock), m_Log(log), m_Date(clock.Now().Day()) {}
+UpdateStatistics::UpdateStatistics(Clock& clock, LogSink& log)
+    : m_Clock(clock), m_Log(log), m_Date(clock.Now().Day()) {}
 
 void UpdateStatistics::EvilAdded(std::int32_t added, std::int32_t removed) {
     const Date now = m_Clock.Now();

@@ -13,8 +13,8 @@ public:
     // The counters belong to today.
     UpdateStatistics(Clock& clock, LogSink& log);
 
-    // Counts one update and writes the line. More than a day after the date of the counters they begin anew. Error 6 when
-    // a counter would leave 32 bits.
+    // Counts one update and writes the line. More than a day after the date of the counters they begin anew. Error 6
+    // when a counter would leave 32 bits.
     void EvilAdded(std::int32_t added, std::int32_t removed);
 
 private:

@@ -15,9 +15,9 @@ public:
     // Looks for the text box anew, the normal classes first. False when the program is not running or not ready.
     bool Locate();
 
-    // Sets a request line into the text box; returns when it has been handled. The answer has by then been set as the text
-    // of `replyWindow`, a window of the calling thread. `fields` is the command and what follows it, joined by tabs. False,
-    // with nothing sent, when there is no channel.
+    // Sets a request line into the text box; returns when it has been handled. The answer has by then been set as the
+    // text of `replyWindow`, a window of the calling thread. `fields` is the command and what follows it, joined by
+    // tabs. False, with nothing sent, when there is no channel.
     bool Send(WindowHandle replyWindow, const Text& fields);
 
     // Asks the running program to show its main window. No reply follows. False when there is no channel.

@@ -12,14 +12,14 @@ namespace tb {
 
 namespace {
 
-using std::filesystem::path;
-using OpenPaths = std::multiset<path>;
+using Path = std::filesystem::path;
+using OpenPaths = std::multiset<Path>;
 
-[[noreturn]] void Fail(int code, const path& about) {
+[[noreturn]] void Fail(int code, const Path& about) {
     switch (code) {
     case ENOENT: {
         std::error_code ignored;
-        const path folder = about.parent_path();
+        const Path folder = about.parent_path();
         const bool folderThere = folder.empty() || std::filesystem::is_directory(folder, ignored);
         throw Error(folderThere ? ErrorNumber::FileNotFound : ErrorNumber::PathNotFound);
     }
@@ -38,7 +38,7 @@ using OpenPaths = std::multiset<path>;
 
 class Descriptor {
 public:
-    Descriptor(const path& name, int flags) : m_Value(::open(name.c_str(), flags | O_CLOEXEC, 0666)) {
+    Descriptor(const Path& name, int flags) : m_Value(::open(name.c_str(), flags | O_CLOEXEC, 0666)) {
         if (m_Value < 0) Fail(errno, name);
     }
     Descriptor(const Descriptor&) = delete;
@@ -58,9 +58,9 @@ private:
 
 class PosixReader : public FileReader {
 public:
-    PosixReader(path name, std::shared_ptr<OpenPaths> open)
+    PosixReader(Path name, std::shared_ptr<OpenPaths> open)
         : m_Path(std::move(name)), m_File(m_Path, O_RDONLY), m_Open(std::move(open)) {
-        struct stat status{};
+        struct stat status {};
         if (::fstat(m_File.Value(), &status) != 0) Fail(errno, m_Path);
         if (S_ISDIR(status.st_mode)) throw Error(ErrorNumber::PathFileAccess);
         m_Size = static_cast<std::uint64_t>(status.st_size);
@@ -80,7 +80,7 @@ public:
     std::uint64_t Size() override { return m_Size; }
 
 private:
-    path m_Path;
+    Path m_Path;
     Descriptor m_File;
     std::shared_ptr<OpenPaths> m_Open;
     std::uint64_t m_Size = 0;
@@ -88,7 +88,7 @@ private:
 
 class PosixWriter : public FileWriter {
 public:
-    explicit PosixWriter(path name) : m_Path(std::move(name)), m_File(m_Path, O_WRONLY | O_CREAT | O_TRUNC) {}
+    explicit PosixWriter(Path name) : m_Path(std::move(name)), m_File(m_Path, O_WRONLY | O_CREAT | O_TRUNC) {}
 
     void Write(TextView bytes) override {
         while (!bytes.empty()) {
@@ -102,43 +102,43 @@ public:
     }
 
 private:
-    path m_Path;
+    Path m_Path;
     Descriptor m_File;
 };
 
-void RefuseOpen(const OpenPaths& open, const path& name) {
-    if (open.count(name) > 0) throw Error(ErrorNumber::PermissionDenied);
+void RefuseOpen(const OpenPaths& open, const Path& path) {
+    if (open.count(path) > 0) throw Error(ErrorNumber::PermissionDenied);
 }
 
 }  // namespace
 
-std::unique_ptr<FileReader> PosixFiles::OpenForReading(const path& name) {
-    return std::make_unique<PosixReader>(name, m_Open);
+std::unique_ptr<FileReader> PosixFiles::OpenForReading(const Path& path) {
+    return std::make_unique<PosixReader>(path, m_Open);
 }
 
-std::unique_ptr<FileWriter> PosixFiles::OpenForWriting(const path& name) {
-    RefuseOpen(*m_Open, name);
-    return std::make_unique<PosixWriter>(name);
+std::unique_ptr<FileWriter> PosixFiles::OpenForWriting(const Path& path) {
+    RefuseOpen(*m_Open, path);
+    return std::make_unique<PosixWriter>(path);
 }
 
-void PosixFiles::Replace(const path& from, const path& to) {
+void PosixFiles::Replace(const Path& from, const Path& to) {
     RefuseOpen(*m_Open, to);
     if (::rename(from.c_str(), to.c_str()) != 0) Fail(errno, to);
 }
 
-void PosixFiles::Delete(const path& name) {
-    RefuseOpen(*m_Open, name);
-    if (IsReadOnly(name)) throw Error(ErrorNumber::PermissionDenied);
-    if (::unlink(name.c_str()) != 0) Fail(errno, name);
+void PosixFiles::Delete(const Path& path) {
+    RefuseOpen(*m_Open, path);
+    if (IsReadOnly(path)) throw Error(ErrorNumber::PermissionDenied);
+    if (::unlink(path.c_str()) != 0) Fail(errno, path);
 }
 
-bool PosixFiles::IsReadOnly(const path& name) {
-    struct stat status{};
-    return ::stat(name.c_str(), &status) == 0 && (status.st_mode & S_IWUSR) == 0;
+bool PosixFiles::IsReadOnly(const Path& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && (status.st_mode & S_IWUSR) == 0;
 }
 
-std::vector<path> PosixFiles::List(const path& folder) {
-    std::vector<path> names;
+std::vector<Path> PosixFiles::List(const Path& folder) {
+    std::vector<Path> names;
     std::error_code failure;
     std::filesystem::directory_iterator entries(folder, failure);
     if (failure == std::errc::no_such_file_or_directory) return names;

@@ -20,8 +20,8 @@ Text XorWithScrambleKey(TextView data, TextView key, std::int16_t offset);
 Text ScrambleString(TextView text, std::int16_t offset);
 Text UnscrambleString(TextView text, std::int16_t offset);
 
-// With the text's own length as offset, as the site list does it, so that equal beginnings of texts of different lengths
-// do not look alike. Error 9 for an empty text, error 6 from 32768 characters on.
+// With the text's own length as offset, as the site list does it, so that equal beginnings of texts of different
+// lengths do not look alike. Error 9 for an empty text, error 6 from 32768 characters on.
 Text ScrambleByLength(TextView text);
 Text UnscrambleByLength(TextView text);
 

@@ -3,18 +3,12 @@
 #include <algorithm>
 
 #include "base/numbers.h"
+#include "base/pieces.h"
 #include "sitedb/codec/Encryption.h"
 
 namespace tb {
 
 namespace {
-
-// Reads through a volatile pointer, so that no compiler joins pieces while it builds.
-[[gnu::noinline]] Text Piece(const volatile char* characters) {
-    Text piece;
-    for (; *characters != '\0'; ++characters) piece += *characters;
-    return piece;
-}
 
 [[gnu::noinline]] Text Reversed(Text text) {
     std::reverse(text.begin(), text.end());

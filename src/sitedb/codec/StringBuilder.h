@@ -23,8 +23,8 @@ public:
 
     void Append(Text text);
 
-    // Piece `index`, from 0. The index lCount() is let through and gives the empty text while the array has room, error 9
-    // otherwise; any other index outside raises error 0x800403EA.
+    // Piece `index`, from 0. The index lCount() is let through and gives the empty text while the array has room, error
+    // 9 otherwise; any other index outside raises error 0x800403EA.
     const Text& Item(std::int32_t index) const;
 
     Text ToString() const;

@@ -7,8 +7,8 @@ namespace tb {
 
 namespace {
 
-// Where the host stands in an authority: positions of its first and last character. The last "@" and the last ":" of all
-// count, so that with a colon in the user part alone the host ends before it starts.
+// Where the host stands in an authority: positions of its first and last character. The last "@" and the last ":" of
+// all count, so that with a colon in the user part alone the host ends before it starts.
 struct HostBounds {
     long First = 1;
     long Last = 0;

@@ -11,9 +11,9 @@ namespace tb {
 // An address, first part in the highest byte.
 using IPv4 = std::uint32_t;
 
-// One to four parts joined by points, each decimal, octal (leading 0) or hexadecimal (leading 0x). All parts but the last
-// are one byte; the last fills the rest. Nothing for any other text: blanks, an empty part, a part beyond its range, and
-// for 255.255.255.255 in every form, whose value stands for "no address".
+// One to four parts joined by points, each decimal, octal (leading 0) or hexadecimal (leading 0x). All parts but the
+// last are one byte; the last fills the rest. Nothing for any other text: blanks, an empty part, a part beyond its
+// range, and for 255.255.255.255 in every form, whose value stands for "no address".
 std::optional<IPv4> inet_addr(TextView text);
 
 // Four decimal parts.

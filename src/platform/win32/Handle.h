@@ -1,0 +1,84 @@
+// The one owner of Windows handles. A trait tells which value means "none" and how a handle of its kind is closed.
+#pragma once
+
+#include <windows.h>
+
+namespace tb {
+
+// Move-only. What it holds is closed when it goes, when another handle is moved into it and by Close(). Closing keeps
+// the thread's last error, so that a failing call may be followed by the end of a scope.
+template <typename Trait>
+class Handle {
+public:
+    using Value = typename Trait::Value;
+
+    Handle() = default;
+    // Takes over `value`, which may be the kind's "none".
+    explicit Handle(Value value) : m_Value(value) {}
+    Handle(Handle&& other) noexcept : m_Value(other.Release()) {}
+    Handle& operator=(Handle&& other) noexcept {
+        if (this != &other) {
+            Close();
+            m_Value = other.Release();
+        }
+        return *this;
+    }
+    ~Handle() { Close(); }
+
+    explicit operator bool() const { return m_Value != Trait::None(); }
+    Value Get() const { return m_Value; }
+
+    // Hands the handle to the caller, who closes it.
+    [[nodiscard]] Value Release() {
+        const Value value = m_Value;
+        m_Value = Trait::None();
+        return value;
+    }
+
+    // False when the system refused; the handle is given up all the same.
+    bool Close() {
+        if (m_Value == Trait::None()) return true;
+        const DWORD lastError = GetLastError();
+        const bool closed = Trait::Close(Release());
+        if (closed) SetLastError(lastError);
+        return closed;
+    }
+
+private:
+    Value m_Value = Trait::None();
+};
+
+// Files as CreateFile returns them.
+struct FileTrait {
+    using Value = HANDLE;
+    static Value None() { return INVALID_HANDLE_VALUE; }
+    static bool Close(Value value) { return CloseHandle(value) != FALSE; }
+};
+
+// A listing of a folder.
+struct FindTrait {
+    using Value = HANDLE;
+    static Value None() { return INVALID_HANDLE_VALUE; }
+    static bool Close(Value value) { return FindClose(value) != FALSE; }
+};
+
+// Processes, threads, events.
+struct ObjectTrait {
+    using Value = HANDLE;
+    static Value None() { return nullptr; }
+    static bool Close(Value value) { return CloseHandle(value) != FALSE; }
+};
+
+// Windows of the calling thread.
+struct WindowTrait {
+    using Value = HWND;
+    static Value None() { return nullptr; }
+    static bool Close(Value value) { return DestroyWindow(value) != FALSE; }
+};
+
+using OwnedFile = Handle<FileTrait>;
+using OwnedFind = Handle<FindTrait>;
+using OwnedObject = Handle<ObjectTrait>;
+using OwnedWindow = Handle<WindowTrait>;
+
+}  // namespace tb

@@ -1,0 +1,129 @@
+#include "platform/win32/Win32Files.h"
+
+#include <algorithm>
+
+#include "platform/win32/Handle.h"
+#include "platform/win32/Win32Errors.h"
+
+namespace tb {
+
+namespace {
+
+using std::filesystem::path;
+
+// One call moves at most this much, well below the 32 bits of its count.
+constexpr size_t LargestTransfer = size_t{1} << 26;
+
+constexpr int ReplaceAttempts = 6;
+constexpr DWORD ReplacePauseMs = 20;
+
+bool HasAttribute(const path& name, DWORD attribute) {
+    const DWORD attributes = GetFileAttributesW(name.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & attribute) != 0;
+}
+
+[[noreturn]] void Fail(const path& about, DWORD code) {
+    // The system refuses a folder in the place of a file as it refuses a file without the right.
+    if (code == ERROR_ACCESS_DENIED && HasAttribute(about, FILE_ATTRIBUTE_DIRECTORY)) {
+        throw Error(ErrorNumber::PathFileAccess);
+    }
+    throw Error(FileErrorNumber(code));
+}
+
+OwnedFile Open(const path& name, DWORD access, DWORD share, DWORD disposition) {
+    OwnedFile file(CreateFileW(name.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) Fail(name, GetLastError());
+    return file;
+}
+
+class Win32Reader : public FileReader {
+public:
+    explicit Win32Reader(const path& name)
+        : m_Path(name), m_File(Open(name, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING)) {}
+
+    size_t Read(void* buffer, size_t count) override {
+        DWORD read = 0;
+        const auto wanted = static_cast<DWORD>(std::min(count, LargestTransfer));
+        if (!ReadFile(m_File.Get(), buffer, wanted, &read, nullptr)) Fail(m_Path, GetLastError());
+        return read;
+    }
+
+    std::uint64_t Size() override {
+        LARGE_INTEGER size{};
+        if (!GetFileSizeEx(m_File.Get(), &size)) Fail(m_Path, GetLastError());
+        return static_cast<std::uint64_t>(size.QuadPart);
+    }
+
+private:
+    path m_Path;
+    OwnedFile m_File;
+};
+
+class Win32Writer : public FileWriter {
+public:
+    explicit Win32Writer(const path& name) : m_Path(name), m_File(Open(name, GENERIC_WRITE, 0, CREATE_ALWAYS)) {}
+
+    void Write(TextView bytes) override {
+        while (!bytes.empty()) {
+            DWORD written = 0;
+            const auto wanted = static_cast<DWORD>(std::min(bytes.size(), LargestTransfer));
+            if (!WriteFile(m_File.Get(), bytes.data(), wanted, &written, nullptr)) Fail(m_Path, GetLastError());
+            bytes.remove_prefix(written);
+        }
+    }
+
+    void Finish() override {
+        if (!FlushFileBuffers(m_File.Get()) || !m_File.Close()) Fail(m_Path, GetLastError());
+    }
+
+private:
+    path m_Path;
+    OwnedFile m_File;
+};
+
+}  // namespace
+
+std::unique_ptr<FileReader> Win32Files::OpenForReading(const path& name) { return std::make_unique<Win32Reader>(name); }
+
+std::unique_ptr<FileWriter> Win32Files::OpenForWriting(const path& name) {
+    // An account with every right opens a read-only file, so the attribute is asked here.
+    if (IsReadOnly(name)) throw Error(ErrorNumber::PermissionDenied);
+    return std::make_unique<Win32Writer>(name);
+}
+
+void Win32Files::Replace(const path& from, const path& to) {
+    for (int attempt = 1;; ++attempt) {
+        if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) return;
+        const DWORD code = GetLastError();
+        const bool held =
+            code == ERROR_SHARING_VIOLATION || code == ERROR_LOCK_VIOLATION || code == ERROR_ACCESS_DENIED;
+        if (!held || attempt == ReplaceAttempts || IsReadOnly(to)) Fail(to, code);
+        Sleep(ReplacePauseMs);
+    }
+}
+
+void Win32Files::Delete(const path& name) {
+    if (IsReadOnly(name)) throw Error(ErrorNumber::PermissionDenied);
+    if (!DeleteFileW(name.c_str())) Fail(name, GetLastError());
+}
+
+bool Win32Files::IsReadOnly(const path& name) { return HasAttribute(name, FILE_ATTRIBUTE_READONLY); }
+
+std::vector<path> Win32Files::List(const path& folder) {
+    std::vector<path> names;
+    WIN32_FIND_DATAW found{};
+    const OwnedFind listing(FindFirstFileW((folder / L"*").c_str(), &found));
+    if (!listing) {
+        const DWORD code = GetLastError();
+        // The root of a drive without any file is "not found"; other folders hold at least themselves.
+        if (code == ERROR_PATH_NOT_FOUND || code == ERROR_FILE_NOT_FOUND) return names;
+        Fail(folder, code);
+    }
+    do {
+        if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) names.emplace_back(found.cFileName);
+    } while (FindNextFileW(listing.Get(), &found));
+    if (const DWORD code = GetLastError(); code != ERROR_NO_MORE_FILES) Fail(folder, code);
+    return names;
+}
+
+}  // namespace tb

@@ -1,0 +1,21 @@
+// Files of Windows. Names go to the system as wide text, so a user folder with any name works.
+#pragma once
+
+#include "platform/Files.h"
+
+namespace tb {
+
+class Win32Files : public Files {
+public:
+    // Others may read the file at the same time; nobody can write, delete or replace it while it is open.
+    std::unique_ptr<FileReader> OpenForReading(const std::filesystem::path& path) override;
+    // Nobody else can open the file until it is finished. A read-only file is refused with 70.
+    std::unique_ptr<FileWriter> OpenForWriting(const std::filesystem::path& path) override;
+    // Tries again for about a tenth of a second when the target is held, as virus scanners do with new files.
+    void Replace(const std::filesystem::path& from, const std::filesystem::path& to) override;
+    void Delete(const std::filesystem::path& path) override;
+    bool IsReadOnly(const std::filesystem::path& path) override;
+    std::vector<std::filesystem::path> List(const std::filesystem::path& folder) override;
+};
+
+}  // namespace tb

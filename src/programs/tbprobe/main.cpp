@@ -1,0 +1,86 @@
+// A client of the browser channel for scripts and measurements, by the calls that a browser helper makes.
+#include <fcntl.h>
+#include <io.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "base/errors.h"
+#include "programs/tbprobe/Options.h"
+#include "programs/tbprobe/Probe.h"
+#include "programs/tbprobe/RoundTrips.h"
+#include "programs/tbprobe/Stop.h"
+
+namespace {
+
+constexpr const char* Usage = R"(usage: tbprobe [--caption TEXT] [WHAT]
+  (nothing)           reads requests on standard input, one a line: the fields from the command on, joined by tabs;
+                      prints the replies, one a line
+  --time N [URL ...]  sends N "Check" requests for the URLs in turn; prints the percentiles of their round trips
+      --against TEXT  the same for another window, in alternating blocks, and the ratio of the medians
+      --blocks K      that many blocks for each window (10)
+  --wait SECONDS      returns when the channel is there
+  --close             closes the program and waits for its end; its exit status is printed
+  --caption TEXT      talks to the window of that caption instead of to the program's own
+Exit status: 0 done, 1 wrong command line or a failure, 2 no channel.
+)";
+
+// Without its line feed; false at the end.
+bool ReadLine(tb::Text& line) {
+    line.clear();
+    int character = 0;
+    while ((character = std::getc(stdin)) != EOF && character != '\n') line += static_cast<char>(character);
+    return character != EOF || !line.empty();
+}
+
+void AnswerRequests(const tb::Text& caption) {
+    tb::Probe probe(caption);
+    tb::Text line;
+    while (ReadLine(line)) {
+        tb::Text reply = probe.Ask(line);
+        // One reply is one line, whatever it holds.
+        std::replace_if(
+            reply.begin(), reply.end(), [](char one) { return one == '\r' || one == '\n'; }, ' ');
+        reply += '\n';
+        std::fwrite(reply.data(), 1, reply.size(), stdout);
+        std::fflush(stdout);
+    }
+}
+
+int Run(const tb::ProbeOptions& options) {
+    using Action = tb::ProbeOptions::Action;
+    switch (options.What) {
+    case Action::Requests: AnswerRequests(options.Caption); break;
+    case Action::Time: tb::PrintRoundTrips(options); break;
+    case Action::Wait: tb::WaitForChannel(options.Caption, options.Seconds); break;
+    case Action::Close: {
+        const int status = tb::CloseProgram(options.Caption);
+        std::printf("closed, exit status %d\n", status);
+        return status == 0 ? 0 : 1;
+    }
+    }
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+    tb::ProbeOptions options;
+    try {
+        options = tb::ParseProbeOptions({argv + 1, argv + argc});
+    } catch (const tb::RuntimeError&) {
+        std::fputs(Usage, stderr);
+        return 1;
+    }
+    try {
+        return Run(options);
+    } catch (const tb::NoChannel& failure) {
+        std::fprintf(stderr, "tbprobe: %s\n", failure.Message.c_str());
+        return 2;
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "tbprobe: %s\n", failure.what());
+        return 1;
+    }
+}

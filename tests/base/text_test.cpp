@@ -1,0 +1,58 @@
+#include "base/text.h"
+
+#include <gtest/gtest.h>
+
+#include "base/errors.h"
+
+namespace tb {
+namespace {
+
+using Parts = std::vector<Text>;
+
+TEST(Text, SplitKeepsEmptyPartsButAnEmptyTextHasNone) {
+    EXPECT_EQ(Split("", '/'), Parts());
+    EXPECT_EQ(Split("/", '/'), (Parts{"", ""}));
+    EXPECT_EQ(Split("a//b/", '/'), (Parts{"a", "", "b", ""}));
+    const Text withNul("a\0\tb", 4);
+    EXPECT_EQ(Split(withNul, '\t'), (Parts{Text("a\0", 2), "b"}));
+    EXPECT_EQ(Join(Split("a//b/", '/'), "/"), "a//b/");
+}
+
+TEST(Text, CaseFoldsEveryLetterOfTheCodePage) {
+    EXPECT_EQ(LowerCase("AZ[\xC0\xDE\xD7\x8A\x8C\x8E\x9F"), "az[\xE0\xFE\xD7\x9A\x9C\x9E\xFF");
+    EXPECT_EQ(UpperCase("az{\xE0\xFE\xF7\xDF\x9A\x9C\x9E\xFF\x83"), "AZ{\xC0\xDE\xF7\xDF\x8A\x8C\x8E\x9F\x83");
+    int pairs = 0;
+    for (int code = 0; code < 256; ++code) {
+        const char character = static_cast<char>(code);
+        if (LowerCase(character) == character) continue;
+        ++pairs;
+        EXPECT_EQ(UpperCase(LowerCase(character)), character) << code;
+    }
+    EXPECT_EQ(pairs, 26 + 30 + 4);
+}
+
+TEST(Text, MidCountsFromOneAndFailsOutsideItsTerms) {
+    EXPECT_EQ(Mid("abc", 2, 1), "b");
+    EXPECT_EQ(Mid("abc", 2, 99), "bc");
+    EXPECT_EQ(Mid("abc", 4, 1), "");
+    EXPECT_EQ(Mid("abc", 1, 0), "");
+    EXPECT_THROW(Mid("abc", 0, 1), RuntimeError);
+    EXPECT_THROW(Mid("abc", 1, -1), RuntimeError);
+}
+
+TEST(Text, TrimsAndRemoves) {
+    EXPECT_EQ(Trim(" \t\r\nx y \r\n"), "x y");
+    EXPECT_EQ(Trim(" \t"), "");
+    EXPECT_EQ(RemoveAll("a\r\nb\rc\r\n", "\r\n"), "ab\rc");
+    EXPECT_EQ(WithoutTrailingSlashes("a//"), "a");
+    EXPECT_EQ(WithoutTrailingSlashes("//"), "/");
+    EXPECT_EQ(WithoutTrailingSlashes(""), "");
+}
+
+TEST(Text, QuotedShowsNothingThatCouldForgeALine) {
+    EXPECT_EQ(Quoted("a\r\n\x80\\"), "a\\x0D\\x0A\\x80\\x5C");
+    EXPECT_EQ(Quoted("abcdef", 3), "abc...");
+}
+
+}  // namespace
+}  // namespace tb

@@ -1,0 +1,115 @@
+#!/usr/bin/env python3
+"""The operator's tool as its callers use it: replies, notes, exit statuses, one clear line for broken input.
+
+    tbtool_test.py TBTOOL
+"""
+
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+TBTOOL = sys.argv.pop(1)
+GOLDEN = pathlib.Path(__file__).parents[2] / "fuzz/corpus/snapshot/TBDB202611010000.BIN"
+
+
+def run(*words, stdin=b""):
+    done = subprocess.run([TBTOOL, *map(str, words)], input=stdin, capture_output=True, timeout=60)
+    return done.returncode, done.stdout, done.stderr.decode("latin-1")
+
+
+class TbtoolTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.path = pathlib.Path(self.folder.name)
+
+    def tearDown(self):
+        self.folder.cleanup()
+
+    def file(self, name, content):
+        (self.path / name).write_bytes(content)
+        return self.path / name
+
+    def assert_one_line(self, outcome, *words):
+        status, output, errors = outcome
+        self.assertEqual((status, output), (1, b""), errors)
+        self.assertEqual(errors.count("\n"), 1, errors)
+        for word in words:
+            self.assertIn(word, errors)
+
+    def test_check_answers_line_by_line(self):
+        sites = self.file("list", b"http://evil.example\t2\t11/01/2026\r\n\nhttp://b.example/x\t2\t\xe9\n")
+        requests = b"1\tCheck\thttp://www.evil.example/\n\nTBWAKEUP\nx\tCheck\n1\tCheck\thttp://b.example/x\n1\tCheck\thttp://ok.example"
+        status, output, errors = run("check", "--list", sites, "--stats", stdin=requests)
+        self.assertEqual(status, 0)
+        self.assertEqual(output.split(b"\n"), [
+            b"Validated: 11/01/2026  (Category: Banking or Credit Card Spoof)", b"", b"", b"",
+            b"Validated: \xe9  (Category: Banking or Credit Card Spoof)", b"OK", b""])
+        notes = errors.splitlines()
+        self.assertEqual([note.split(":")[1] for note in notes[:3]], [" line 2", " line 3", " line 4"])
+        self.assertRegex(notes[3], r"^entries=2 load_ms=\d+ requests=6 check_ms=\d+$")
+        self.assertEqual(len(notes), 4)
+
+    def test_a_snapshot_judges_like_its_list(self):
+        sites = self.file("list", b"".join(b"http://s%d.example/%d\t2\tv%d\n" % (n, n % 5, n) for n in range(3000)))
+        self.assertEqual(run("snapshot", "save", "--list", sites, "--stamp", "202611210930", "--out", self.path / "new")[0], 0)
+        snapshot = self.path / "new/TBDB202611210930.BIN"
+        requests = b"".join(b"1\tCheck\thttp://a.s%d.example/%d/x\n" % (n, n % 7) for n in range(4000))
+        by_list = run("check", "--list", sites, stdin=requests)
+        self.assertEqual(run("check", "--snapshot", snapshot, stdin=requests), by_list)
+        self.assertGreater(by_list[1].count(b"Validated"), 400)
+        head, *entries = run("snapshot", "show", snapshot)[1].splitlines()
+        self.assertRegex(head, rb"^202611210930\t3000\t[0-9A-F]{8}$")
+        self.assertEqual(sorted(entries), sorted(sites.read_bytes().splitlines()))
+        # The entries in file order make the same file again.
+        again = self.file("again", b"\n".join(entries) + b"\n")
+        run("snapshot", "save", "--list", again, "--stamp", "202611210930", "--out", self.path / "again.d")
+        self.assertEqual((self.path / "again.d" / snapshot.name).read_bytes(), snapshot.read_bytes())
+        self.assertNotIn(b"example", snapshot.read_bytes())
+
+    def test_the_golden_snapshot_reads_as_ever(self):
+        self.assertEqual(run("snapshot", "show", GOLDEN)[1], (
+            b"202611010000\t5\tA11815E4\nhttp://www.evil.example\t9\tx\nhttps://evil.example\t2\t\n"
+            b"http://evil.example\tnone\tx\nhttp://a.example\t2\t11/01/2026\nhttp://b.example/x%2fy\t1\t11/02/2026\n"))
+
+    def test_frames(self):
+        plain = bytes(range(256)) * 300
+        framed = run("frame", stdin=plain)[1]
+        self.assertRegex(framed, rb"^[1-9A-F][0-9A-F]{0,7}G")
+        self.assertEqual(run("unframe", stdin=framed), (0, plain, ""))
+        self.assert_one_line(run("unframe", stdin=framed[:-1]), "checksum")
+        self.assert_one_line(run("unframe", stdin=b"no frame"), "no intact frame")
+        self.assert_one_line(run("unframe"), "no intact frame")
+        self.assert_one_line(run("frame"), "standard input")
+
+    def test_broken_lists_and_snapshots_get_one_line(self):
+        good = GOLDEN.read_bytes()
+        requests = b"1\tCheck\thttp://a.example\n"
+        for content, words in [(b"http://a.example\t2\n", "line 1"), (b"http://a.example\t2\tv\n\nx\ty\tz\tq\n", "line 3")]:
+            self.assert_one_line(run("check", "--list", self.file("list", content), stdin=requests), words)
+        self.assert_one_line(run("check", "--list", self.path / "absent", stdin=requests), "File not found")
+        self.assert_one_line(run("check", "--list", self.path, stdin=requests), str(self.path))
+        broken = {"short": good[:-1], "empty": b"", "version": b"\2" + good[1:], "damaged": good[:-1] + b"\xff",
+                  "huge": good[:22] + b"\xff\xff\xff\x7f" + good[26:], "text": b"not a snapshot at all, but a text"}
+        for name, content in broken.items():
+            path = self.file(name, content)
+            self.assert_one_line(run("snapshot", "show", path), str(path))
+            self.assert_one_line(run("check", "--snapshot", path, stdin=requests), str(path))
+        renamed = self.file("TBDB202611020000.BIN", good)
+        self.assert_one_line(run("check", "--snapshot", renamed, stdin=requests), "stamp")
+        blocked = self.file("file", b"")
+        self.assert_one_line(run("snapshot", "save", "--list", blocked, "--stamp", "202611210930", "--out", blocked))
+
+    def test_wrong_command_lines(self):
+        for words in [[], ["nonsense"], ["check"], ["check", "--list"], ["check", "--list", "a", "--snapshot", "b"],
+                      ["check", "--list", "a", "--colour"], ["snapshot", "show"],
+                      ["snapshot", "save", "--list", "a", "--out", "b", "--stamp", "202602300000"],
+                      ["snapshot", "save", "--list", "a", "--out", "b", "--stamp", "2026"]]:
+            status, output, errors = run(*words)
+            self.assertEqual((status, output), (2, b""), words)
+            self.assertIn("usage: tbtool", errors)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,85 @@
+#include <gtest/gtest.h>
+
+#include "fakes/FakeFiles.h"
+#include "fakes/Raised.h"
+#include "platform/AtomicWrite.h"
+
+namespace tb {
+namespace {
+
+using World = std::map<std::filesystem::path, Text>;
+
+const std::filesystem::path Target = "folder/target";
+const std::filesystem::path Temporary = "folder/target.tmp~";
+
+struct Storage : FakeFiles {
+    explicit Storage(bool withTarget) {
+        Folders.insert("folder");
+        if (withTarget) Contents[Target] = "old";
+    }
+    // The number of the error raised, 0 for none.
+    std::int32_t WriteNew() {
+        return Raised([&] {
+            WriteFileAtomically(*this, Target, [](FileWriter& writer) {
+                writer.Write("new ");
+                writer.Write("content");
+            });
+        });
+    }
+};
+
+// Every failing step is walked: the target is the old or the new one, the temporary file is gone and nothing stays
+// open.
+TEST(AtomicWrite, LeavesTheOldFileWhateverStepFails) {
+    for (const bool withTarget : {true, false}) {
+        int step = 0;
+        for (bool failed = true; failed;) {
+            Storage files(withTarget);
+            const World before = files.Contents;
+            files.FailAt(++step);
+            failed = files.WriteNew() != 0;
+            EXPECT_EQ(files.Contents, failed ? before : (World{{Target, "new content"}})) << "step " << step;
+            EXPECT_EQ(files.OpenCount(), 0U) << "step " << step;
+        }
+        // Opening, two writes, the flush and the replacing can fail.
+        EXPECT_EQ(step, 6);
+    }
+}
+
+TEST(AtomicWrite, RaisesTheFirstFailureWhenCleaningUpFailsToo) {
+    for (int step = 1; step <= 5; ++step) {
+        Storage files(true);
+        files.FailAt(step, step == 3 ? ErrorNumber::DiskFull : ErrorNumber::DeviceIO, true);
+        EXPECT_EQ(files.WriteNew(), step == 3 ? 61 : 57);
+        EXPECT_EQ(files.Contents[Target], "old") << "step " << step;
+    }
+}
+
+TEST(AtomicWrite, OverwritesWhatAnInterruptedRunLeft) {
+    Storage files(true);
+    files.Contents[Temporary] = "half of something much longer than the new content";
+    EXPECT_EQ(files.WriteNew(), 0);
+    EXPECT_EQ(files.Contents, (World{{Target, "new content"}}));
+}
+
+TEST(AtomicWrite, RefusesAReadOnlyTargetBeforeItTouchesTheDisk) {
+    Storage files(true);
+    files.ReadOnly.insert(Target);
+    EXPECT_EQ(files.WriteNew(), 70);
+    EXPECT_EQ(files.Calls(), 0);
+}
+
+TEST(AtomicWrite, PassesOnWhatTheContentRaises) {
+    Storage files(true);
+    EXPECT_EQ(Raised([&] {
+                  WriteFileAtomically(files, Target, [](FileWriter& writer) {
+                      writer.Write("half");
+                      throw Error(ErrorNumber::Subscript);
+                  });
+              }),
+              9);
+    EXPECT_EQ(files.Contents, (World{{Target, "old"}}));
+}
+
+}  // namespace
+}  // namespace tb

@@ -1,0 +1,141 @@
+// What every implementation of Files keeps to, as one suite for all of them. A platform gives a kit: `Files&
+// Storage()`, a folder of the test's own `Folder()` that exists, `MakeFolder(path)` and `MakeReadOnly(path)`.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "fakes/Raised.h"
+#include "platform/AtomicWrite.h"
+#include "platform/Files.h"
+
+namespace tb {
+
+template <typename Kit>
+class FilesContract : public testing::Test {
+protected:
+    Files& Storage() { return m_Kit.Storage(); }
+    std::filesystem::path In(const char* name) { return m_Kit.Folder() / std::filesystem::u8path(name); }
+    void Write(const std::filesystem::path& path, TextView content) {
+        const auto writer = Storage().OpenForWriting(path);
+        writer->Write(content);
+        writer->Finish();
+    }
+    Text Read(const std::filesystem::path& path) { return ReadWholeFile(Storage(), path); }
+
+    Kit m_Kit;
+};
+
+TYPED_TEST_SUITE_P(FilesContract);
+
+TYPED_TEST_P(FilesContract, KeepsEveryByte) {
+    Text content;
+    for (int index = 0; index < 300000; ++index) content += static_cast<char>(index * 7 % 256);
+    {
+        const auto writer = this->Storage().OpenForWriting(this->In("all bytes"));
+        writer->Write(TextView(content).substr(0, 1000));
+        writer->Write("");
+        writer->Write(TextView(content).substr(1000));
+        writer->Finish();
+    }
+    EXPECT_EQ(this->Read(this->In("all bytes")), content);
+
+    const auto reader = this->Storage().OpenForReading(this->In("all bytes"));
+    EXPECT_EQ(reader->Size(), content.size());
+    Text pieces;
+    char buffer[4099];
+    while (const size_t count = reader->Read(buffer, sizeof buffer)) pieces.append(buffer, count);
+    EXPECT_EQ(pieces, content);
+    EXPECT_EQ(reader->Read(buffer, sizeof buffer), 0U);
+}
+
+TYPED_TEST_P(FilesContract, EmptiesAFileThatIsWrittenAnew) {
+    this->Write(this->In("a"), "long before");
+    this->Write(this->In("a"), "new");
+    EXPECT_EQ(this->Read(this->In("a")), "new");
+    this->Write(this->In("a"), "");
+    EXPECT_EQ(this->Read(this->In("a")), "");
+}
+
+TYPED_TEST_P(FilesContract, TellsAMissingFileFromAMissingFolder) {
+    Files& files = this->Storage();
+    const auto file = this->In("absent");
+    const auto folder = this->In("nowhere") / "absent";
+    EXPECT_EQ(Raised([&] { files.OpenForReading(file); }), 53);
+    EXPECT_EQ(Raised([&] { files.OpenForReading(folder); }), 76);
+    EXPECT_EQ(Raised([&] { files.OpenForWriting(folder); }), 76);
+    EXPECT_EQ(Raised([&] { files.Delete(file); }), 53);
+    EXPECT_EQ(Raised([&] { files.Delete(folder); }), 76);
+    EXPECT_EQ(Raised([&] { files.Replace(file, this->In("b")); }), 53);
+    EXPECT_FALSE(files.IsReadOnly(file));
+    EXPECT_TRUE(files.List(this->In("nowhere")).empty());
+}
+
+TYPED_TEST_P(FilesContract, TakesNoFolderForAFile) {
+    this->m_Kit.MakeFolder(this->In("folder"));
+    EXPECT_EQ(Raised([&] { this->Storage().OpenForReading(this->In("folder")); }), 75);
+    EXPECT_EQ(Raised([&] { this->Storage().OpenForWriting(this->In("folder")); }), 75);
+    EXPECT_EQ(Raised([&] { this->Storage().Delete(this->In("folder")); }), 75);
+}
+
+TYPED_TEST_P(FilesContract, ReplacesInOneStep) {
+    this->Write(this->In("new"), "new");
+    this->Storage().Replace(this->In("new"), this->In("target"));
+    EXPECT_EQ(this->Read(this->In("target")), "new");
+    this->Write(this->In("newer"), "newer");
+    this->Storage().Replace(this->In("newer"), this->In("target"));
+    EXPECT_EQ(this->Read(this->In("target")), "newer");
+    EXPECT_EQ(this->Storage().List(this->m_Kit.Folder()), std::vector<std::filesystem::path>{"target"});
+}
+
+TYPED_TEST_P(FilesContract, LeavesAFileAloneThatIsBeingRead) {
+    this->Write(this->In("held"), "held");
+    this->Write(this->In("other"), "other");
+    {
+        const auto reader = this->Storage().OpenForReading(this->In("held"));
+        const auto second = this->Storage().OpenForReading(this->In("held"));
+        EXPECT_EQ(Raised([&] { this->Storage().Delete(this->In("held")); }), 70);
+        EXPECT_EQ(Raised([&] { this->Storage().OpenForWriting(this->In("held")); }), 70);
+        EXPECT_EQ(Raised([&] { this->Storage().Replace(this->In("other"), this->In("held")); }), 70);
+        EXPECT_EQ(Raised([&] {
+                      WriteFileAtomically(this->Storage(), this->In("held"), [](FileWriter& to) { to.Write("x"); });
+                  }),
+                  70);
+        EXPECT_EQ(this->Read(this->In("held")), "held");
+        EXPECT_EQ(this->Storage().List(this->m_Kit.Folder()).size(), 2U);
+    }
+    this->Storage().Delete(this->In("held"));
+    EXPECT_EQ(Raised([&] { this->Storage().OpenForReading(this->In("held")); }), 53);
+}
+
+TYPED_TEST_P(FilesContract, RefusesToDeleteOrOverwriteAReadOnlyFile) {
+    this->Write(this->In("fixed"), "fixed");
+    EXPECT_FALSE(this->Storage().IsReadOnly(this->In("fixed")));
+    this->m_Kit.MakeReadOnly(this->In("fixed"));
+    EXPECT_TRUE(this->Storage().IsReadOnly(this->In("fixed")));
+    EXPECT_EQ(Raised([&] { this->Storage().Delete(this->In("fixed")); }), 70);
+    EXPECT_EQ(
+        Raised([&] { WriteFileAtomically(this->Storage(), this->In("fixed"), [](FileWriter& to) { to.Write("x"); }); }),
+        70);
+    EXPECT_EQ(this->Read(this->In("fixed")), "fixed");
+    EXPECT_EQ(this->Storage().List(this->m_Kit.Folder()).size(), 1U);
+}
+
+TYPED_TEST_P(FilesContract, ListsFilesByTheirFullNames) {
+    EXPECT_TRUE(this->Storage().List(this->m_Kit.Folder()).empty());
+    this->m_Kit.MakeFolder(this->In("folder"));
+    for (const char* name : {"TBDB2.BINX", "two words", "\xC5\xBElu\xC5\xA5 \xE6\x97\xA5.BIN"})
+        this->Write(this->In(name), "x");
+    std::vector<std::filesystem::path> names = this->Storage().List(this->m_Kit.Folder());
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (std::vector<std::filesystem::path>{
+                         "TBDB2.BINX", "two words", std::filesystem::u8path("\xC5\xBElu\xC5\xA5 \xE6\x97\xA5.BIN")}));
+}
+
+REGISTER_TYPED_TEST_SUITE_P(FilesContract, KeepsEveryByte, EmptiesAFileThatIsWrittenAnew,
+                            TellsAMissingFileFromAMissingFolder, TakesNoFolderForAFile, ReplacesInOneStep,
+                            LeavesAFileAloneThatIsBeingRead, RefusesToDeleteOrOverwriteAReadOnlyFile,
+                            ListsFilesByTheirFullNames);
+
+}  // namespace tb

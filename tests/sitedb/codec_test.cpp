@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+
+#include "fakes/Raised.h"
+#include "fakes/RecordedLog.h"
+#include "sitedb/codec/Base64.h"
+#include "sitedb/codec/CRC16.h"
+#include "sitedb/codec/Encryption.h"
+#include "sitedb/codec/StringBuilder.h"
+#include "sitedb/codec/UrlEncode.h"
+#include "sitedb/codec/cCRC32.h"
+
+namespace tb {
+namespace {
+
+TEST(Checksums, CheckValuesAndSeeds) {
+    const cCRC32 crc;
+    EXPECT_EQ(crc.GetStringCrc32("123456789", 0), -873187034);
+    EXPECT_EQ(crc.GetStringCrc32("6789", crc.GetStringCrc32("12345", 0)), -873187034);
+    EXPECT_EQ(static_cast<std::uint32_t>(crc.GetStringCrc32("hello", 0)), 0x3610A686U);
+    EXPECT_EQ(crc.GetStringCrc32("", 0), 0);
+    EXPECT_EQ(CRC16().GetStringCRC16("123456789"), -17603);
+}
+
+TEST(Scrambling, IsTheXorOfTheRepeatedKeyFromTheOffset) {
+    EXPECT_EQ(XorWithScrambleKey("ABC", "xyz", 0), "\x39\x3B\x39");
+    EXPECT_EQ(XorWithScrambleKey("ABC", "xyz", 1), "\x38\x38\x3B");
+    EXPECT_EQ(XorWithScrambleKey("ABC", "xyz", 5), "\x3B\x3A\x3A");
+    EXPECT_EQ(Raised([] { XorWithScrambleKey("", "xyz", 0); }), 9);
+    const Text& key = GetScrambleKey();
+    Text longText;
+    for (int index = 0; index < 700; ++index) longText += static_cast<char>(index);
+    for (const std::int16_t offset : std::initializer_list<std::int16_t>{0, 1, 69, 70, 71, 32767}) {
+        const Text scrambled = ScrambleString(longText, offset);
+        for (size_t index = 0; index < longText.size(); ++index) {
+            ASSERT_EQ(scrambled[index], longText[index] ^ key[(static_cast<size_t>(offset) + index) % key.size()]);
+        }
+        EXPECT_EQ(UnscrambleString(scrambled, offset), longText);
+    }
+    EXPECT_EQ(Raised([] { ScrambleByLength(Text(32768, 'x')); }), 6);
+    EXPECT_EQ(UnscrambleByLength(ScrambleByLength(Text(32767, 'x'))), Text(32767, 'x'));
+    EXPECT_EQ(UnscrambleFromBase64(ScrambleToBase64("1000-77", 5), 5), "1000-77");
+}
+
+TEST(Frames, OpenWhatWasFramedAndNothingElse) {
+    RecordedLog log;
+    Text plain = "before";
+    // Checksums with fewer than eight digits, payloads that hold the letter "G".
+    for (int number = 0; number < 3000; ++number) {
+        const Text text = "p" + std::to_string(number);
+        ASSERT_TRUE(ChkEncryptString(EncryptStringChk(text), plain, log)) << text;
+        ASSERT_EQ(plain, text);
+    }
+    const Text frame = EncryptStringChk("hello");
+    const size_t end = frame.find('G');
+    Text lower = frame;
+    for (size_t index = 0; index < end; ++index) lower[index] = LowerCase(lower[index]);
+    Text damaged = frame;
+    damaged.back() = static_cast<char>(damaged.back() ^ 1);
+    plain = "before";
+    ASSERT_NE(lower, frame);
+    for (const Text& bad : {lower, damaged, "0" + frame, frame.substr(1), frame + "x"}) {
+        EXPECT_FALSE(ChkEncryptString(bad, plain, log)) << bad;
+    }
+    EXPECT_TRUE(log.Take().empty());
+    EXPECT_FALSE(ChkEncryptString("", plain, log));
+    EXPECT_FALSE(ChkEncryptString("12345", plain, log));
+    EXPECT_FALSE(ChkEncryptString("0G", plain, log));
+    EXPECT_EQ(plain, "before");
+    const Text noFrame = "0 Error ChkEncryptString: 5 Invalid procedure call or argument";
+    EXPECT_EQ(log.Take(), (std::vector<Text>{noFrame, noFrame, "0 Error ChkEncryptString: 9 Subscript out of range"}));
+}
+
+TEST(Base64, EncodesAndDecodes) {
+    EXPECT_EQ(Base64Encode(""), "");
+    EXPECT_EQ(Base64Encode("A"), "QQ==");
+    EXPECT_EQ(Base64Encode("\xFB\xEF"), "++8=");
+    EXPECT_EQ(Base64Encode("\xFF\xFF\xFF"), "////");
+    EXPECT_EQ(LongToBase64(1), "AQAAAA==");
+    EXPECT_EQ(LongToBase64(-1), "/////w==");
+    EXPECT_EQ(TextToBase64("foobar"), "Zm9vYmFy");
+    Text bytes;
+    for (int index = 0; index < 300; ++index) {
+        EXPECT_EQ(Base64Decode(Base64Encode(bytes)), bytes);
+        bytes += static_cast<char>(index * 7);
+    }
+    // Wrong characters are not noticed; an incomplete group is passed over.
+    EXPECT_EQ(Base64Decode("QQ==x").size(), 1U);
+    EXPECT_EQ(Base64Decode("\r\nQQ").size(), 3U);
+}
+
+TEST(UrlEncode, KeepsLettersAndDigitsOnly) {
+    EXPECT_EQ(UrlEncode("a b/c"), "a+b%2Fc");
+    EXPECT_EQ(UrlEncode("A-_.~\xE9\r\n"), "A%2D%5F%2E%7E%E9%0D%0A");
+    EXPECT_EQ(UrlEncode(""), "");
+    EXPECT_EQ(UrlEncode(Text("\0", 1)), "%00");
+}
+
+TEST(StringBuilder, GrowsByItsRateAndKeepsItsOddBounds) {
+    StringBuilder builder;
+    EXPECT_EQ(builder.lCapacity(), 0);
+    EXPECT_EQ(Raised([&] { builder.Item(0); }), 9);
+    EXPECT_EQ(Raised([&] { builder.lGrowthRate(0); }), -2147220504);
+    EXPECT_EQ(Raised([&] { builder.SetInitialCapacity(0); }), -2147220501);
+    builder.SetInitialCapacity(2);
+    builder.lGrowthRate(3);
+    builder.Append("a");
+    builder.SetInitialCapacity(99);
+    EXPECT_EQ(builder.Item(1), "");
+    builder.Append("b");
+    EXPECT_EQ(Raised([&] { builder.Item(2); }), 9);
+    EXPECT_EQ(Raised([&] { builder.Item(3); }), -2147220502);
+    builder.Append("c");
+    EXPECT_EQ(builder.lCapacity(), 5);
+    EXPECT_EQ(builder.lCount(), 3);
+    EXPECT_EQ(builder.ToString(), "abc");
+    try {
+        builder.Item(-1);
+        FAIL();
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.Source, "GLStringList->Item");
+        EXPECT_EQ(error.Description, "Index out of bounds");
+    }
+}
+
+}  // namespace
+}  // namespace tb

@@ -1,0 +1,140 @@
+#include <gtest/gtest.h>
+
+#include "sitedb/ListOfSites.h"
+
+namespace tb {
+namespace {
+
+using Lines = std::vector<Text>;
+
+TEST(EvilDB, WalksTheHostsSuffixesLongestFirst) {
+    ListOfSites sites;
+    sites.Add("http://www.a.evil.example", "2", "long");
+    sites.Add("http://evil.example", "2", "short");
+    sites.Add("http://com", "2", "label");
+    sites.Add("http://2.3", "2", "tail");
+    EXPECT_EQ(sites.Hit("http://www.a.evil.example/x"), "long");
+    EXPECT_EQ(sites.Hit("http://a.evil.example"), "short");
+    EXPECT_EQ(sites.Hit("HTTP://B.A.EVIL.EXAMPLE/"), "short");
+    EXPECT_EQ(sites.Hit("http://com/"), "label");
+    EXPECT_EQ(sites.Hit("http://www.com/"), "-");
+    EXPECT_EQ(sites.Hit("http://10.1.2.3/"), "tail");
+    EXPECT_EQ(sites.Hit("http://..evil.example/a"), "short");
+    EXPECT_EQ(sites.Hit("http://a..evil.example"), "short");
+    EXPECT_EQ(sites.Hit("http://u@www.evil.example/"), "short");
+    for (const char* url :
+         {"evil.example", "http:/evil.example", "", "/", "http://evil.example./", "http://evil.example:80/",
+          "http://notevil.example", "https://evil.example", "http://evil.example.org"}) {
+        EXPECT_EQ(sites.Hit(url), "-") << url;
+    }
+    EXPECT_TRUE(sites.Log.Take().empty());
+}
+
+TEST(EvilDB, MatchesTheDecodedEntryAsAPrefix) {
+    ListOfSites sites;
+    sites.Add("HTTP://Evil.Example/a%2FB/", "2", "escaped");
+    sites.Add("http://evil.example/offer", "2", "offer");
+    sites.Add("http://caps.example/%41", "2", "never");
+    EXPECT_EQ(sites.Hit("http://evil.example/a/b"), "escaped");
+    EXPECT_EQ(sites.Hit("http://www.evil.example/offer/login.html?a=1"), "offer");
+    EXPECT_EQ(sites.Hit("http://evil.example/offers"), "offer");
+    EXPECT_EQ(sites.Hit("https://evil.example/offer"), "-");
+    EXPECT_EQ(sites.Hit("http://evil.example?x"), "-");
+    EXPECT_EQ(sites.Hit("http://caps.example/A"), "-");
+}
+
+TEST(EvilDB, CategoryOneIsPassedOverAndTheSearchGoesOn) {
+    ListOfSites sites;
+    sites.Add("http://www.evil.example", "1", "general");
+    sites.Add("http://evil.example/offer", "2", "spoof");
+    sites.Add("http://one.example", "1.0", "equal to one");
+    sites.Add("http://two.example", "2.0", "not the text of an ID");
+    EXPECT_EQ(sites.Hit("http://www.evil.example/offer/x"), "spoof");
+    EXPECT_EQ(sites.Hit("http://www.evil.example/x"), "-");
+    EXPECT_EQ(sites.Hit("http://one.example"), "-");
+    EXPECT_TRUE(sites.Log.Take().empty());
+    EXPECT_EQ(sites.Hit("http://two.example"), "-");
+    EXPECT_EQ(sites.Log.Take(),
+              Lines{"0 Malicious Database IsEvil Error:: 91 Object variable or With block variable not set"});
+    Text category;
+    Text validated;
+    EXPECT_TRUE(sites.DB.IsEvil("http://evil.example/offer", category, validated));
+    EXPECT_EQ(category, "Banking or Credit Card Spoof");
+}
+
+TEST(EvilDB, ABadCategoryFailsEveryCheckThatReachesIt) {
+    ListOfSites sites;
+    sites.Add("http://evil.example/first", "2", "first");
+    sites.Add("http://evil.example/bad", "two");
+    sites.Add("http://evil.example/last", "2", "last");
+    EXPECT_EQ(sites.Hit("http://evil.example/first"), "first");
+    EXPECT_EQ(sites.Hit("http://evil.example/last"), "-");
+    EXPECT_EQ(sites.Log.Take(), Lines{"0 Malicious Database IsEvil Error:: 13 Type mismatch"});
+    // An unknown category ends the whole search: the shorter suffix is not asked any more.
+    sites.Add("http://sub.unknown.example", "77");
+    sites.Add("http://unknown.example", "2");
+    EXPECT_EQ(sites.Hit("http://sub.unknown.example"), "-");
+    EXPECT_EQ(sites.Hit("http://unknown.example"), "date");
+}
+
+TEST(EvilDB, AddsOnceAndDeletesByUrl) {
+    ListOfSites sites;
+    sites.Add("HTTP://Evil.Example/a/", "2", "first");
+    sites.Add("http://evil.example/a", "1", "second");
+    EXPECT_EQ(sites.Log.Take(), Lines{"1 MalDB.AddToDB: dup entry - http://evil.example/a (2)"});
+    EXPECT_EQ(sites.Hit("http://evil.example/a"), "first");
+    sites.Add("http://evil.example/b");
+    EXPECT_EQ(sites.DB.LiveCount(), 2);
+    EXPECT_EQ(sites.DB.Count(), 0);
+    sites.DB.DelFromDB("http://evil.example/absent", "", "");
+    sites.DB.DelFromDB("http://EVIL.example/a//", "9", "any");
+    EXPECT_TRUE(sites.Log.Take().empty());
+    EXPECT_EQ(sites.Hit("http://evil.example/a"), "-");
+    sites.DB.DelFromDB("http://evil.example/b", "", "");
+    sites.DB.DelFromDB("http://evil.example/b", "", "");
+    EXPECT_EQ(sites.Log.Take(), (Lines{"1 MalDB.DelFromDB: domain removed (evil.example)",
+                                       "1 MalDB.DelFromDB: no domain (evil.example)"}));
+    EXPECT_EQ(sites.DB.LiveCount(), 0);
+}
+
+TEST(EvilDB, RefusesWhatIsNoEntry) {
+    ListOfSites sites;
+    sites.Add("Evil.Example%41/");
+    sites.DB.DelFromDB("Evil.Example%41/", "", "");
+    sites.Add("http:///x");
+    sites.Add("http://long.example/" + Text(32768, 'x'));
+    EXPECT_EQ(sites.Log.Take(),
+              (Lines{"1 MalDB.AddToDB: bad entry (evil.example%41)", "1 MalDB.DelFromDB: bad entry (evil.exampleA)",
+                     "0 MalDB.AddToDB Error: 9 Subscript out of range", "0 MalDB.AddToDB Error: 6 Overflow"}));
+    // The longest record that still fits.
+    const Text longest = "http://long.example/" + Text(32767 - 20 - Text("\t2\tdate").size(), 'x');
+    sites.Add(longest);
+    EXPECT_EQ(sites.Hit(longest + "/more"), "date");
+    EXPECT_EQ(sites.Hit("http:///x"), "-");
+    EXPECT_EQ(sites.Hit("http://."), "-");
+    EXPECT_EQ(sites.Hit("http://" + Text(40000, 'a')), "-");
+    EXPECT_EQ(sites.Hit("http://" + Text(65000, '.')), "-");
+    EXPECT_EQ(sites.Log.Take(), (Lines{"0 Malicious Database IsEvil Error:: 9 Subscript out of range",
+                                       "0 Malicious Database IsEvil Error:: 9 Subscript out of range",
+                                       "0 Malicious Database IsEvil Error:: 6 Overflow",
+                                       "0 Malicious Database IsEvil Error:: 6 Overflow"}));
+}
+
+TEST(SiteMatch, SubJoinDropsEmptyLeadingParts) {
+    RecordedLog log;
+    const SiteMatch match("Malicious Database ", [&](const Text& line) { log.WriteLog(line, LogLevel::Always); });
+    EXPECT_EQ(match.SubJoin({"", "", "a", "b"}, 0, 3, "."), "a.b");
+    EXPECT_EQ(match.SubJoin({"a", "", "b"}, 0, 2, "."), "a..b");
+    EXPECT_EQ(match.SubJoin({"a", "b", ""}, 0, 2, "."), "a.b.");
+    EXPECT_EQ(match.SubJoin({"a"}, 1, 0, "."), "");
+    EXPECT_TRUE(log.Take().empty());
+    EXPECT_EQ(match.SubJoin({"a"}, 0, 1, "."), "");
+    EXPECT_EQ(match.Substitution({"a", "b"}, 2, "x"), "");
+    EXPECT_EQ(log.Take(), (Lines{"0 Malicious Database SubJoin Error: 9 Subscript out of range",
+                                 "0 Malicious Database Substitution Error: 9 Subscript out of range"}));
+    EXPECT_TRUE(SiteMatch::InitialMatch("abc", ""));
+    EXPECT_FALSE(SiteMatch::InitialMatch("abc", "abcd"));
+}
+
+}  // namespace
+}  // namespace tb

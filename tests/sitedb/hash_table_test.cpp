@@ -1,0 +1,148 @@
+#include "sitedb/HashTable.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <list>
+#include <random>
+
+#include "fakes/Raised.h"
+
+namespace tb {
+namespace {
+
+TEST(HashOfKey, XorsLittleEndianWords) {
+    EXPECT_EQ(HashSlots::HashOfKey("abcd"), 1684234849);
+    for (const char* key : {"abcdefgh", "efghabcd", "12345678"}) EXPECT_EQ(HashSlots::HashOfKey(key), 201589764);
+    EXPECT_EQ(HashSlots::HashOfKey("a"), 97);
+    EXPECT_EQ(HashSlots::HashOfKey("abcde"), 1684234756);
+    EXPECT_EQ(HashSlots::HashOfKey("evil.example"), 1753047846);
+    EXPECT_EQ(HashSlots::HashOfKey("abc\x80"), -2140970399);
+    EXPECT_EQ(HashSlots::HashOfKey("\xFF"), 255);
+}
+
+TEST(HashTable, RaisesWhereTheTermsAreBroken) {
+    HashTable<int> table;
+    EXPECT_EQ(Raised([&] { table.Exists(""); }), 1001);
+    EXPECT_EQ(Raised([&] { table.Item("", 1); }), 1001);
+    EXPECT_EQ(Raised([&] { table.Exists("abc\x80"); }), 9);
+    EXPECT_EQ(Raised([&] { table.Add("abc\x80", 1); }), 9);
+    EXPECT_EQ(table.Count(), 0);
+    EXPECT_EQ(Raised([&] { table.Remove("absent"); }), 5);
+    EXPECT_TRUE(table.Keys().empty());
+    EXPECT_EQ(Raised([&] { table.Values(); }), 9);
+    // A negative hash that leaves no remainder lands in bucket 0.
+    const Text negative("\0\x04\0\x80", 4);
+    table.Add(negative, 7);
+    table.Add("aaaaaaaa", 8);
+    EXPECT_EQ(table.Keys(), (std::vector<Text>{negative, "aaaaaaaa"}));
+    EXPECT_EQ(Raised([&] { table.Add("aaaaaaaa", 9); }), 457);
+    EXPECT_EQ(table.Item("aaaaaaaa"), 8);
+    try {
+        table.IgnoreCase(true);
+        FAIL();
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.Line(), "1001 The Hash Table isn't empty");
+    }
+    EXPECT_FALSE(table.IgnoreCase());
+}
+
+TEST(HashTable, CanIgnoreCase) {
+    HashTable<Text> table;
+    table.IgnoreCase(true);
+    table.Item("AbCd\xE9", "x");
+    EXPECT_TRUE(table.Exists("aBcD\xC9"));
+    EXPECT_EQ(table.Keys(), std::vector<Text>{"ABCD\xC9"});
+    EXPECT_EQ(table.Item("absent"), "");
+    EXPECT_EQ(table.Count(), 1);
+    table.RemoveAll();
+    table.RemoveAll();
+    EXPECT_TRUE(table.IgnoreCase());
+    EXPECT_FALSE(table.Exists("abcd\xE9"));
+}
+
+TEST(HashTable, GrowsBySlotsOf1024) {
+    HashTable<int> table;
+    EXPECT_EQ(table.SlotCount(), 2049U);
+    for (int number = 1; number <= 3073; ++number) {
+        const size_t expected = number <= 2049 ? 2049 : 3073;
+        ASSERT_EQ(table.SlotCount(), expected) << number;
+        table.Add("key" + std::to_string(number), number);
+    }
+    EXPECT_EQ(table.SlotCount(), 4097U);
+}
+
+// The table told as it was designed, without an index: chains in buckets, grown at the tail.
+class ChainModel {
+public:
+    void Put(const Text& key, int value) {
+        auto& chain = Chain(key);
+        const auto found = Find(chain, key);
+        if (found != chain.end()) {
+            found->second = value;
+        } else {
+            chain.emplace_back(key, value);
+        }
+    }
+    bool Erase(const Text& key) {
+        auto& chain = Chain(key);
+        const auto found = Find(chain, key);
+        if (found == chain.end()) return false;
+        chain.erase(found);
+        return true;
+    }
+    std::vector<std::pair<Text, int>> Walk() const {
+        std::vector<std::pair<Text, int>> all;
+        for (const auto& chain : m_Buckets) all.insert(all.end(), chain.begin(), chain.end());
+        return all;
+    }
+
+private:
+    using ChainList = std::list<std::pair<Text, int>>;
+    ChainList& Chain(const Text& key) { return m_Buckets[static_cast<size_t>(HashSlots::HashOfKey(key) % 1024)]; }
+    static ChainList::iterator Find(ChainList& chain, const Text& key) {
+        return std::find_if(chain.begin(), chain.end(), [&](const auto& item) { return item.first == key; });
+    }
+    std::vector<ChainList> m_Buckets = std::vector<ChainList>(1024);
+};
+
+TEST(HashTable, WalksLikeChainsThroughAddsAndRemoves) {
+    std::mt19937 random(7);
+    HashTable<int> table;
+    ChainModel model;
+    for (int step = 0; step < 60000; ++step) {
+        // Few different words, so that chains are long and removals hit heads, middles and tails.
+        const Text key =
+            std::string(1 + random() % 3, static_cast<char>('a' + random() % 4)) + std::to_string(random() % 900);
+        if (random() % 5 < 3) {
+            table.Item(key, step);
+            model.Put(key, step);
+        } else {
+            ASSERT_EQ(Raised([&] { table.Remove(key); }), model.Erase(key) ? 0 : 5);
+        }
+        if (step % 5000 != 4999) continue;
+        const auto walk = model.Walk();
+        const std::vector<Text> keys = table.Keys();
+        const std::vector<int> values = table.Values();
+        ASSERT_EQ(keys.size(), walk.size());
+        for (size_t index = 0; index < walk.size(); ++index) {
+            ASSERT_EQ(keys[index], walk[index].first);
+            ASSERT_EQ(values[index], walk[index].second);
+            ASSERT_EQ(table.Item(keys[index]), values[index]);
+        }
+    }
+}
+
+TEST(HashTable, ARemovedSlotIsTheNextToBeUsed) {
+    HashSlots slots;
+    bool created = false;
+    slots.FindOrCreate("a", created);
+    const std::int32_t second = slots.FindOrCreate("b", created);
+    slots.FindOrCreate("c", created);
+    EXPECT_EQ(slots.Remove("b"), second);
+    EXPECT_EQ(slots.KeyOf(second), "b");
+    EXPECT_EQ(slots.FindOrCreate("d", created), second);
+}
+
+}  // namespace
+}  // namespace tb

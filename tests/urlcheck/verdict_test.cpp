@@ -1,0 +1,167 @@
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "base/errors.h"
+#include "fakes/RecordedLog.h"
+#include "platform/posix/PosixFiles.h"
+#include "sitedb/BuiltInCategories.h"
+#include "urlcheck/UrlVerdict.h"
+
+namespace tb {
+namespace {
+
+using Lines = std::vector<Text>;
+
+// The program around the verdict; what the verdict does to it is kept in `Log`, in order.
+class FakeHost : public VerdictHost, public EvilDBHost {
+public:
+    void WriteLog(const Text& message, LogLevel level) noexcept override { Log.WriteLog(message, level); }
+    Text GetXMLString(const Text& section, const Text& key, const Text& fallback) override {
+        const auto found = Settings.find(UpperCase(section) + "." + UpperCase(key));
+        return found == Settings.end() ? fallback : found->second;
+    }
+    bool IsDebugMode() override { return Debug; }
+    Text ProductName() override { return "Product"; }
+    bool IsOverride(const Text& url) override { return url == Override; }
+    void AllowSite(const Text& url) override { Did("allow " + url); }
+    void PlayAlertSound() override { Did("alert"); }
+    UrlScore ScoreURL(const Text& url, const Text& addresses) override {
+        Did("score " + url + " [" + addresses + "]");
+        if (Country == "?") throw Error(ErrorNumber::InvalidCall);
+        return {2.5, Country, false};
+    }
+    void ShowNotifyURL(const Text& title, const Text& message, const Text& url, std::int32_t width, std::int32_t height,
+                       std::int32_t seconds, std::int32_t iconFlags, const Text& callback) override {
+        Did("notify " + title + "|" + message + "|" + url + "|" + std::to_string(width) + "|" + std::to_string(height) +
+            "|" + std::to_string(seconds) + "|" + std::to_string(iconFlags) + "|" + callback);
+    }
+    void ShowMessage(const Text& prompt, std::int32_t buttons) override {
+        Did("message " + std::to_string(buttons) + " " + prompt);
+    }
+    void DisplayDebugMessage(const Text& text) override { Did("debug " + text); }
+    Text CategoryName(const Text& id) override { return BuiltInCategoryName(id); }
+
+    void Did(const Text& what) { Log.Lines.push_back(what); }
+
+    std::map<Text, Text> Settings;
+    Text Override = "none";
+    Text Country;
+    bool Debug = false;
+    RecordedLog Log;
+};
+
+class VerdictTest : public ::testing::Test {
+protected:
+    VerdictTest() {
+        m_EvilDB.AddToDB("http://evil.example", "2", "11/01/2026");
+        m_EvilDB.AddToDB("http://10.1.2.3", "2", "address");
+        m_EvilDB.LogMessage.Connect([this](const Text& line, LogLevel level) { m_Host.WriteLog(line, level); });
+    }
+
+    Text Ask(const std::vector<Text>& fields) {
+        std::vector<Text> args{"1"};
+        args.insert(args.end(), fields.begin(), fields.end());
+        Text reply = "left over";
+        m_Verdict.CheckEvil(args, reply);
+        return reply;
+    }
+    Lines Done() { return m_Host.Log.Take(); }
+
+    PosixFiles m_Files;
+    FakeHost m_Host;
+    EvilDB m_EvilDB{m_Files, m_Host, {}};
+    UrlVerdict m_Verdict{m_EvilDB, m_Host};
+    const Text m_Block = "Validated: 11/01/2026  (Category: Banking or Credit Card Spoof)";
+    const Text m_AddressBlock = "Validated: address  (Category: Banking or Credit Card Spoof)";
+};
+
+TEST_F(VerdictTest, BlocksPassesAndLogsByLevel) {
+    EXPECT_EQ(Ask({"Check", "http://www.evil.example/%61/"}), m_Block);
+    EXPECT_EQ(Ask({"Check", "http://ok.example/"}), "OK");
+    EXPECT_EQ(Ask({"Check", ""}), "OK");
+    EXPECT_EQ(Done(), (Lines{"0 Checking: http://www.evil.example/a (" + m_Block + ")",
+                             "1 Checking: http://ok.example (OK)", "1 Checking: http: (OK)"}));
+    EXPECT_EQ(Ask({"Check", "http://0x0A010203:80/x"}), "OK") << "the port stays and evades";
+    EXPECT_EQ(Ask({"Check", "http://167838211/x"}), m_AddressBlock);
+    EXPECT_EQ(Done().front(), "debug Normalize IP: http://0x0A010203:80/x --> http://10.1.2.3:80/x");
+}
+
+TEST_F(VerdictTest, TheLogLineIsOneLine) {
+    m_EvilDB.AddToDB("http://forged.example", "2", "a\r\nb");
+    EXPECT_EQ(Ask({"Check", "http://forged.example"}), "Validated: a\r\nb  (Category: Banking or Credit Card Spoof)");
+    EXPECT_EQ(Done(), Lines{"0 Checking: http://forged.example (Validated: ab  (Category: Banking or Credit Card "
+                            "Spoof))"});
+}
+
+TEST_F(VerdictTest, AnOverrideBeatsTheListAndSilencesEverything) {
+    m_Host.Override = "http://evil.example/a";
+    m_Host.Settings["MAIN.ALERTSOUND"] = "1";
+    m_Host.Debug = true;
+    m_Host.Country = "X";
+    EXPECT_EQ(Ask({"Check", "http://evil.example/a/", "10.1.2.3"}), "OK");
+    EXPECT_EQ(Done(), Lines{"1 Checking: http://evil.example/a (Override)"});
+}
+
+TEST_F(VerdictTest, AddressesAreAskedInOrderUntilOneHits) {
+    EXPECT_EQ(Ask({"Check", "http://ok.example", " 1.1.1.1  10.1.2.3 10.1.2.3", "ignored"}), m_AddressBlock);
+    EXPECT_EQ(Done(), (Lines{"1 CheckEvil found blocked IP address: 10.1.2.3",
+                             "0 Checking: http://ok.example (" + m_AddressBlock + ")"}));
+    EXPECT_EQ(Ask({"Check", "http://ok.example", "   "}), "OK");
+    EXPECT_EQ(Ask({"Check", "http://evil.example", "10.1.2.3"}), m_Block);
+    EXPECT_EQ(Ask({"Check", "http://ok.example", "0x0A010203"}), "OK") << "addresses are not normalised";
+}
+
+TEST_F(VerdictTest, TheAlertSoundsOnAHitWhenTheSettingIsExactlyOne) {
+    EXPECT_EQ(Ask({"Check", "http://evil.example"}), m_Block);
+    EXPECT_EQ(Done().size(), 1U) << "off by default";
+    m_Host.Settings["MAIN.ALERTSOUND"] = "01";
+    Ask({"Check", "http://evil.example"});
+    EXPECT_EQ(Done().size(), 1U);
+    m_Host.Settings["MAIN.ALERTSOUND"] = "1";
+    Ask({"Check", "http://ok.example"});
+    EXPECT_EQ(Done().size(), 1U);
+    Ask({"Check", "http://ok.example", "10.1.2.3"});
+    EXPECT_EQ(Done()[1], "alert");
+}
+
+TEST_F(VerdictTest, TheCountryPopupIsForDebugModeOnly) {
+    m_Host.Country = "Atlantis";
+    EXPECT_EQ(Ask({"Check", "http://ok.example", ""}), "OK");
+    EXPECT_EQ(Done().size(), 1U);
+    m_Host.Debug = true;
+    EXPECT_EQ(Ask({"Check", "http://ok.example"}), "OK");
+    EXPECT_EQ(Done().size(), 1U) << "no address field, no popup";
+    EXPECT_EQ(Ask({"Check", "http://ok.example/1234", ""}), "OK");
+    EXPECT_EQ(Done(), (Lines{"score http://ok.example/1234 []",
+                             "notify Product Suspicious Sites|http://ok.example/1234... Atlantis "
+                             "2.5|http://ok.example/1234|3600|1400|25|64|",
+                             "1 Checking: http://ok.example/1234 (OK)"}));
+    Ask({"Check", "http://twenty.charac", ""});
+    EXPECT_NE(Done()[1].find("|http://twenty.charac Atlantis"), Text::npos);
+    m_Host.Settings["MAIN.COUNTRYPOPUP"] = "0";
+    Ask({"Check", "http://ok.example", ""});
+    EXPECT_EQ(Done().size(), 1U);
+    m_Host.Settings.clear();
+    m_Host.Country = "?";
+    EXPECT_EQ(Ask({"Check", "http://ok.example", "x"}), "OK") << "the reply stays when the popup fails";
+    EXPECT_EQ(Done(),
+              (Lines{"score http://ok.example [x]", "0 CheckEvil error: 5 Invalid procedure call or argument"}));
+}
+
+TEST_F(VerdictTest, AllowTakesTheFieldAsItCame) {
+    EXPECT_EQ(Ask({"Allow", "Evil.Example/%41/"}), "");
+    EXPECT_EQ(Ask({"allow", "x"}), "");
+    EXPECT_EQ(Done(), (Lines{"allow Evil.Example/%41/", "1 Checking:  ()", "message 16 Unknown Command: 1   allow   x",
+                             "1 Checking:  ()"}));
+}
+
+TEST_F(VerdictTest, MissingFieldsAreLoggedAndAnsweredWithNothing) {
+    EXPECT_EQ(Ask({}), "");
+    EXPECT_EQ(Ask({"Check"}), "");
+    EXPECT_EQ(Ask({"Allow"}), "");
+    EXPECT_EQ(Done(), Lines(3, "0 CheckEvil error: 9 Subscript out of range"));
+}
+
+}  // namespace
+}  // namespace tb

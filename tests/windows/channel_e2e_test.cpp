@@ -1,0 +1,151 @@
+// The channel of the real program, asked from another process by the calls that a browser helper makes.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <thread>
+
+#include "components/tbBHBridge/ChannelClient.h"
+#include "platform/win32/ReplyWindow.h"
+#include "windows/RunningProgram.h"
+
+namespace tb {
+namespace {
+
+// One browser window: its own thread uses it.
+class Browser {
+public:
+    Browser() : m_Client(m_Windows) { m_Client.Locate(); }
+    // The reply, or "(none)".
+    Text Ask(const Text& fields) {
+        m_Client.Send(m_Reply.Window(), fields);
+        return m_Reply.Take().value_or("(none)");
+    }
+    ChannelClient& Client() { return m_Client; }
+    WindowHandle ReplyHandle() const { return m_Reply.Window(); }
+
+private:
+    Win32WindowText m_Windows;
+    ChannelClient m_Client;
+    ReplyWindow m_Reply;
+};
+
+class Channel : public testing::Test {
+protected:
+    void Set(const Text& text) { Win32WindowText().SendText(m_Program.Box(), text); }
+    LRESULT BoxLength() { return SendMessageA(ToHwnd(m_Program.Box()), WM_GETTEXTLENGTH, 0, 0); }
+
+    RunningProgram m_Program;
+};
+
+const Text Blocked = RunningProgram::Blocked;
+
+TEST_F(Channel, AnswersEachKindOfRequest) {
+    Browser browser;
+    EXPECT_FALSE(IsWindowVisible(m_Program.Top()));
+    EXPECT_EQ(browser.Ask("Check\thttp://ok.example/"), "OK");
+    EXPECT_EQ(browser.Ask("Check\thttp://www.evil.example/%6Fffer/x"), Blocked);
+    EXPECT_EQ(browser.Ask("Check\thttp://www.evil.example/%6Fffer/x\t\tfifth\tsixth"), Blocked);
+    EXPECT_EQ(browser.Ask("Check\thttps://phish.test\t10.0.0.1 10.0.0.2"), Blocked);
+    EXPECT_EQ(browser.Ask("Check\t"), "OK");
+    EXPECT_EQ(browser.Ask("Allow\thttp://evil.example/"), "");
+    EXPECT_EQ(browser.Ask("Check"), "");
+    const Text log = m_Program.Log();
+    EXPECT_NE(log.find("CheckEvil error: 9 Subscript out of range\n"), Text::npos) << log;
+}
+
+TEST_F(Channel, GivesTheWakeUpAndTheEmptyTextNoReplyAndNoLine) {
+    Browser browser;
+    EXPECT_TRUE(browser.Client().WakeUp());
+    EXPECT_EQ(BoxLength(), 0);
+    Set("");
+    EXPECT_EQ(m_Program.Log(), "");
+    EXPECT_EQ(browser.Ask("Check\thttp://ok.example/"), "OK");
+}
+
+TEST_F(Channel, ServesOthersWhileTheMessageOfAnUnknownCommandIsOpen) {
+    Text reply = "not yet";
+    std::atomic<bool> answered = false;
+    std::thread asker([&] {
+        Browser browser;
+        reply = browser.Ask("Nope\tx");
+        answered = true;
+    });
+    HWND dialog = nullptr;
+    for (int tries = 0; tries < 1000 && dialog == nullptr; ++tries) {
+        Sleep(10);
+        dialog = FindWindowA("#32770", "Trawlbeam");
+    }
+    EXPECT_NE(dialog, nullptr);
+    DWORD owner = 0;
+    GetWindowThreadProcessId(dialog, &owner);
+    EXPECT_EQ(owner, m_Program.ProcessId());
+    Browser other;
+    EXPECT_EQ(other.Ask("Check\thttps://phish.test"), Blocked);
+    EXPECT_TRUE(other.Client().WakeUp());
+    EXPECT_EQ(BoxLength(), 0);
+    EXPECT_FALSE(answered);
+    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    asker.join();
+    EXPECT_EQ(reply, "");
+}
+
+TEST_F(Channel, AnswersEachOfSeveralClientsInItsOwnWindow) {
+    std::atomic<int> wrong = 0;
+    const auto ask = [&wrong](const Text& url, const Text& expected) {
+        Browser browser;
+        for (int count = 0; count < 500; ++count) wrong += browser.Ask("Check\t" + url) == expected ? 0 : 1;
+    };
+    std::thread first(ask, "http://evil.example/offer", Blocked);
+    std::thread second(ask, "http://harmless.example/", "OK");
+    std::thread third(ask, "https://phish.test/x", Blocked);
+    first.join();
+    second.join();
+    third.join();
+    EXPECT_EQ(wrong, 0);
+}
+
+TEST_F(Channel, PassesOverAReplyWindowThatIsGone) {
+    WindowHandle gone = 0;
+    {
+        const ReplyWindow window;
+        gone = window.Window();
+    }
+    for (const WindowHandle window : {gone, 0, 0xFFFF, -1, INT32_MAX, INT32_MIN}) {
+        Set(std::to_string(window) + "\tCheck\thttps://phish.test");
+    }
+    Browser browser;
+    EXPECT_EQ(browser.Ask("Check\thttps://phish.test"), Blocked);
+    EXPECT_EQ(m_Program.Log().find("error"), Text::npos);
+}
+
+// A first field that is no number ends the process, without reply, dialog or wait.
+TEST(BrokenChannel, EndsTheProcessOnPurpose) {
+    struct Case {
+        Text Line;
+        Text Quoted;
+    };
+    for (const Case& broken : {Case{"abc\tCheck\thttp://x/", "abc"}, Case{" ", " "}, Case{"TBWAKEUP\tx", "TBWAKEUP"},
+                               Case{"tbwakeup", "tbwakeup"}, Case{"99999999999\tCheck\thttp://x/", "99999999999"},
+                               Case{"\tCheck\thttp://x/", ""}, Case{"\x80\"\r\n2\tCheck", "\\x80\"\\x0D\\x0A2"}}) {
+        RunningProgram program;
+        const ULONGLONG start = GetTickCount64();
+        Win32WindowText().SendText(program.Box(), broken.Line);
+        EXPECT_EQ(program.WaitForEnd(), 3U) << broken.Line;
+        EXPECT_LT(GetTickCount64() - start, 5000U) << broken.Line;
+        const Text log = program.Log();
+        EXPECT_EQ(log.find("Browser channel: \"" + broken.Quoted + "\" is no reply window: "), 0U) << log;
+        EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 1) << log;
+    }
+}
+
+TEST(Program, EndsCleanlyWhenAskedToClose) {
+    RunningProgram program;
+    PostMessageA(program.Top(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(program.WaitForEnd(), 0U);
+    EXPECT_EQ(program.Top(), nullptr);
+    EXPECT_EQ(program.Log(), "");
+}
+
+}  // namespace
+}  // namespace tb

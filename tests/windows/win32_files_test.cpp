@@ -1,0 +1,88 @@
+#include "platform/win32/Win32Files.h"
+
+#include <chrono>
+#include <thread>
+
+#include "platform/files_contract.h"
+#include "platform/win32/Handle.h"
+#include "windows/ScratchFolder.h"
+
+namespace tb {
+namespace {
+
+class Win32Kit {
+public:
+    Files& Storage() { return m_Files; }
+    const std::filesystem::path& Folder() const { return m_Folder.Path(); }
+    static void MakeFolder(const std::filesystem::path& path) { std::filesystem::create_directory(path); }
+    static void MakeReadOnly(const std::filesystem::path& path) {
+        SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    }
+
+private:
+    ScratchFolder m_Folder;
+    Win32Files m_Files;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Win32, FilesContract, Win32Kit);
+
+class Win32FilesTest : public testing::Test {
+protected:
+    void Write(const char* content) {
+        WriteFileAtomically(m_Files, m_Target, [&](FileWriter& writer) { writer.Write(content); });
+    }
+    // As another program would hold the file.
+    OwnedFile HoldByAnother() const {
+        return OwnedFile(CreateFileW(m_Target.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                     OPEN_EXISTING, 0, nullptr));
+    }
+
+    ScratchFolder m_Folder;
+    Win32Files m_Files;
+    std::filesystem::path m_Target = m_Folder.Path() / "target";
+};
+
+TEST_F(Win32FilesTest, ReplacesAFileThatAScannerHoldsForAMoment) {
+    Write("old");
+    OwnedFile held = HoldByAnother();
+    ASSERT_TRUE(held);
+    std::thread scanner([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(40));
+        held.Close();
+    });
+    EXPECT_EQ(Raised([&] { Write("new"); }), 0);
+    scanner.join();
+    EXPECT_EQ(ReadWholeFile(m_Files, m_Target), "new");
+}
+
+TEST_F(Win32FilesTest, KeepsTheOldFileWhenItStaysHeld) {
+    Write("old");
+    const OwnedFile held = HoldByAnother();
+    EXPECT_EQ(Raised([&] { Write("new"); }), 70);
+    EXPECT_EQ(ReadWholeFile(m_Files, m_Target), "old");
+    EXPECT_EQ(m_Files.List(m_Folder.Path()).size(), 1U);
+}
+
+TEST_F(Win32FilesTest, LetsNobodyWriteAFileBeingReadOrReadOneBeingWritten) {
+    Write("old");
+    {
+        const auto reader = m_Files.OpenForReading(m_Target);
+        EXPECT_FALSE(OwnedFile(CreateFileW(m_Target.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                           OPEN_EXISTING, 0, nullptr)));
+    }
+    const auto writer = m_Files.OpenForWriting(m_Target);
+    EXPECT_EQ(Raised([&] { m_Files.OpenForReading(m_Target); }), 70);
+    EXPECT_EQ(Raised([&] { m_Files.Delete(m_Target); }), 70);
+    writer->Finish();
+    EXPECT_EQ(Raised([&] { m_Files.Delete(m_Target); }), 0);
+}
+
+TEST_F(Win32FilesTest, RefusesToOpenAReadOnlyFileForWriting) {
+    Write("old");
+    SetFileAttributesW(m_Target.c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(Raised([&] { m_Files.OpenForWriting(m_Target); }), 70);
+    EXPECT_EQ(ReadWholeFile(m_Files, m_Target), "old");
+}
+
+}  // namespace
+}  // namespace tb
