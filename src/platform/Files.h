@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/date.h"
 #include "base/text.h"
 
 namespace tb {
@@ -32,6 +33,12 @@ public:
     virtual void Finish() = 0;
 };
 
+// Local times, to the second.
+struct FileTimes {
+    Date Created;
+    Date Modified;
+};
+
 class Files {
 public:
     virtual ~Files() = default;
@@ -45,6 +52,15 @@ public:
     virtual void Delete(const std::filesystem::path& path) = 0;
     // False also when there is no such file.
     virtual bool IsReadOnly(const std::filesystem::path& path) = 0;
+    // Clears read-only, hidden and system.
+    virtual void ClearAttributes(const std::filesystem::path& path) = 0;
+    virtual bool Exists(const std::filesystem::path& path) = 0;
+    virtual bool FolderExists(const std::filesystem::path& folder) = 0;
+    // One level; a folder that is there is no failure.
+    virtual void MakeFolder(const std::filesystem::path& folder) = 0;
+    // Opens the file for appending, or makes it, writes and closes it. Others may read it meanwhile.
+    virtual void Append(const std::filesystem::path& path, TextView bytes) = 0;
+    virtual FileTimes Times(const std::filesystem::path& path) = 0;
     // Names (without folder) of the plain files in a folder, in no particular order. A folder that is not there has
     // none.
     virtual std::vector<std::filesystem::path> List(const std::filesystem::path& folder) = 0;

@@ -11,7 +11,7 @@
 namespace tb {
 
 // Keeps the rules of platform/Files.h. It counts the calls that can fail: opening, Read, Size, Write, Finish, Replace,
-// Delete and List. Readers and writers must not outlive it.
+// Delete, ClearAttributes, MakeFolder, Append and List. Readers and writers must not outlive it.
 class FakeFiles : public Files {
 public:
     using Path = std::filesystem::path;
@@ -20,6 +20,7 @@ public:
     std::map<Path, Text> Contents;
     std::set<Path> Folders;
     std::set<Path> ReadOnly;
+    std::map<Path, Date> Dates;
 
     // The `call`-th call from now on (1 is the next one) raises `number` and does nothing, except that a Write leaves
     // the first half of its bytes. With `forGood` all later calls fail too.
@@ -62,6 +63,28 @@ public:
         Contents.erase(path);
     }
     bool IsReadOnly(const Path& path) override { return ReadOnly.count(path) > 0; }
+    void ClearAttributes(const Path& path) override {
+        Count();
+        RequireFile(path);
+        ReadOnly.erase(path);
+    }
+    bool Exists(const Path& path) override { return Contents.count(path) > 0; }
+    bool FolderExists(const Path& folder) override { return Folders.count(folder) > 0; }
+    void MakeFolder(const Path& folder) override {
+        Count();
+        RequireFolder(folder);
+        Folders.insert(folder);
+    }
+    void Append(const Path& path, TextView bytes) override {
+        Count();
+        RequireFolder(path);
+        RefuseIf(IsReadOnly(path));
+        Contents[path] += bytes;
+    }
+    FileTimes Times(const Path& path) override {
+        RequireFile(path);
+        return {Dates[path], Dates[path]};
+    }
     std::vector<Path> List(const Path& folder) override {
         Count();
         std::vector<Path> names;

@@ -7,6 +7,7 @@
 #include <cerrno>
 
 #include "base/errors.h"
+#include "platform/posix/SystemClock.h"
 
 namespace tb {
 
@@ -88,7 +89,8 @@ private:
 
 class PosixWriter : public FileWriter {
 public:
-    explicit PosixWriter(Path name) : m_Path(std::move(name)), m_File(m_Path, O_WRONLY | O_CREAT | O_TRUNC) {}
+    explicit PosixWriter(Path name, int how = O_TRUNC)
+        : m_Path(std::move(name)), m_File(m_Path, O_WRONLY | O_CREAT | how) {}
 
     void Write(TextView bytes) override {
         while (!bytes.empty()) {
@@ -135,6 +137,34 @@ void PosixFiles::Delete(const Path& path) {
 bool PosixFiles::IsReadOnly(const Path& path) {
     struct stat status {};
     return ::stat(path.c_str(), &status) == 0 && (status.st_mode & S_IWUSR) == 0;
+}
+
+void PosixFiles::ClearAttributes(const Path& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0 || ::chmod(path.c_str(), status.st_mode | S_IWUSR) != 0) Fail(errno, path);
+}
+
+bool PosixFiles::Exists(const Path& path) {
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(path, ignored);
+}
+
+bool PosixFiles::FolderExists(const Path& folder) {
+    std::error_code ignored;
+    return std::filesystem::is_directory(folder, ignored);
+}
+
+void PosixFiles::MakeFolder(const Path& folder) {
+    if (::mkdir(folder.c_str(), 0777) != 0 && !FolderExists(folder)) Fail(errno, folder);
+}
+
+void PosixFiles::Append(const Path& path, TextView bytes) { PosixWriter(path, O_APPEND).Write(bytes); }
+
+FileTimes PosixFiles::Times(const Path& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) Fail(errno, path);
+    const Date changed = LocalDate(status.st_mtime);
+    return {changed, changed};
 }
 
 std::vector<Path> PosixFiles::List(const Path& folder) {

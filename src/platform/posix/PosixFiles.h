@@ -1,5 +1,6 @@
 // Files of a POSIX system, with the one rule of Windows that callers rely on: a file that this object has open for
-// reading cannot be deleted or replaced (error 70).
+// reading cannot be deleted or replaced (error 70). A file's creation is told by its last change: no older time is
+// kept.
 #pragma once
 
 #include <set>
@@ -15,6 +16,12 @@ public:
     void Replace(const std::filesystem::path& from, const std::filesystem::path& to) override;
     void Delete(const std::filesystem::path& path) override;
     bool IsReadOnly(const std::filesystem::path& path) override;
+    void ClearAttributes(const std::filesystem::path& path) override;
+    bool Exists(const std::filesystem::path& path) override;
+    bool FolderExists(const std::filesystem::path& folder) override;
+    void MakeFolder(const std::filesystem::path& folder) override;
+    void Append(const std::filesystem::path& path, TextView bytes) override;
+    FileTimes Times(const std::filesystem::path& path) override;
     std::vector<std::filesystem::path> List(const std::filesystem::path& folder) override;
 
 private:

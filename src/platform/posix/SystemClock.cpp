@@ -1,14 +1,13 @@
 #include "platform/posix/SystemClock.h"
 
-#include <ctime>
-
 namespace tb {
 
-Date SystemClock::Now() {
-    const std::time_t now = std::time(nullptr);
+Date LocalDate(std::time_t moment) {
     std::tm local{};
-    localtime_r(&now, &local);
-    return Date(static_cast<std::int64_t>(now) + local.tm_gmtoff);
+    localtime_r(&moment, &local);
+    return Date(static_cast<std::int64_t>(moment) + local.tm_gmtoff);
 }
+
+Date SystemClock::Now() { return LocalDate(std::time(nullptr)); }
 
 }  // namespace tb

@@ -1,9 +1,14 @@
 // The clock of this machine, for the operator's tools.
 #pragma once
 
+#include <ctime>
+
 #include "platform/Clock.h"
 
 namespace tb {
+
+// A moment of the system in the local time of this machine.
+Date LocalDate(std::time_t moment);
 
 class SystemClock : public Clock {
 public:

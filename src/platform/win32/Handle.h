@@ -3,23 +3,39 @@
 
 #include <windows.h>
 
+#include <atomic>
+#include <cstdint>
+
 namespace tb {
+
+// How many handles all owners of the process hold. Nothing but the search for leaks looks at it.
+class HandleCount {
+public:
+    static std::int32_t Live() { return s_Live; }
+
+protected:
+    static void Add(std::int32_t count) { s_Live += count; }
+
+private:
+    inline static std::atomic<std::int32_t> s_Live{0};
+};
 
 // Move-only. What it holds is closed when it goes, when another handle is moved into it and by Close(). Closing keeps
 // the thread's last error, so that a failing call may be followed by the end of a scope.
 template <typename Trait>
-class Handle {
+class Handle : private HandleCount {
 public:
     using Value = typename Trait::Value;
 
     Handle() = default;
     // Takes over `value`, which may be the kind's "none".
-    explicit Handle(Value value) : m_Value(value) {}
-    Handle(Handle&& other) noexcept : m_Value(other.Release()) {}
+    explicit Handle(Value value) : m_Value(value) { Count(1); }
+    Handle(Handle&& other) noexcept : Handle(other.Release()) {}
     Handle& operator=(Handle&& other) noexcept {
         if (this != &other) {
             Close();
             m_Value = other.Release();
+            Count(1);
         }
         return *this;
     }
@@ -30,6 +46,7 @@ public:
 
     // Hands the handle to the caller, who closes it.
     [[nodiscard]] Value Release() {
+        Count(-1);
         const Value value = m_Value;
         m_Value = Trait::None();
         return value;
@@ -44,7 +61,17 @@ public:
         return closed;
     }
 
+    // How many handles of this kind the process owns.
+    static std::int32_t Live() { return s_Live; }
+
 private:
+    void Count(std::int32_t by) {
+        if (m_Value == Trait::None()) return;
+        s_Live += by;
+        Add(by);
+    }
+
+    inline static std::atomic<std::int32_t> s_Live{0};
     Value m_Value = Trait::None();
 };
 

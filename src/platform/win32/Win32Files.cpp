@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/win32/Handle.h"
+#include "platform/win32/Win32Clock.h"
 #include "platform/win32/Win32Errors.h"
 
 namespace tb {
@@ -108,6 +109,34 @@ void Win32Files::Delete(const path& name) {
 }
 
 bool Win32Files::IsReadOnly(const path& name) { return HasAttribute(name, FILE_ATTRIBUTE_READONLY); }
+
+void Win32Files::ClearAttributes(const path& name) {
+    if (!SetFileAttributesW(name.c_str(), FILE_ATTRIBUTE_NORMAL)) Fail(name, GetLastError());
+}
+
+bool Win32Files::Exists(const path& name) {
+    const DWORD attributes = GetFileAttributesW(name.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+bool Win32Files::FolderExists(const path& folder) { return HasAttribute(folder, FILE_ATTRIBUTE_DIRECTORY); }
+
+void Win32Files::MakeFolder(const path& folder) {
+    if (!CreateDirectoryW(folder.c_str(), nullptr) && !FolderExists(folder)) Fail(folder, GetLastError());
+}
+
+void Win32Files::Append(const path& name, TextView bytes) {
+    const OwnedFile file = Open(name, FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_ALWAYS);
+    DWORD written = 0;
+    const auto wanted = static_cast<DWORD>(bytes.size());
+    if (!WriteFile(file.Get(), bytes.data(), wanted, &written, nullptr)) Fail(name, GetLastError());
+}
+
+FileTimes Win32Files::Times(const path& name) {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (!GetFileAttributesExW(name.c_str(), GetFileExInfoStandard, &data)) Fail(name, GetLastError());
+    return {LocalDate(data.ftCreationTime), LocalDate(data.ftLastWriteTime)};
+}
 
 std::vector<path> Win32Files::List(const path& folder) {
     std::vector<path> names;

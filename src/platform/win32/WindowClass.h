@@ -6,6 +6,7 @@
 namespace tb {
 
 // Registers a class with the given procedure, or does nothing when this program has registered that name. Error 51.
+// Two threads must not register the same name at the same moment.
 void RegisterWindowClass(const char* className, WNDPROC procedure);
 
 // Registers `className` as the system's class `original` with another procedure in front, or does nothing when this

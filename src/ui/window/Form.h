@@ -1,0 +1,127 @@
+// A window of the program with its controls. Classes of windows derive from it, add their controls in the constructor
+// and connect to the events.
+// Owned by a shared_ptr, a form may be dropped inside its own events; otherwise its owner drops it outside of them.
+#pragma once
+
+#include "ui/window/Control.h"
+#include "ui/window/Forms.h"
+
+namespace tb {
+
+class Menu;
+
+class Form : public VisualControl, private FormEvents {
+public:
+    // Not loaded: without a window, hidden, 4800 by 3600 twips at 0, 0, sizable. `forms` must outlive the form.
+    Form(Forms& forms, const Text& name);
+    // A loaded form loses its window without its unload events.
+    ~Form() override;
+
+    static const ControlClass& StaticClass();
+    const ControlClass& Class() const override { return StaticClass(); }
+    Form* Parent() override { return this; }
+    std::shared_ptr<void> KeepAlive() override { return Control::KeepAlive(); }
+
+    // Raised by Load, when window and controls have their peers.
+    Event<> LoadEvent;
+    // The window has another size or state; raised too when it is first shown.
+    Event<> ResizeEvent;
+    // The form is to be unloaded; a handler that sets `cancel` keeps it.
+    Event<bool&, UnloadMode> QueryUnloadEvent;
+    // As above, when no QueryUnloadEvent has cancelled. At the end of a session `cancel` has no effect.
+    Event<bool&> UnloadEvent;
+
+    // Makes the window and those of the controls, then raises LoadEvent. Nothing happens when it is loaded. Raises what
+    // the system or a handler raises; after a failure of the system the form is not loaded.
+    void Load();
+    bool IsLoaded() const { return m_Loaded; }
+    // Raises QueryUnloadEvent and UnloadEvent; if none cancels, the windows go, properties and controls stay. True when
+    // the form is not loaded afterwards. Called again from inside these events it does nothing and answers False.
+    bool Unload(UnloadMode mode = UnloadMode::Code);
+    // Shows it, loading it first.
+    void Show() { SetVisible(true); }
+    void Hide() { SetVisible(false); }
+    // True loads the form first; False for a form that is not loaded does nothing.
+    void SetVisible(bool visible) override;
+
+    Text Caption() const { return m_Caption; }
+    void SetCaption(const Text& caption);
+    // 0 normal, 1 minimised, 2 maximised; error 380 for others. A hidden form takes the state when it is shown.
+    std::int32_t WindowState() const { return static_cast<std::int32_t>(m_State); }
+    void SetWindowState(std::int32_t state);
+    // 0 none, 1 fixed single, 2 sizable, 3 fixed dialog, 4 fixed tool, 5 sizable tool; error 380 for others.
+    std::int32_t BorderStyle() const { return static_cast<std::int32_t>(m_BorderStyle); }
+    void SetBorderStyle(std::int32_t style);
+    // An icon file; null is the program's own icon.
+    PictureRef Icon() const { return m_Icon; }
+    void SetIcon(const PictureRef& icon);
+    // The icon of the window, 0 without a window.
+    IconNumber WindowIcon() const;
+    // The window, 0 when there is none.
+    WindowHandle hWnd() const;
+    // The room inside the frame; without a window the whole size.
+    Twips ScaleWidth() const;
+    Twips ScaleHeight() const;
+    // Stored for the drawing that lands with the skin.
+    std::int32_t Appearance() const { return m_Appearance; }
+    void SetAppearance(std::int32_t appearance) { m_Appearance = appearance; }
+    bool AutoRedraw() const { return m_AutoRedraw; }
+    void SetAutoRedraw(bool autoRedraw) { m_AutoRedraw = autoRedraw; }
+    Color FillColor() const { return m_FillColor; }
+    void SetFillColor(Color color) { m_FillColor = color; }
+
+    // Makes the window the foreground window; False when the system refuses or there is no window.
+    bool SetForeground();
+    // Shows the visible items of a menu at the mouse, `defaultItem` in bold, and raises the chosen one's ClickEvent
+    // before it returns. Does nothing without a window, while another menu of this form is open, or without a visible
+    // item.
+    void PopupMenu(Menu& menu, std::uint32_t flags = 0, const Menu* defaultItem = nullptr);
+
+    Forms& Family() const { return m_Forms; }
+
+    // Adds a control at the end of the list. With an index it becomes that element of the control array `name`. Error
+    // 727 when the name is taken, 360 when the index is.
+    template <typename Type>
+    Type& Add(const Text& name, std::int32_t index = NoIndex, Control* container = nullptr) {
+        return static_cast<Type&>(AddControl(
+            std::make_shared<Type>(ControlPlace{this, name, index, container != nullptr ? container : this})));
+    }
+    // Takes a control, and those that it holds, out of the form. Safe inside its own event.
+    void Remove(Control& control);
+    // The controls in the order of adding.
+    const std::vector<std::shared_ptr<Control>>& Controls() const { return m_Controls; }
+    // Null when there is none.
+    Control* Find(TextView name, std::int32_t index = NoIndex) const;
+
+protected:
+    WindowPeer* Peer() const override { return m_Peer.get(); }
+    void Placed(const TwipRect& before) override;
+
+private:
+    Control& AddControl(const std::shared_ptr<Control>& control);
+    void MakePeers();
+    void DropPeers() noexcept;
+    void Finish();
+
+    void WindowPlaced(WindowStates state, const TwipRect& bounds) override;
+    void CloseAsked() override { Unload(UnloadMode::User); }
+    bool SessionEnding() override;
+    void SessionEnds() override;
+
+    Forms& m_Forms;
+    Text m_Caption;
+    WindowStates m_State = WindowStates::Normal;
+    BorderStyles m_BorderStyle = BorderStyles::Sizable;
+    PictureRef m_Icon;
+    std::int32_t m_Appearance = 1;
+    bool m_AutoRedraw = false;
+    Color m_FillColor = 0;
+    bool m_Loaded = false;
+    bool m_WasShown = false;
+    bool m_Unloading = false;
+    bool m_MenuOpen = false;
+    std::vector<std::shared_ptr<Control>> m_Controls;
+    std::unique_ptr<FormPeer> m_Peer;
+};
+
+}  // namespace tb

@@ -1,0 +1,62 @@
+#include "ui/window/win32/Win32Icon.h"
+
+#include <cstdlib>
+
+namespace tb {
+
+namespace {
+
+// An icon file: 0, 1 and the number of images, 16 bits each; then 16 bytes an image: width and height (0 for 256), ...,
+// length and place of its bytes, 32 bits each.
+constexpr size_t HeaderSize = 6;
+constexpr size_t EntrySize = 16;
+constexpr DWORD IconVersion = 0x00030000;
+constexpr int OwnIconResource = 1;
+
+std::uint32_t NumberAt(TextView bytes, size_t place, size_t width) {
+    std::uint32_t number = 0;
+    for (size_t index = width; index-- > 0;) number = number << 8 | static_cast<unsigned char>(bytes[place + index]);
+    return number;
+}
+
+// The bytes of the image whose width is nearest to `size`; empty when there is none that lies in the file.
+TextView NearestImage(TextView file, int size) {
+    TextView nearest;
+    int smallest = 0;
+    if (file.size() < HeaderSize || NumberAt(file, 0, 4) != 0x00010000U) return nearest;
+    const size_t count = NumberAt(file, 4, 2);
+    for (size_t index = 0; index < count && HeaderSize + (index + 1) * EntrySize <= file.size(); ++index) {
+        const size_t entry = HeaderSize + index * EntrySize;
+        const size_t length = NumberAt(file, entry + 8, 4);
+        const size_t place = NumberAt(file, entry + 12, 4);
+        if (length == 0 || place > file.size() || length > file.size() - place) continue;
+        const int width = file[entry] == 0 ? 256 : static_cast<unsigned char>(file[entry]);
+        const int distance = std::abs(width - size);
+        if (!nearest.empty() && distance >= smallest) continue;
+        nearest = file.substr(place, length);
+        smallest = distance;
+    }
+    return nearest;
+}
+
+HICON OwnIcon(int size) {
+    const HANDLE icon =
+        LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(OwnIconResource), IMAGE_ICON, size, size, LR_SHARED);
+    return icon != nullptr ? static_cast<HICON>(icon) : LoadIconA(nullptr, IDI_APPLICATION);
+}
+
+}  // namespace
+
+Win32Icon::Win32Icon(const PictureRef& picture, int size) {
+    if (picture) {
+        Text image(NearestImage(picture->Bytes, size));
+        if (!image.empty()) {
+            m_Owned =
+                OwnedIcon(CreateIconFromResourceEx(reinterpret_cast<PBYTE>(image.data()),
+                                                   static_cast<DWORD>(image.size()), TRUE, IconVersion, size, size, 0));
+        }
+    }
+    if (!m_Owned) m_Shared = OwnIcon(size);
+}
+
+}  // namespace tb

@@ -1,0 +1,24 @@
+// An icon of a window.
+#pragma once
+
+#include "ui/window/Value.h"
+#include "ui/window/win32/GuiHandles.h"
+
+namespace tb {
+
+class Win32Icon {
+public:
+    Win32Icon() = default;
+    // The image of the icon file that is nearest to `size` pixels; without a picture, or when that is no icon file, the
+    // program's own icon.
+    Win32Icon(const PictureRef& picture, int size);
+
+    HICON Get() const { return m_Owned ? m_Owned.Get() : m_Shared; }
+
+private:
+    OwnedIcon m_Owned;
+    // The system's to keep.
+    HICON m_Shared = nullptr;
+};
+
+}  // namespace tb

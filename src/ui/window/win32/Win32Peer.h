@@ -1,0 +1,71 @@
+// What windows of all kinds have in common.
+#pragma once
+
+#include <windows.h>
+
+#include "platform/win32/Handle.h"
+#include "ui/window/Peers.h"
+#include "ui/window/win32/Win32WindowSystem.h"
+
+namespace tb {
+
+// A colour as the system draws it; the top bit marks one of the system's own.
+inline COLORREF ToColorRef(Color color) {
+    const auto bits = static_cast<std::uint32_t>(color);
+    return (bits & 0x80000000U) != 0 ? GetSysColor(static_cast<int>(bits & 0xFFU)) : bits & 0x00FFFFFFU;
+}
+
+// A window inside a form, as its form's procedure sees it.
+class Win32Child {
+public:
+    virtual ~Win32Child() = default;
+    // A notification of the child.
+    virtual void OnCommand(WORD code) = 0;
+    // Sets the colours of its text and returns the brush of its ground, which the system owns.
+    virtual HBRUSH OnColor(HDC context) = 0;
+    // The form is shown or hidden from now on.
+    virtual void OnFormVisible(bool visible) = 0;
+};
+
+template <typename Base>
+class Win32Peer : public Base {
+public:
+    Win32Peer(const Win32Peer&) = delete;
+    Win32Peer& operator=(const Win32Peer&) = delete;
+
+    HWND Handle() const { return m_Window.Get(); }
+
+    void SetBounds(const TwipRect& bounds) override {
+        const TwipScale scale = m_System.Scale();
+        m_Pixels = {scale.ToPixels(bounds.Left), scale.ToPixels(bounds.Top), scale.ToPixels(bounds.Width),
+                    scale.ToPixels(bounds.Height)};
+        SetWindowPos(Handle(), nullptr, static_cast<int>(m_Pixels.Left), static_cast<int>(m_Pixels.Top),
+                     static_cast<int>(m_Pixels.Width), static_cast<int>(m_Pixels.Height),
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    void SetEnabled(bool enabled) override { EnableWindow(Handle(), enabled ? TRUE : FALSE); }
+    void SetText(const Text& text) override { SetWindowTextA(Handle(), text.c_str()); }
+    void SetColors(const ControlColors& colors) override {
+        m_Colors = colors;
+        InvalidateRect(Handle(), nullptr, TRUE);
+    }
+    void SetFocus() override { ::SetFocus(Handle()); }
+    void SetZOrder(bool toBack) override {
+        SetWindowPos(Handle(), toBack ? HWND_BOTTOM : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    }
+
+protected:
+    explicit Win32Peer(const Win32WindowSystem& system) : m_System(system) {}
+    // No message reaches the object while its window goes.
+    ~Win32Peer() override {
+        if (m_Window) SetWindowLongPtrA(Handle(), GWLP_USERDATA, 0);
+    }
+
+    const Win32WindowSystem& m_System;
+    OwnedWindow m_Window;
+    ControlColors m_Colors;
+    // The place last given, counted in pixels.
+    TwipRect m_Pixels;
+};
+
+}  // namespace tb

@@ -1,0 +1,49 @@
+// A notification area that remembers what it was told.
+#pragma once
+
+#include <vector>
+
+#include "platform/TrayIcon.h"
+
+namespace tb {
+
+class FakeTrayIcon : public TrayIcon {
+public:
+    struct Call {
+        NotifyIconCall What;
+        NotifyIconRecord Record;
+    };
+    std::vector<Call> Calls;
+    // What the shell answers.
+    bool Answer = true;
+    // Null while nobody listens. A test sends mouse messages through it.
+    TrayIconListener* Listener = nullptr;
+
+    void Listen(WindowHandle, TrayIconListener& listener) override { Listener = &listener; }
+    void StopListening() noexcept override { Listener = nullptr; }
+    bool Notify(NotifyIconCall call, const NotifyIconRecord& record) noexcept override {
+        Calls.push_back({call, record});
+        return Answer;
+    }
+
+    // The calls since the last time: "add 7, version 3".
+    Text Take() {
+        std::vector<Text> texts;
+        for (const Call& call : Calls) texts.push_back(Describe(call));
+        Calls.clear();
+        return Join(texts, ", ");
+    }
+
+private:
+    static Text Describe(const Call& call) {
+        switch (call.What) {
+        case NotifyIconCall::Add: return "add " + std::to_string(call.Record.Flags);
+        case NotifyIconCall::Modify: return "modify " + std::to_string(call.Record.Flags);
+        case NotifyIconCall::Delete: return "delete";
+        case NotifyIconCall::SetVersion: return "version " + std::to_string(call.Record.Version);
+        }
+        return "";
+    }
+};
+
+}  // namespace tb

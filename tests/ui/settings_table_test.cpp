@@ -1,0 +1,83 @@
+// The table of settings against its page and against the sources.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <set>
+
+#include "ui/settings/SettingsTable.h"
+
+namespace tb {
+namespace {
+
+namespace fs = std::filesystem;
+
+Text Content(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return Text((std::istreambuf_iterator<char>(file)), {});
+}
+
+// "SECTION/KEY" of every setting that a source reads or writes by literal names.
+std::set<Text> SettingsNamedIn(const Text& source) {
+    static const std::regex named(
+        R"re((?:XMLString|GetDefaultedLong|GetDefaultedString)\(\s*"([^"]*)",\s*"([^"]*)")re");
+    static const std::regex timer(R"re((?:GetTimerInterval|IsTimerEnabled)\(\s*()"([^"]*)")re");
+    std::set<Text> names;
+    for (const std::regex* pattern : {&named, &timer}) {
+        for (std::sregex_iterator match(source.begin(), source.end(), *pattern), end; match != end; ++match) {
+            const Text section = (*match)[1].matched && (*match)[1].length() > 0 ? (*match)[1].str() : "TIMERS";
+            names.insert(UpperCase(section) + "/" + UpperCase((*match)[2].str()));
+        }
+    }
+    return names;
+}
+
+std::set<Text> SettingsInTable() {
+    std::set<Text> names;
+    for (const Setting& setting : SettingsTable()) {
+        EXPECT_TRUE(names.insert(UpperCase(setting.Section) + "/" + UpperCase(setting.Key)).second) << setting.Key;
+    }
+    return names;
+}
+
+TEST(SettingsTable, ItsPageIsUpToDate) {
+    const fs::path page = fs::path(TRAWLBEAM_SOURCE) / "docs" / "settings.md";
+    if (std::getenv("TRAWLBEAM_WRITE_DOCS") != nullptr) std::ofstream(page, std::ios::binary) << SettingsMarkdown();
+    EXPECT_EQ(Content(page), SettingsMarkdown()) << "docs/settings.md is not what the table says. To write it anew: "
+                                                    "TRAWLBEAM_WRITE_DOCS=1 build/native/bin/settings_test";
+}
+
+TEST(SettingsTable, NamesEverySettingThatASourceUses) {
+    EXPECT_EQ(SettingsNamedIn("x.GetXMLString(\"Main\", \"Bait\", \"\"); GetTimerInterval(\"BAIT\", 1); "
+                              "x.WriteXMLString(\n    \"a\", \"b\", c)"),
+              (std::set<Text>{"MAIN/BAIT", "TIMERS/BAIT", "A/B"}));
+    const std::set<Text> known = SettingsInTable();
+    for (const auto& entry : fs::recursive_directory_iterator(fs::path(TRAWLBEAM_SOURCE) / "src")) {
+        if (entry.path().extension() != ".cpp" && entry.path().extension() != ".h") continue;
+        for (const Text& name : SettingsNamedIn(Content(entry.path())))
+            EXPECT_EQ(known.count(name), 1U) << name << " in " << entry.path();
+    }
+}
+
+TEST(SettingsTable, AStartFillsInSixInTheirOrder) {
+    Text filled;
+    for (const Setting& setting : SettingsTable()) {
+        if (setting.StartValue.empty()) continue;
+        filled += Text(setting.Section) + "/" + Text(setting.Key) + "=" + Text(setting.StartValue) + " ";
+    }
+    EXPECT_EQ(filled,
+              "Main/AutoTrimSubDays=Never Main/ConfirmSubmission=1 Main/AutoUpdate=1 "
+              "Desktop/Show=1 Desktop/AlwaysOnTop=1 Desktop/Size=Large ");
+}
+
+TEST(SettingsTable, TellsOfTheDebugSwitchWithoutItsKey) {
+    int hidden = 0;
+    for (const Setting& setting : SettingsTable()) hidden += setting.Key.empty() ? 1 : 0;
+    EXPECT_EQ(hidden, 1);
+}
+
+}  // namespace
+}  // namespace tb

@@ -1,0 +1,166 @@
+// Settings and globals as their callers see them.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "components/tbXML/Document.h"
+#include "fakes/Raised.h"
+#include "ui/SettingsRig.h"
+
+namespace tb {
+namespace {
+
+const Text Sample =
+    "<INI DATE='01/01/2005 00:00:00'><SECTION name='Main'><ELEMENT NAME='Sound'>1</ELEMENT>"
+    "<ELEMENT NAME='Splash'>0</ELEMENT></SECTION></INI>";
+
+TEST(Settings, ReadDisregardsCaseAndTakesMissingAndEmptyForTheDefault) {
+    SettingsRig rig;
+    xmlINI settings = rig.Loaded(
+        "<INI><Any name='MAIN'><x name='A'>1</x><ELEMENT NAME='Empty'></ELEMENT><y Name='Blank'> </y></Any>"
+        "<SECTION NAME='\xC4'><ELEMENT NAME='\xF6'>umlaut</ELEMENT></SECTION></INI>");
+    EXPECT_EQ(settings.GetXMLString("main", "a", "d"), "1");
+    EXPECT_EQ(settings.GetXMLString("MAIN", "Empty", "d"), "d");
+    EXPECT_EQ(settings.GetXMLString("Main", "Blank", "d"), " ");
+    EXPECT_EQ(settings.GetXMLString("Main", "B", "d"), "d");
+    EXPECT_EQ(settings.GetXMLString("Desktop", "A", "d"), "d");
+    EXPECT_EQ(settings.GetXMLString("\xE4", "\xD6", "d"), "umlaut");
+}
+
+TEST(Settings, AValueThatHoldsElementsReadsAsTheirText) {
+    SettingsRig rig;
+    xmlINI settings = rig.Loaded("<INI><S name='S'><V name='V'>lost<A B='1'>t</A><C/></V></S></INI>");
+    EXPECT_EQ(settings.GetXMLString("S", "V", "d"), "<A B='1'>t</A>\r\n<C></C>\r\n");
+}
+
+TEST(Settings, WritesReplaceAtTheEndOfTheirSection) {
+    SettingsRig rig;
+    xmlINI settings = rig.Loaded(Sample);
+    EXPECT_FALSE(settings.WriteXMLString("main", "sound", "0"));
+    settings.WriteXMLString("Desktop", "Size", "Large");
+    settings.WriteXMLString("Main", "Empty", "");
+    EXPECT_EQ(rig.Content(), Sample);
+    ASSERT_TRUE(settings.SaveXMLINI());
+    EXPECT_EQ(rig.Content(),
+              "<INI DATE='11/21/2026 10:11:12'>\r\n"
+              "<SECTION name='MAIN'>\r\n"
+              "<ELEMENT NAME='Splash'>0</ELEMENT>\r\n"
+              "<ELEMENT NAME='sound'>0</ELEMENT>\r\n"
+              "<ELEMENT NAME='Empty'></ELEMENT>\r\n"
+              "</SECTION>\r\n"
+              "<SECTION name='Desktop'>\r\n"
+              "<ELEMENT NAME='Size'>Large</ELEMENT>\r\n"
+              "</SECTION>\r\n"
+              "</INI>\r\n");
+    EXPECT_EQ(settings.GetXMLString("MAIN", "EMPTY", "x"), "x");
+    EXPECT_EQ(settings.GetXMLString("Main", "Sound", "x"), "0");
+    // Of the new section's name only upper case is left after the next start.
+    xmlINI next = rig.Loaded(Text(rig.Content()));
+    ASSERT_TRUE(next.SaveXMLINI());
+    EXPECT_THAT(rig.Content(), testing::HasSubstr("<SECTION name='DESKTOP'>\r\n<ELEMENT NAME='Size'>Large<"));
+    EXPECT_TRUE(rig.Messages.Take().empty());
+}
+
+TEST(Settings, DeletingNeverFails) {
+    SettingsRig rig;
+    xmlINI settings = rig.Loaded(Sample);
+    EXPECT_TRUE(settings.DeleteXMLString("", ""));
+    EXPECT_TRUE(settings.DeleteXMLString("", "Sound"));
+    EXPECT_TRUE(settings.DeleteXMLString("Main", "Absent"));
+    EXPECT_TRUE(settings.DeleteXMLString("Absent", "Sound"));
+    EXPECT_EQ(settings.GetXMLString("Main", "Sound", ""), "1");
+    EXPECT_TRUE(settings.DeleteXMLString("main", "SOUND"));
+    EXPECT_EQ(settings.GetXMLString("Main", "Sound", ""), "");
+    EXPECT_EQ(settings.GetXMLString("Main", "Splash", ""), "0");
+    EXPECT_TRUE(settings.DeleteXMLString("MAIN", ""));
+    ASSERT_TRUE(settings.SaveXMLINI());
+    EXPECT_EQ(rig.Content(), "<INI DATE='11/21/2026 10:11:12'>\r\n<SECTION name='MAIN'>\r\n</SECTION>\r\n</INI>\r\n");
+    settings.WriteXMLString("Main", "Sound", "2");
+    EXPECT_EQ(settings.GetXMLString("Main", "Sound", ""), "2");
+}
+
+TEST(Settings, WhateverIsWrittenComesBack) {
+    Text all;
+    for (int code = 255; code >= 0; --code) all += static_cast<char>(code);
+    SettingsRig rig;
+    xmlINI settings = rig.Loaded("<INI/>");
+    settings.WriteXMLString("it's <A> & \"B\"", all, all);
+    settings.WriteXMLString("Main", "Markup", "<A>&lt;</A>");
+    ASSERT_TRUE(settings.SaveXMLINI());
+    xmlINI next = rig.Loaded(Text(rig.Content()));
+    EXPECT_EQ(next.GetXMLString("IT'S <a> & \"b\"", all, "d"), all);
+    EXPECT_EQ(next.GetXMLString("Main", "Markup", "d"), "<A>&lt;</A>");
+    EXPECT_TRUE(rig.Messages.Take().empty());
+}
+
+TEST(Settings, TheRevisionChangesWithEveryWrite) {
+    SettingsRig rig;
+    xmlINI settings = rig.Loaded(Sample);
+    std::uint64_t seen = settings.Revision();
+    const auto changed = [&] { return std::exchange(seen, settings.Revision()) != settings.Revision(); };
+    settings.GetXMLString("Main", "Sound", "");
+    settings.SaveXMLINI();
+    EXPECT_FALSE(changed());
+    settings.WriteXMLString("Main", "Sound", "1");
+    EXPECT_TRUE(changed());
+    settings.DeleteXMLString("Main", "Sound");
+    EXPECT_TRUE(changed());
+    settings.LoadINI(SettingsRig::File);
+    EXPECT_TRUE(changed());
+}
+
+TEST(Globals, TheSetFormsAreStrictAndReplacingIsNot) {
+    SettingsRig rig;
+    xmlINI settings = rig.Make();
+    Document document;
+    document.LoadXML("<SERVERS><S NAME='EvilDBSvr'/><S NAME='SUBDBSVR'/></SERVERS>");
+    settings.SetGlobals("SERVERS", document.Root());
+    settings.SetGlobals("DefaultVersion", "1.2");
+    EXPECT_EQ(Raised([&] { settings.SetGlobals("servers", "x"); }), 457);
+    EXPECT_EQ(Raised([&] { settings.SetGlobals("DEFAULTVERSION", document.Root()); }), 457);
+    EXPECT_EQ(Raised([&] { settings.SetGlobals("null", ElementPtr()); }), 91);
+    EXPECT_EQ(std::get<Text>(settings.Globals("DEFAULTVERSION")), "1.2");
+    EXPECT_EQ(settings.GlobalsFindString("defaultversion"), "1.2");
+    EXPECT_EQ(settings.GlobalsFindXMLSection("Servers"), document.Root());
+    EXPECT_EQ(settings.GlobalsFindXMLElement("SERVERS", "name", "EVILDBSVR"), *document.begin());
+    EXPECT_EQ(settings.GlobalsFindXMLElement("SERVERS", "NAME", "absent"), nullptr);
+    settings.ReplaceGlobals("DefaultVersion", "1.3");
+    settings.ReplaceGlobals("SERVERS", *document.begin());
+    EXPECT_EQ(Raised([&] { settings.ReplaceGlobals("SERVERS", ElementPtr()); }), 91);
+    EXPECT_EQ(settings.GlobalsFindString("DEFAULTVERSION"), "1.3");
+    EXPECT_EQ(settings.GlobalsFindXMLSection("SERVERS"), *document.begin());
+    EXPECT_EQ(xmlINI::GlobalsFind("SERVERS", "NAME", "EVILDBSVR"), nullptr);
+}
+
+TEST(Globals, AMissingOneIsAnErrorExceptToThoseWhoAskNicely) {
+    SettingsRig rig;
+    xmlINI settings = rig.Make();
+    settings.SetGlobals("text", "t");
+    settings.SetGlobals("element", std::make_shared<Element>("E"));
+    EXPECT_EQ(Raised([&] { settings.Globals("none"); }), 5);
+    EXPECT_EQ(Raised([&] { settings.GlobalsFindString("none"); }), 5);
+    EXPECT_EQ(Raised([&] { settings.GlobalsFindXMLSection("none"); }), 5);
+    EXPECT_EQ(Raised([&] { settings.GlobalsFindXMLElement("none", "NAME", "x"); }), 5);
+    EXPECT_EQ(Raised([&] { settings.GlobalsFindString("element"); }), 13);
+    EXPECT_EQ(Raised([&] { settings.GlobalsFindXMLElement("text", "NAME", "x"); }), 13);
+    EXPECT_FALSE(settings.HasGlobals("none"));
+    EXPECT_TRUE(settings.HasGlobals("TEXT"));
+    EXPECT_EQ(settings.TryGlobalsSection("none"), nullptr);
+    EXPECT_EQ(settings.TryGlobalsSection("text"), nullptr);
+    EXPECT_NE(settings.TryGlobalsSection("Element"), nullptr);
+    EXPECT_EQ(settings.TryGlobalsElement("none", "NAME", "x"), nullptr);
+    EXPECT_EQ(settings.TryGlobalsElement("element", "NAME", "x"), nullptr);
+}
+
+// They come from data files, and a load of the settings is none of their business.
+TEST(Globals, AreNeitherSavedNorDroppedWithTheSettings) {
+    SettingsRig rig;
+    xmlINI settings = rig.Make();
+    settings.SetGlobals("EVILWORDS", "bank");
+    ASSERT_TRUE(settings.LoadINI(SettingsRig::File));
+    ASSERT_TRUE(settings.SaveXMLINI());
+    EXPECT_EQ(settings.GlobalsFindString("EVILWORDS"), "bank");
+    EXPECT_THAT(rig.Content(), testing::Not(testing::HasSubstr("bank")));
+}
+
+}  // namespace
+}  // namespace tb

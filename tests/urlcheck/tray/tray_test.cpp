@@ -1,0 +1,221 @@
+#include <gtest/gtest.h>
+
+#include "fakes/FakeTrayIcon.h"
+#include "fakes/FakeWindowSystem.h"
+#include "urlcheck/tray/frmSysTray.h"
+
+namespace tb {
+namespace {
+
+class SentTexts : public WindowText {
+public:
+    std::vector<Text> Sent;
+    // Runs while a text is being sent.
+    std::function<void()> Meanwhile;
+
+    WindowHandle FindTopLevel(const Text&, const Text&) override { return 0; }
+    WindowHandle FindChild(WindowHandle, const Text&) override { return 0; }
+    void SendText(WindowHandle window, const Text& text) override {
+        Sent.push_back(std::to_string(window) + ": " + text);
+        if (const auto once = std::exchange(Meanwhile, {})) once();
+    }
+};
+
+constexpr WindowsVersion Windows7{2, 6, 1};
+constexpr WindowsVersion NT4{2, 4, 0};
+constexpr WindowsVersion Windows98{1, 4, 10};
+constexpr WindowsVersion WindowsMe{1, 4, 90};
+
+class TrayTest : public ::testing::Test {
+protected:
+    std::unique_ptr<frmSysTray> Make(const WindowsVersion& version) {
+        auto tray = std::make_unique<frmSysTray>(
+            m_Forms, frmSysTray::Environment{m_Icon, m_Windows, version,
+                                             [this](const Text& line) { return m_Channel.Handle(line); },
+                                             [this](const Text& line) { m_Broken.push_back(line); }});
+        tray->SysTrayMouseDown.Connect([this](std::int32_t button) { Note("down " + std::to_string(button)); });
+        tray->SysTrayMouseUp.Connect([this](std::int32_t button) { Note("up " + std::to_string(button)); });
+        tray->SysTrayMouseMove.Connect([this] { Note("move"); });
+        tray->SysTrayDoubleClick.Connect([this](std::int32_t button) { Note("double " + std::to_string(button)); });
+        tray->MenuClick.Connect(
+            [this](std::int32_t index, const Text& key) { Note(std::to_string(index) + " " + key); });
+        tray->BalloonShow.Connect([this] { Note("balloon"); });
+        tray->BalloonHide.Connect([this] { Note("hidden"); });
+        tray->BalloonTimeout.Connect([this] { Note("timeout"); });
+        tray->BalloonClicked.Connect([this] { Note("clicked"); });
+        return tray;
+    }
+    void Note(const Text& event) { m_Events.push_back(event); }
+    Text Events() {
+        const Text joined = Join(m_Events, ", ");
+        m_Events.clear();
+        return joined;
+    }
+    // Another process sets a text into the box.
+    void Set(const Text& line) { m_System.Boxes.at("form1.box1")->TextChanged(line); }
+
+    FakeWindowSystem m_System;
+    Forms m_Forms{&m_System};
+    FakeTrayIcon m_Icon;
+    SentTexts m_Windows;
+    std::vector<Text> m_Events;
+    std::vector<Text> m_Broken;
+    int m_Judged = 0;
+    BrowserChannel m_Channel{[this](const std::vector<Text>& args, Text& reply) {
+        ++m_Judged;
+        reply = Join(args, "|");
+    }};
+    std::unique_ptr<frmSysTray> m_Tray = Make(Windows7);
+};
+
+TEST_F(TrayTest, TheIconComesAndGoesWithTheWindowWhateverTheShellAnswers) {
+    m_Icon.Answer = false;
+    m_Tray->SetTooltip("early");
+    EXPECT_EQ(m_Icon.Take(), "") << "there is no icon yet";
+    m_Tray->Load();
+    EXPECT_EQ(m_Icon.Calls.at(0).Record.Window, 4711);
+    EXPECT_EQ(m_Icon.Calls.at(0).Record.Icon, 77) << "the window's own";
+    EXPECT_EQ(m_Icon.Calls.at(0).Record.Tip, "early");
+    EXPECT_EQ(m_Icon.Take(), "add 7, version 3");
+    EXPECT_EQ(m_Tray->Caption(), "Trawlbeam Tray");
+    EXPECT_FALSE(m_Tray->Visible());
+    EXPECT_FALSE(m_Tray->txtBHOMessage.Visible());
+    m_System.FormsByName.at("form1")->CloseAsked();
+    EXPECT_TRUE(m_Tray->IsLoaded()) << "the channel stays";
+    m_Icon.Listener->TaskbarCreated();
+    EXPECT_EQ(m_Icon.Take(), "add 7, version 3");
+    m_Tray->SetIconHandle(77);
+    m_Tray->SetIconHandle(78);
+    EXPECT_EQ(m_Icon.Take(), "modify 2");
+    m_Tray->Unload();
+    EXPECT_EQ(m_Icon.Take(), "delete");
+    EXPECT_EQ(m_Icon.Listener, nullptr);
+    m_Tray.reset();
+    EXPECT_EQ(m_Icon.Take(), "") << "taken away once";
+}
+
+TEST_F(TrayTest, MouseMessagesBecomeEventsByTheTable) {
+    m_Tray->Load();
+    for (const std::uint32_t message : {512U, 513U, 514U, 515U, 516U, 517U, 518U, 519U, 123U, 1024U}) {
+        m_Icon.Listener->TrayMessage(message);
+    }
+    EXPECT_EQ(Events(), "move, down 1, double 1, down 2, up 2, double 2");
+    for (const std::uint32_t message : {1025U, 1026U, 1027U, 1028U, 1029U, 1030U})
+        m_Icon.Listener->TrayMessage(message);
+    EXPECT_EQ(Events(), "balloon, hidden, timeout, clicked");
+}
+
+TEST_F(TrayTest, TheVersionDecidesTheRecordAndTheBalloons) {
+    const auto describe = [this](const WindowsVersion& version) {
+        const auto tray = Make(version);
+        tray->Load();
+        tray->SetTooltip(Text(200, 't'));
+        tray->SetTooltip(Text(200, 't'));
+        const size_t tip = tray->Tooltip().size();
+        tray->ShowBalloonTip(Text(300, 'i'), Text(100, 'h'), 1, 5000);
+        return Text(tray->IsWide() ? "wide" : "ansi") + " " + std::to_string(tip) + ": " + m_Icon.Take();
+    };
+    EXPECT_EQ(describe(Windows7), "wide 127: add 7, version 3, modify 4, modify 4, modify 16");
+    m_Icon.Take();
+    EXPECT_EQ(describe(NT4), "wide 63: add 7, modify 4, modify 4");
+    m_Icon.Take();
+    EXPECT_EQ(describe(Windows98), "ansi 63: add 7, modify 4") << "an unchanged tip is not told again";
+    m_Icon.Take();
+    EXPECT_EQ(describe(WindowsMe), "ansi 127: add 7, version 3, modify 4, modify 16");
+}
+
+TEST_F(TrayTest, ABalloonIsCutAtItsRoom) {
+    m_Tray->Load();
+    m_Tray->ShowBalloonTip(Text(300, 'i'), Text(100, 'h'), 2, 5000);
+    const NotifyIconRecord& record = m_Icon.Calls.back().Record;
+    EXPECT_EQ(record.Info.size(), 255U);
+    EXPECT_EQ(record.InfoTitle.size(), 63U);
+    EXPECT_EQ(record.InfoFlags, 2U);
+    EXPECT_EQ(record.Timeout, 5000U);
+    m_Tray->SetTooltip(Text("tip\0more", 8));
+    EXPECT_EQ(m_Tray->Tooltip(), "tip");
+}
+
+TEST_F(TrayTest, TheMenuIsBuiltChangedAndChosenFrom) {
+    m_Tray->Load();
+    EXPECT_EQ(m_Tray->AddMenuItem("Anti-Scam", "dblclick", true), 0);
+    EXPECT_EQ(m_Tray->AddMenuItem("-", ""), 1);
+    EXPECT_EQ(m_Tray->AddMenuItem("&Main", "menu1"), 2);
+    EXPECT_EQ(m_Tray->AddMenuItem("&Exit", "exit"), 3);
+    EXPECT_EQ(m_Tray->ChangeMenuItem("&Leave", "exit"), 3);
+    EXPECT_EQ(m_Tray->ChangeMenuItem("x", "EXIT"), -1) << "keys are compared exactly";
+    EXPECT_EQ(m_Tray->DefaultMenuIndex(), 0);
+    m_Tray->EnableMenuItem(2, false);
+    m_Tray->EnableMenuItem(9, false);
+    m_System.MenuAnswer = 4;
+    m_System.Take();
+    EXPECT_TRUE(m_Tray->ShowMenu());
+    EXPECT_EQ(m_System.Take(), "form1.foreground, form1.menu 2");
+    EXPECT_EQ(Events(), "3 exit");
+    ASSERT_EQ(m_System.MenuRows.size(), 4U);
+    EXPECT_TRUE(m_System.MenuRows[0].IsDefault);
+    EXPECT_TRUE(m_System.MenuRows[1].IsSeparator);
+    EXPECT_FALSE(m_System.MenuRows[2].IsEnabled);
+    EXPECT_EQ(m_System.MenuRows[3].Caption, "&Leave");
+
+    m_Tray->RemoveMenuItem(0);
+    m_Tray->RemoveMenuItem(0);
+    m_Tray->RemoveMenuItem(2);
+    m_Tray->RemoveMenuItem(-1);
+    EXPECT_EQ(m_Tray->DefaultMenuIndex(), -1);
+    m_System.MenuAnswer = 0;
+    m_Tray->ShowMenu();
+    ASSERT_EQ(m_System.MenuRows.size(), 2U);
+    EXPECT_FALSE(m_System.MenuRows[0].IsDefault);
+    EXPECT_EQ(m_Tray->AddMenuItem("again", "a"), 0) << "the item that was there at load";
+    EXPECT_EQ(m_Tray->AddMenuItem("next", "b"), 4);
+}
+
+TEST_F(TrayTest, AnItemMayGoWhileItsClickIsHandled) {
+    m_Tray->Load();
+    m_Tray->AddMenuItem("one", "1");
+    m_Tray->AddMenuItem("two", "2");
+    m_Tray->MenuClick.Connect([this](std::int32_t index, const Text& key) {
+        m_Tray->RemoveMenuItem(index);
+        Note("still " + key);
+    });
+    m_System.MenuAnswer = 2;
+    m_Tray->ShowMenu();
+    EXPECT_EQ(Events(), "1 2, still 2");
+    EXPECT_EQ(m_Tray->MenuItem(1), nullptr);
+}
+
+TEST_F(TrayTest, ATextInTheBoxIsAnsweredAndTheBoxCleared) {
+    m_Tray->Load();
+    Set("17\tCheck\thttp://x/\t");
+    EXPECT_EQ(m_Windows.Sent, (std::vector<Text>{"17: 17|Check|http://x/|"}));
+    EXPECT_EQ(m_Tray->txtBHOMessage.GetText(), "");
+    Set("TBWAKEUP");
+    EXPECT_EQ(Events(), "double 1");
+    EXPECT_EQ(m_Tray->txtBHOMessage.GetText(), "");
+    Set("no window\tCheck");
+    ASSERT_EQ(m_Broken.size(), 1U);
+    EXPECT_EQ(m_Broken[0].rfind("Browser channel: ", 0), 0U);
+    EXPECT_EQ(m_Tray->txtBHOMessage.GetText(), "");
+    EXPECT_EQ(m_Judged, 1);
+    EXPECT_EQ(m_Windows.Sent.size(), 1U);
+}
+
+TEST_F(TrayTest, ARequestInsideAReplyIsAnsweredFromStartToEnd) {
+    m_Tray->Load();
+    // The very same line, so the box holds it twice in a row.
+    m_Windows.Meanwhile = [this] { Set("17\tCheck"); };
+    Set("17\tCheck");
+    EXPECT_EQ(m_Windows.Sent, (std::vector<Text>{"17: 17|Check", "17: 17|Check"}));
+    EXPECT_EQ(m_Tray->txtBHOMessage.GetText(), "");
+}
+
+TEST_F(TrayTest, TheBoxIsClearedEvenWhenAHandlerFails) {
+    m_Tray->SysTrayDoubleClick.Connect([](std::int32_t) { throw Error(ErrorNumber::Internal); });
+    m_Tray->Load();
+    EXPECT_THROW(Set("TBWAKEUP"), RuntimeError);
+    EXPECT_EQ(m_Tray->txtBHOMessage.GetText(), "");
+}
+
+}  // namespace
+}  // namespace tb

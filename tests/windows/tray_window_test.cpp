@@ -1,0 +1,209 @@
+// The tray's window, icon and menu on the real desktop.
+#include <gtest/gtest.h>
+
+#include "components/tbBHBridge/ChannelNames.h"
+#include "platform/win32/ReplyWindow.h"
+#include "platform/win32/Win32Sound.h"
+#include "platform/win32/Win32TrayIcon.h"
+#include "platform/win32/Win32WindowText.h"
+#include "ui/window/Timer.h"
+#include "ui/window/win32/Win32WindowSystem.h"
+#include "urlcheck/sounds/Sounds.h"
+#include "urlcheck/tray/frmSysTray.h"
+
+namespace tb {
+namespace {
+
+constexpr UINT GetMenuOfWindow = 0x1E1;  // MN_GETHMENU
+constexpr int Openings = 200;
+constexpr int PollMs = 10;
+constexpr int MostPolls = 500;
+
+void Serve() {
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
+}
+
+// The real icon; what is told to the shell is counted.
+class CountedTrayIcon : public Win32TrayIcon {
+public:
+    using Win32TrayIcon::Win32TrayIcon;
+    bool Notify(NotifyIconCall call, const NotifyIconRecord& record) noexcept override {
+        const bool done = Win32TrayIcon::Notify(call, record);
+        if (call == NotifyIconCall::Add) ++Added;
+        if (call == NotifyIconCall::Delete) DeleteResult = done;
+        LastResult = done;
+        return done;
+    }
+    int Added = 0;
+    bool LastResult = false;
+    bool DeleteResult = false;
+};
+
+class TrayWindowTest : public ::testing::Test {
+protected:
+    TrayWindowTest() {
+        m_Tray.MenuClick.Connect([this](std::int32_t, const Text& key) { m_Events += "click " + key + " "; });
+        m_Tray.SysTrayMouseDown.Connect([this](std::int32_t button) {
+            m_Events += "down" + std::to_string(button) + " ";
+            if (button == 2) m_Tray.ShowMenu();
+        });
+        m_Tray.SysTrayDoubleClick.Connect(
+            [this](std::int32_t button) { m_Events += "double" + std::to_string(button) + " "; });
+        m_Tray.SysTrayMouseMove.Connect([this] { m_Events += "move "; });
+        m_Poll.SetInterval(PollMs);
+        m_Poll.TimerEvent.Connect([this] { Poll(); });
+        // Tests of several processes may run at once.
+        m_Tray.SetCaption("Trawlbeam tray test " + std::to_string(GetCurrentProcessId()));
+        m_Tray.Load();
+        m_Tray.AddMenuItem("Trawlbeam Anti-Scam System", "dblclick", true);
+        m_Tray.AddMenuItem("-", "");
+        m_Tray.AddMenuItem("&Main", "menu1");
+        m_Tray.EnableMenuItem(m_Tray.AddMenuItem("&About...", "about"), false);
+        m_Tray.AddMenuItem("&Exit", "exit");
+    }
+    ~TrayWindowTest() override {
+        m_Tray.Unload();
+        EXPECT_EQ(OwnedWindow::Live(), 0);
+    }
+
+    HWND Window() { return ToHwnd(m_Tray.hWnd()); }
+
+    // The menu of this process that is open.
+    static HWND OpenMenu() {
+        for (HWND menu = nullptr; (menu = FindWindowExA(nullptr, menu, "#32768", nullptr)) != nullptr;) {
+            DWORD process = 0;
+            GetWindowThreadProcessId(menu, &process);
+            if (process == GetCurrentProcessId() && IsWindowVisible(menu)) return menu;
+        }
+        return nullptr;
+    }
+    // Runs inside the menu's loop: reads the menu once it is open and presses the keys.
+    void Poll() {
+        const HWND open = OpenMenu();
+        if (open == nullptr) {
+            if (++m_Polls > MostPolls) SendMessageA(Window(), WM_CANCELMODE, 0, 0);
+            return;
+        }
+        m_Poll.SetEnabled(false);
+        const HMENU menu = reinterpret_cast<HMENU>(SendMessageA(open, GetMenuOfWindow, 0, 0));
+        m_Rows.clear();
+        for (int row = 0; row < GetMenuItemCount(menu); ++row) m_Rows.push_back(Describe(menu, static_cast<UINT>(row)));
+        for (const WPARAM key : m_Keys) PostMessageA(Window(), WM_KEYDOWN, key, 0);
+    }
+    static Text Describe(HMENU menu, UINT row) {
+        char caption[64] = "";
+        MENUITEMINFOA item{};
+        item.cbSize = sizeof item;
+        item.fMask = MIIM_FTYPE | MIIM_STATE | MIIM_STRING;
+        item.dwTypeData = caption;
+        item.cch = sizeof caption;
+        GetMenuItemInfoA(menu, row, TRUE, &item);
+        if ((item.fType & MFT_SEPARATOR) != 0) return "-";
+        return Text(caption) + ((item.fState & MFS_DEFAULT) != 0 ? " bold" : "") +
+               ((item.fState & MFS_DISABLED) != 0 ? " grey" : "");
+    }
+    // Opens the menu as the shell does and returns when it is closed.
+    void OpenWith(std::vector<WPARAM> keys) {
+        m_Keys = std::move(keys);
+        m_Polls = 0;
+        m_Poll.SetEnabled(true);
+        SendMessageA(Window(), TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
+        m_Poll.SetEnabled(false);
+        Serve();
+    }
+
+    Text m_Events;
+    std::vector<Text> m_Rows;
+    std::vector<WPARAM> m_Keys;
+    int m_Polls = 0;
+    std::vector<Text> m_Failures;
+    const std::function<void(const RuntimeError&)> m_Failed = [this](const RuntimeError& error) {
+        m_Failures.push_back(error.Line());
+    };
+    CountedTrayIcon m_Icon{m_Failed};
+    Win32WindowText m_Windows;
+    BrowserChannel m_Channel{[](const std::vector<Text>& args, Text& reply) { reply = "judged " + args.back(); }};
+    Win32WindowSystem m_System{{NormalClasses.Window, NormalClasses.TextBox}, m_Failed};
+    Forms m_Forms{&m_System};
+    frmSysTray m_Tray{
+        m_Forms,
+        {m_Icon, m_Windows, WindowsVersion{2, 6, 1}, [this](const Text& line) { return m_Channel.Handle(line); },
+         [this](const Text& line) { m_Failures.push_back(line); }}};
+    Timer& m_Poll = m_Tray.Add<Timer>("tmPoll");
+};
+
+TEST_F(TrayWindowTest, TheIconIsShownChangedAndTakenAway) {
+    EXPECT_EQ(m_Icon.Added, 1);
+    EXPECT_TRUE(m_Icon.LastResult);
+    m_Tray.SetTooltip("Trawlbeam \xe9");
+    EXPECT_TRUE(m_Icon.LastResult);
+    m_Tray.ShowBalloonTip("text", "title", 1, 1000);
+    EXPECT_TRUE(m_Icon.LastResult);
+    PostMessageA(Window(), RegisterWindowMessageA("TaskbarCreated"), 0, 0);
+    Serve();
+    EXPECT_EQ(m_Icon.Added, 2);
+    m_Tray.Unload();
+    EXPECT_TRUE(m_Icon.DeleteResult);
+}
+
+TEST_F(TrayWindowTest, OnlyMessagesOfTheIconAreEvents) {
+    for (const LPARAM message : {WM_MOUSEMOVE, WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_RBUTTONDBLCLK}) {
+        PostMessageA(Window(), WM_MOUSEMOVE, TrayIconId, message);
+    }
+    PostMessageA(Window(), WM_MOUSEMOVE, TrayIconId + 1, WM_LBUTTONUP);
+    Serve();
+    EXPECT_EQ(m_Events, "move down1 double1 double2 ");
+}
+
+TEST_F(TrayWindowTest, TheMenuShowsItsItemsInOrder) {
+    OpenWith({VK_ESCAPE});
+    EXPECT_EQ(m_Rows, (std::vector<Text>{"Trawlbeam Anti-Scam System bold", "-", "&Main", "&About... grey", "&Exit"}));
+    EXPECT_EQ(m_Events, "down2 ");
+    EXPECT_EQ(OpenMenu(), nullptr);
+    OpenWith({VK_DOWN, VK_DOWN, VK_RETURN});
+    EXPECT_EQ(m_Events, "down2 down2 click menu1 ");
+    EXPECT_TRUE(m_Failures.empty());
+}
+
+TEST_F(TrayWindowTest, OpeningTheMenuLeavesNothingBehind) {
+    OpenWith({VK_ESCAPE});
+    const std::int32_t before = HandleCount::Live();
+    for (int opening = 0; opening < Openings; ++opening) {
+        m_Rows.clear();
+        OpenWith({VK_ESCAPE});
+        ASSERT_EQ(m_Rows.size(), 5U) << "opening " << opening;
+    }
+    EXPECT_EQ(HandleCount::Live(), before);
+    EXPECT_EQ(OwnedMenu::Live(), 0);
+    std::printf("%d openings: %d live handles before, %d after\n", Openings, before, HandleCount::Live());
+}
+
+TEST_F(TrayWindowTest, RequestsAreAnsweredThroughTheBox) {
+    const WindowHandle top = m_Windows.FindTopLevel(NormalClasses.Window, m_Tray.Caption());
+    ASSERT_EQ(top, m_Tray.hWnd());
+    const WindowHandle box = m_Windows.FindChild(top, NormalClasses.TextBox);
+    ASSERT_NE(box, 0);
+    ReplyWindow reply;
+    m_Windows.SendText(box, std::to_string(reply.Window()) + "\tCheck\thttp://x/");
+    EXPECT_EQ(reply.Take(), "judged http://x/");
+    EXPECT_EQ(GetWindowTextLengthA(ToHwnd(box)), 0);
+    m_Windows.SendText(box, "TBWAKEUP");
+    EXPECT_EQ(m_Events, "double1 ");
+    SendMessageA(Window(), WM_CLOSE, 0, 0);
+    EXPECT_TRUE(IsWindow(Window()));
+    EXPECT_TRUE(m_Failures.empty());
+}
+
+TEST(Win32Sound, PlaysWithoutBlockingAndKeepsTheBytes) {
+    Text wave("RIFF\x2c\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x40\x1f\0\0\x40\x1f\0\0\1\0\x8\0data\x8\0\0\0", 44);
+    wave += Text(8, '\x80');
+    Win32Sound device;
+    Sounds sounds(device, "", wave);
+    const DWORD start = GetTickCount();
+    for (int count = 0; count < 20; ++count) sounds.PlayAlertSound(true);
+    EXPECT_LT(GetTickCount() - start, 5000U);
+}
+
+}  // namespace
+}  // namespace tb

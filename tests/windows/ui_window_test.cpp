@@ -1,0 +1,294 @@
+// Forms, text boxes and timers as real windows.
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "components/tbBHBridge/ChannelNames.h"
+#include "platform/win32/Win32WindowText.h"
+#include "ui/window/Form.h"
+#include "ui/window/TextBox.h"
+#include "ui/window/Timer.h"
+#include "ui/window/win32/Win32WindowSystem.h"
+
+namespace tb {
+namespace {
+
+constexpr DWORD DeadlineMs = 10000;
+
+class UiWindowTest : public ::testing::Test {
+protected:
+    void TearDown() override {
+        m_Form.Unload();
+        EXPECT_EQ(OwnedWindow::Live(), 0);
+    }
+
+    HWND Window() { return ToHwnd(m_Form.hWnd()); }
+    HWND Child() { return GetWindow(Window(), GW_CHILD); }
+
+    static void Serve() {
+        MSG message;
+        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&message);
+            DispatchMessageA(&message);
+        }
+    }
+    // Serves messages until `done`; false when that takes too long.
+    template <typename Condition>
+    static bool ServeUntil(Condition done) {
+        const DWORD start = GetTickCount();
+        while (!done()) {
+            if (GetTickCount() - start > DeadlineMs) return false;
+            MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
+            Serve();
+        }
+        return true;
+    }
+    // Sets a text from another thread, as another process would, and serves this thread's windows meanwhile.
+    static void SendFromOutside(HWND window, const Text& text) {
+        Win32WindowText windows;
+        std::thread sender([&] { windows.SendText(ToWindowHandle(window), text); });
+        const HANDLE thread = reinterpret_cast<HANDLE>(pthread_gethandle(sender.native_handle()));
+        while (MsgWaitForMultipleObjects(1, &thread, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) Serve();
+        sender.join();
+    }
+    static Text TextOf(HWND window) {
+        Text text(static_cast<size_t>(GetWindowTextLengthA(window)), '\0');
+        const int length = GetWindowTextA(window, text.data(), static_cast<int>(text.size()) + 1);
+        text.resize(static_cast<size_t>(length));
+        return text;
+    }
+    static Text ClassOf(HWND window) {
+        char name[64] = "";
+        GetClassNameA(window, name, sizeof name);
+        return name;
+    }
+
+    std::vector<std::int32_t> m_Failures;
+    Win32WindowSystem m_System{{NormalClasses.Window, NormalClasses.TextBox},
+                               [this](const RuntimeError& error) { m_Failures.push_back(error.Number); }};
+    Forms m_Forms{&m_System};
+    Form m_Form{m_Forms, "frmReal"};
+    TextBox& m_Box = m_Form.Add<TextBox>("txt");
+    Timer& m_Timer = m_Form.Add<Timer>("tm");
+};
+
+TEST_F(UiWindowTest, AHiddenBoxTakesEveryTextOfOthers) {
+    m_Form.SetCaption("Title");
+    m_Box.SetVisible(false);
+    m_Form.Load();
+    EXPECT_EQ(ClassOf(Window()), "ThunderRT6FormDC");
+    EXPECT_EQ(ClassOf(Child()), "ThunderRT6TextBox");
+    EXPECT_EQ(TextOf(Window()), "Title");
+    EXPECT_FALSE(IsWindowVisible(Window()));
+    EXPECT_FALSE(IsWindowUnicode(Window()));
+    EXPECT_FALSE(IsWindowUnicode(Child()));
+
+    std::vector<Text> seen;
+    m_Box.ChangeEvent.Connect([&] {
+        if (m_Box.GetText().empty()) return;
+        seen.push_back(m_Box.GetText());
+        m_Box.SetText("");
+    });
+    Text bytes;
+    for (int byte = 1; byte < 256; ++byte) bytes += static_cast<char>(byte);
+    const std::vector<Text> texts = {"one", bytes, "two\r\nlines", "same", "same", Text(65536, '%'), Text(200000, 'x')};
+    for (const Text& text : texts) {
+        SendFromOutside(Child(), text);
+        EXPECT_EQ(TextOf(Child()), "");
+    }
+    EXPECT_EQ(seen, texts);
+    SendFromOutside(Child(), "");
+    EXPECT_EQ(seen.size(), texts.size());
+}
+
+TEST_F(UiWindowTest, AShownBoxIsWrittenByProgramAndUser) {
+    m_Box.SetMultiLine(true);
+    m_Box.SetText("first\r\n");
+    m_Form.Show();
+    m_Box.Move(0, 0, m_Form.ScaleWidth(), m_Form.ScaleHeight());
+    RECT client{}, box{};
+    GetClientRect(Window(), &client);
+    GetWindowRect(Child(), &box);
+    EXPECT_EQ(box.right - box.left, client.right);
+    EXPECT_EQ(box.bottom - box.top, client.bottom);
+
+    int changes = 0;
+    m_Box.ChangeEvent.Connect([&] { ++changes; });
+    m_Box.SetText(m_Box.GetText() + "second");
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(SendMessageA(Child(), EM_GETLINECOUNT, 0, 0), 2) << "the edit control has it";
+    m_Box.SetSelStart(static_cast<std::int32_t>(m_Box.GetText().size()));
+    SendMessageA(Child(), WM_CHAR, '!', 0);
+    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(m_Box.GetText(), "first\r\nsecond!");
+    EXPECT_EQ(m_Box.SelStart(), 14);
+    m_Box.SetLocked(true);
+    SendMessageA(Child(), WM_CHAR, '?', 0);
+    EXPECT_EQ(changes, 2);
+    m_Form.Hide();
+    EXPECT_EQ(TextOf(Child()), "first\r\nsecond!") << "hidden, the peer answers";
+    EXPECT_EQ(m_Box.SelStart(), 14);
+    m_Form.Show();
+    EXPECT_EQ(SendMessageA(Child(), EM_GETLINECOUNT, 0, 0), 2);
+    EXPECT_EQ(changes, 2);
+}
+
+TEST_F(UiWindowTest, AShownBoxOfOneLineTellsOfEachTextOnce) {
+    std::vector<Text> seen;
+    m_Box.ChangeEvent.Connect([&] { seen.push_back(m_Box.GetText()); });
+    m_Form.Show();
+    m_Box.SetText("program");
+    SendFromOutside(Child(), "another");
+    SendMessageA(Child(), WM_CHAR, '!', 0);
+    EXPECT_EQ(seen, (std::vector<Text>{"program", "another", "!another"}));
+}
+
+TEST_F(UiWindowTest, PlaceStateAndBorderGoBothWays) {
+    m_Form.Move(1500, 1500, 6007, 4500);
+    int resized = 0;
+    m_Form.ResizeEvent.Connect([&] { ++resized; });
+    m_Form.Show();
+    Serve();
+    EXPECT_EQ(resized, 1);
+    EXPECT_EQ(m_Form.Width(), 6007) << "not rounded to whole pixels";
+    const Twips framed = m_Form.ScaleWidth();
+    m_Form.SetBorderStyle(0);
+    EXPECT_GT(m_Form.ScaleWidth(), framed);
+    EXPECT_EQ(m_Form.Width(), 6007);
+    m_Form.SetBorderStyle(2);
+
+    SetWindowPos(Window(), nullptr, 200, 120, 320, 240, SWP_NOZORDER);
+    EXPECT_TRUE(ServeUntil([&] { return m_Form.Width() == 4800; }));
+    EXPECT_EQ(m_Form.Height(), 3600);
+    EXPECT_EQ(resized, 2);
+
+    // As the diagnostics window does it: minimised, it hides and is ready to come back.
+    m_Form.ResizeEvent.Connect([&] {
+        if (m_Form.WindowState() != 1) return;
+        m_Form.Hide();
+        m_Form.SetWindowState(0);
+    });
+    ShowWindow(Window(), SW_MINIMIZE);
+    EXPECT_TRUE(ServeUntil([&] { return !m_Form.Visible(); }));
+    EXPECT_FALSE(IsWindowVisible(Window()));
+    m_Form.Show();
+    Serve();
+    EXPECT_TRUE(IsWindowVisible(Window()));
+    EXPECT_FALSE(IsIconic(Window()));
+    EXPECT_EQ(m_Form.WindowState(), 0);
+}
+
+TEST_F(UiWindowTest, ClosingAndTheEndOfTheSessionAskTheForm) {
+    std::vector<std::int32_t> modes;
+    bool keep = true;
+    m_Form.QueryUnloadEvent.Connect([&](bool& cancel, UnloadMode mode) {
+        modes.push_back(static_cast<std::int32_t>(mode));
+        cancel = keep;
+    });
+    int last = 0;
+    m_Forms.LastUnloadedEvent.Connect([&] { ++last; });
+    m_Form.Load();
+    SendMessageA(Window(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(SendMessageA(Window(), WM_QUERYENDSESSION, 0, 0), FALSE);
+    EXPECT_TRUE(m_Form.IsLoaded());
+    keep = false;
+    EXPECT_EQ(SendMessageA(Window(), WM_QUERYENDSESSION, 0, 0), TRUE);
+    SendMessageA(Window(), WM_ENDSESSION, FALSE, 0);
+    EXPECT_TRUE(m_Form.IsLoaded());
+    const HWND window = Window();
+    SendMessageA(window, WM_ENDSESSION, TRUE, 0);
+    EXPECT_FALSE(IsWindow(window));
+    m_Form.Load();
+    const HWND second = Window();
+    SendMessageA(second, WM_CLOSE, 0, 0);
+    EXPECT_FALSE(IsWindow(second));
+    EXPECT_EQ(modes, (std::vector<std::int32_t>{0, 2, 2, 0}));
+    EXPECT_EQ(last, 2);
+}
+
+TEST_F(UiWindowTest, TimersTickByMessagesOfTheForm) {
+    int ticks = 0;
+    m_Timer.TimerEvent.Connect([&] { ++ticks; });
+    m_Timer.SetInterval(10);
+    m_Form.Load();
+    PostMessageA(Window(), WM_TIMER, 1, 0);
+    Serve();
+    EXPECT_EQ(ticks, 0) << "disabled";
+    m_Timer.SetEnabled(true);
+    EXPECT_TRUE(ServeUntil([&] { return ticks >= 3; }));
+    m_Timer.SetInterval(60000);
+    Serve();
+    ticks = 0;
+    for (int count = 0; count < 1000; ++count) PostMessageA(Window(), WM_TIMER, 1, 0);
+    Serve();
+    EXPECT_EQ(ticks, 1000);
+    m_Timer.SetEnabled(false);
+    PostMessageA(Window(), WM_TIMER, 1, 0);
+    Serve();
+    EXPECT_EQ(ticks, 1000);
+}
+
+TEST_F(UiWindowTest, WhatAHandlerThrowsStopsAtTheWindow) {
+    m_Timer.TimerEvent.Connect([] { throw Error(ErrorNumber::Subscript); });
+    m_Box.ChangeEvent.Connect([] { throw Error(ErrorNumber::Overflow); });
+    m_Form.QueryUnloadEvent.Connect([this](bool&, UnloadMode mode) {
+        if (mode == UnloadMode::User) throw Error(ErrorNumber::DiskFull);
+    });
+    m_Timer.SetInterval(60000);
+    m_Timer.SetEnabled(true);
+    m_Form.Load();
+    SendMessageA(Window(), WM_TIMER, 1, 0);
+    SendFromOutside(Child(), "x");
+    SendMessageA(Window(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(m_Failures, (std::vector<std::int32_t>{9, 6, 61}));
+    EXPECT_TRUE(IsWindow(Window())) << "an error keeps the form";
+}
+
+TEST_F(UiWindowTest, AFormMayGoInsideItsOwnMessages) {
+    auto form = std::make_shared<Form>(m_Forms, "frmGone");
+    TextBox& box = form->Add<TextBox>("txt");
+    form->Load();
+    const HWND window = ToHwnd(form->hWnd());
+    box.ChangeEvent.Connect([&] {
+        form->Unload();
+        form.reset();
+    });
+    SendFromOutside(GetWindow(window, GW_CHILD), "end");
+    EXPECT_EQ(form, nullptr);
+    EXPECT_FALSE(IsWindow(window));
+    EXPECT_TRUE(m_Failures.empty());
+}
+
+// An icon file with one image of 16 by 16 black pixels, 1 bit each.
+Text IconFile() {
+    const auto number = [](std::uint32_t value, int bytes) {
+        Text text;
+        for (int index = 0; index < bytes; ++index) text += static_cast<char>(value >> (8 * index) & 0xFF);
+        return text;
+    };
+    const Text image = number(40, 4) + number(16, 4) + number(32, 4) + number(1, 2) + number(1, 2) + Text(24, '\0') +
+                       number(0, 4) + number(0xFFFFFF, 4) + Text(64, '\0') + Text(64, '\0');
+    return number(0x00010000, 4) + number(1, 2) + Text("\x10\x10\x02\0", 4) + number(1, 2) + number(1, 2) +
+           number(static_cast<std::uint32_t>(image.size()), 4) + number(22, 4) + image;
+}
+
+TEST_F(UiWindowTest, IconsAreMadeOfFilesAndFreed) {
+    m_Form.Load();
+    const IconNumber own = m_Form.WindowIcon();
+    EXPECT_NE(own, 0);
+    EXPECT_EQ(OwnedIcon::Live(), 0);
+    const Text file = IconFile();
+    m_Form.SetIcon(std::make_shared<Picture>(Picture{file}));
+    EXPECT_EQ(OwnedIcon::Live(), 2);
+    EXPECT_NE(m_Form.WindowIcon(), own);
+    for (size_t length = 0; length < file.size(); ++length) {
+        m_Form.SetIcon(std::make_shared<Picture>(Picture{file.substr(0, length)}));
+        EXPECT_EQ(m_Form.WindowIcon(), own) << length;
+    }
+    m_Form.SetIcon(std::make_shared<Picture>(Picture{file}));
+    m_Form.Unload();
+    EXPECT_EQ(OwnedIcon::Live(), 0);
+}
+
+}  // namespace
+}  // namespace tb
