@@ -114,6 +114,8 @@ void Plain(benchmark::State& state, const Text& kind) {
 // Prints the usual table and keeps the medians.
 class RatioReporter : public benchmark::ConsoleReporter {
 public:
+    RatioReporter() : ConsoleReporter(OO_Tabular) {}
+
     void ReportRuns(const std::vector<Run>& runs) override {
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs) {

@@ -46,6 +46,8 @@ function(tb_test name)
   add_executable(${name} ${TEST_SOURCES})
   list(TRANSFORM TEST_USES PREPEND tb_)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  # Tests are built far more often than they run long.
+  target_compile_options(${name} PRIVATE -O0)
   target_link_libraries(${name} PRIVATE tb_options ${TEST_USES} GTest::gmock GTest::gtest_main)
   gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
 endfunction()

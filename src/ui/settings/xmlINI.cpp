@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "base/codepage.h"
 #include "base/errors.h"
 #include "components/tbXML/Document.h"
 #include "components/tbXML/XmlText.h"
@@ -13,13 +14,6 @@ namespace {
 
 constexpr std::int32_t PlainBox = 0;
 constexpr std::int32_t ExclamationBox = 48;
-
-// For messages: a path may hold characters that the code page does not.
-Text Printed(const std::filesystem::path& path) {
-    Text text;
-    for (const char32_t character : path.u32string()) text += character <= 0xFF ? static_cast<char>(character) : '?';
-    return text;
-}
 
 bool IsFileNotFound(const RuntimeError& error) {
     return error.Number == static_cast<std::int32_t>(ErrorNumber::FileNotFound);
@@ -99,8 +93,8 @@ bool xmlINI::LoadINI(const std::filesystem::path& FileName) noexcept {
         Trap(
             [&] {
                 const Text prompt = IsFileNotFound(error)
-                                        ? "INI File " + Printed(FileName) + " does not exist"
-                                        : "Error with INI File " + Printed(FileName) + ", " + error.Description;
+                                        ? "INI File " + PathText(FileName) + " does not exist"
+                                        : "Error with INI File " + PathText(FileName) + ", " + error.Description;
                 ShowError(prompt, IsFileNotFound(error) ? ExclamationBox : PlainBox);
             },
             [](const RuntimeError&) {});

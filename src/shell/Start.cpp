@@ -1,0 +1,153 @@
+#include "shell/Start.h"
+
+#include "base/errors.h"
+#include "base/numbers.h"
+#include "shell/helpers/GeneralHelpers.h"
+#include "ui/settings/SettingsTable.h"
+
+namespace tb {
+
+namespace {
+
+constexpr std::int32_t AgentNumberResource = 101;
+constexpr std::int32_t HighestSessionId = 100000;
+constexpr std::int32_t DefaultBackColor = 14737632;
+constexpr std::int32_t KeptLogDays = 150;
+
+}  // namespace
+
+Start::Start(App& app, ProgramLog& log, StartGates& gates, MakeController makeController)
+    : m_App(app), m_Log(log), m_Gates(gates), m_MakeController(std::move(makeController)) {}
+
+bool Start::Main() {
+    bool runs = false;
+    bool early = true;
+    Trap(
+        [&] {
+            if (!ReadSettings()) return;
+            early = false;
+            runs = MakeWindows() && CheckInstallation() && BringUp();
+        },
+        [&](const RuntimeError& error) {
+            const Text line = ErrorLine(error);
+            m_Log.WriteLog(line, LogLevel::Always);
+            // Until there is a skin, the program's own message window is not to be had.
+            if (early) {
+                m_App.System.Dialogs.ShowMessage(line, MessageButtons::Critical, m_App.Product.ProductName);
+            } else {
+                ShowMessage(m_App, line, MessageButtons::Critical);
+            }
+            ExitTail(false);
+        });
+    return runs;
+}
+
+bool Start::ReadSettings() {
+    const App& app = m_App;
+    m_App.SessionId = RoundToInt32(app.System.Random.Next() * HighestSessionId);
+    m_App.AgentNumber = ToInt32(app.System.Resources.String(AgentNumberResource));
+    m_Log.WriteLog(Text(80, '-'), LogLevel::Always);
+    m_Log.WriteLog("Starting " + app.Product.Version, LogLevel::Always);
+    m_App.Settings = std::make_unique<xmlINI>(xmlINI::Surroundings{
+        app.System.Files, app.System.Clock, app.System.Dialogs, app.Product.Separators, app.Product.ProductName});
+    m_App.Settings->LoadINI(app.Path() / (app.Product.ProductName + ".ini"));
+    m_Log.WriteLog(app.Product.ProductName + ".ini initialized", LogLevel::Debug);
+    if (m_Gates.CheckLoadDefaults()) return StopWith("CheckLoadDefaults TRUE, exiting", LogLevel::Always);
+    if (!ReadSkinXML()) return StopWith("ReadSkinXML Failure", LogLevel::Always);
+    return true;
+}
+
+bool Start::MakeWindows() {
+    const Text homePage = m_App.SkinRoot->FindAttributeValue("URL");
+    m_App.HomeURL = homePage.empty() ? m_App.Product.HomePage : homePage;
+    m_App.HelpFile = m_App.Product.ProductName + ".chm";
+    m_App.AppBackColor = ToInt32(m_App.Settings->GetXMLString("Main", "BackColor", std::to_string(DefaultBackColor)));
+    m_Controller = m_MakeController();
+    m_Controller->Load();
+    if (!m_Controller->Controller().StartActivity(SetupName(), true)) {
+        return StopWith("Controller StartActivity FALSE, exiting", LogLevel::Debug);
+    }
+    return true;
+}
+
+bool Start::CheckInstallation() {
+    if (m_Gates.CheckInstallPendingUpdates()) {
+        return StopWith("Pending updates to install, exiting", LogLevel::Debug);
+    }
+    WriteDefaultSettings();
+    if (CheckNameAndPreviousInstance()) {
+        return StopWith("CheckNameAndPrevInstance TRUE, exiting", LogLevel::Debug);
+    }
+    MakeFolders();
+    m_Log.PruneLogFiles(m_App.AppPath() + "\\Log\\", KeptLogDays);
+    m_App.Components = std::make_unique<ComponentList>();
+    m_Gates.AddComponents();
+    if (m_Gates.CheckForMissingComponents()) {
+        return StopWith("CheckForMissingComponents TRUE, exiting", LogLevel::Debug);
+    }
+    if (m_Gates.CheckExpireOrWarnVersion()) {
+        return StopWith("CheckExpireOrWarnVersion TRUE, exiting", LogLevel::Debug);
+    }
+    if (m_App.NeedToUpdate) m_Log.WriteLog("Need to update TRUE", LogLevel::Debug);
+    if (m_Gates.CheckLoadReferenceData()) {
+        return StopWith("CheckLoadReferenceData TRUE, exiting", LogLevel::Debug);
+    }
+    return true;
+}
+
+bool Start::BringUp() {
+    m_App.ClickSound = m_App.System.Resources.Custom("CLICK");
+    m_App.AlertSound = m_App.System.Resources.Custom("ALERT");
+    StartTrawlbeam();
+    m_Gates.CloseSplash();
+    FreeMemory(m_App, m_Log);
+    m_Controller->Controller().EndActivity(SetupName(), true);
+    return true;
+}
+
+bool Start::StopWith(const Text& line, LogLevel level) {
+    m_Log.WriteLog(line, level);
+    ExitTail(true);
+    return false;
+}
+
+void Start::ExitTail(bool fromItsBeginning) {
+    if (fromItsBeginning) m_Log.WriteLog(m_App.Product.ProductName + " AllDone", LogLevel::Debug);
+    // Not saved: what this start wrote into the settings is for this run only.
+    m_App.Settings.reset();
+    if (m_Controller) m_Controller->Controller().EndActivity(SetupName(), true);
+}
+
+Text Start::ErrorLine(const RuntimeError& error) { return m_App.Product.ProductName + " error: " + error.Line(); }
+
+void Start::WriteDefaultSettings() {
+    for (const Setting& setting : SettingsTable()) {
+        if (setting.StartValue.empty()) continue;
+        if (!m_App.Settings->GetXMLString(setting.Section, setting.Key, "").empty()) continue;
+        m_App.Settings->WriteXMLString(setting.Section, setting.Key, Text(setting.StartValue));
+    }
+}
+
+void Start::MakeFolders() {
+    const std::filesystem::path data = m_App.Path() / "Data";
+    for (const std::filesystem::path& folder :
+         {m_App.Path() / "Log", data, data / "InProcess", data / "InProcess" / "Error"}) {
+        EnsureDirectory(m_App, folder);
+    }
+}
+
+void Start::StartTrawlbeam() {
+    Trap(
+        [&] {
+            if (m_App.Settings->GetXMLString("MAIN", "SPLASH", "0") == "1") m_Gates.ShowSplash();
+            m_Gates.SetupBrowserHelper();
+            m_Controller->Setup();
+            m_Gates.SetupTrawlDrop();
+            m_App.LastPanel = 1;
+        },
+        [&](const RuntimeError& error) {
+            m_Log.WriteLog("StartTrawlbeam Error: " + error.Description, LogLevel::Always);
+        });
+}
+
+}  // namespace tb

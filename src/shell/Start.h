@@ -1,0 +1,52 @@
+// The start of the program: one pass through a chain of gates, from nothing to tray, databases and timers.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "shell/StartGates.h"
+#include "shell/frmController.h"
+
+namespace tb {
+
+class Start {
+public:
+    // Makes the controller window when the chain has come that far.
+    using MakeController = std::function<std::shared_ptr<frmController>()>;
+
+    // All of it outlives the start.
+    Start(App& app, ProgramLog& log, StartGates& gates, MakeController makeController);
+
+    // True: the program runs and lives on events. False: a gate or an error stopped it, the user has been told what is
+    // to be told, and the process is to be ended at once.
+    bool Main();
+
+    const std::shared_ptr<frmController>& Controller() const { return m_Controller; }
+
+private:
+    // The parts of the chain; each False stops it, after its line.
+    bool ReadSettings();
+    bool MakeWindows();
+    bool CheckInstallation();
+    bool BringUp();
+    bool StopWith(const Text& line, LogLevel level);
+    void ExitTail(bool fromItsBeginning);
+    Text ErrorLine(const RuntimeError& error);
+
+    bool ReadSkinXML();
+    Text SkinText();
+    void WriteDefaultSettings();
+    void MakeFolders();
+    bool CheckNameAndPreviousInstance();
+    void WakePreviousInstance();
+    void StartTrawlbeam();
+    Text SetupName() const { return m_App.Product.ProductName + " Setup"; }
+
+    App& m_App;
+    ProgramLog& m_Log;
+    StartGates& m_Gates;
+    MakeController m_MakeController;
+    std::shared_ptr<frmController> m_Controller;
+};
+
+}  // namespace tb

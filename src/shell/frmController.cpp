@@ -1,0 +1,214 @@
+#include "shell/frmController.h"
+
+#include "base/errors.h"
+#include "base/numbers.h"
+#include "shell/helpers/GeneralHelpers.h"
+#include "sitedb/BuiltInCategories.h"
+
+namespace tb {
+
+namespace {
+
+constexpr std::int32_t Tick = 1000;
+constexpr std::int32_t KeptLines = 500;
+constexpr std::int32_t SubmissionSpread = 10000;
+
+constexpr std::int32_t DefaultSubmissionSeconds = 60;
+constexpr std::int32_t DefaultEvilDBSeconds = 60;
+constexpr std::int32_t DefaultFreeMemSeconds = 1800;
+
+}  // namespace
+
+frmController::frmController(Forms& forms, Parts parts)
+    : Form(forms, "frmController"),
+      txtDiags(Add<TextBox>("txtDiags")),
+      tmUpdate(Add<Timer>("tmUpdate")),
+      tmSub(Add<Timer>("tmSub")),
+      m_Parts(std::move(parts)) {
+    txtDiags.SetMultiLine(true);
+    txtDiags.SetLocked(true);
+    tmUpdate.SetInterval(Tick);
+    tmSub.SetInterval(Tick);
+    m_Controller.LogMessage.Connect([this](const Text& line, LogLevel level) { WriteLog(line, level); });
+    m_Controller.Shutdown.Connect([this] { ShutdownRaised(); });
+    m_Parts.Program.HasController = true;
+    m_Parts.Program.DebugMessage.Connect([this](const Text& line) { DisplayDebugMessage(line); });
+    LoadEvent.Connect([this] { Loaded(); });
+    ResizeEvent.Connect([this] { Resized(); });
+    QueryUnloadEvent.Connect([this](bool& cancel, UnloadMode mode) { QueryUnload(cancel, mode); });
+    UnloadEvent.Connect([this](bool& /*cancel*/) { Unloaded(); });
+    tmUpdate.TimerEvent.Connect([this] { UpdateTick(); });
+    tmSub.TimerEvent.Connect([this] { SubmissionTick(); });
+}
+
+frmController::~frmController() { m_Parts.Program.HasController = false; }
+
+void frmController::Loaded() {
+    SetCaption(ProductName() + " Controller" + (IsDebugMode() ? " Debug" : ""));
+    if (!IsDebugMode()) return;
+    txtDiags.SetText("");
+    Show();
+}
+
+void frmController::Setup() {
+    const App& app = m_Parts.Program;
+    LogSink& lines = *this;
+    m_Statistics = std::make_unique<UpdateStatistics>(app.System.Clock, lines);
+    m_Sounds = std::make_unique<Sounds>(m_Parts.Device, app.ClickSound, app.AlertSound);
+    SetupEvilDB();
+    SetupTimers();
+    SetupTray();
+}
+
+void frmController::SetupEvilDB() {
+    App& app = m_Parts.Program;
+    EvilDBHost& categories = *this;
+    VerdictHost& surroundings = *this;
+    m_EvilDB = std::make_unique<EvilDB>(app.System.Files, categories, app.Path() / "Data");
+    m_EvilDB->LogMessage.Connect([this](const Text& line, LogLevel level) { WriteLog(line, level); });
+    m_EvilDB->EvilLoadPercent.Connect([this](std::int16_t percent) {
+        if (percent >= 0 && percent <= 100) m_Parts.Services.ShowProgress(static_cast<std::int16_t>(percent + 1));
+    });
+    m_Verdict = std::make_unique<UrlVerdict>(*m_EvilDB, surroundings);
+    bool corrupt = false;
+    m_EvilDB->RestoreDB(corrupt);
+    m_Parts.Services.UpdateEvilDB(GetClientKey(app));
+}
+
+void frmController::SetupTimers() {
+    App& app = m_Parts.Program;
+    const bool submissions = IsTimerEnabled(app, "SUBDB_ENABLED");
+    // Each run of the program gets a phase of its own, so that clients do not all post at the same moment.
+    m_SubmissionPeriod = GetTimerInterval(app, "SUBDB_INTERVAL", DefaultSubmissionSeconds) +
+                         static_cast<std::int32_t>(app.System.Random.Next() * SubmissionSpread);
+    m_CurrentSubmissionPeriod = m_SubmissionPeriod;
+    TimerLine("Submission", m_SubmissionPeriod, submissions);
+    CheckSubmissionRetry();
+    m_EvilDBPeriod = GetTimerInterval(app, "EVILDB_INTERVAL", DefaultEvilDBSeconds);
+    m_FreeMemPeriod = GetTimerInterval(app, "FREEMEM_INTERVAL", DefaultFreeMemSeconds);
+    const bool evilDB = IsTimerEnabled(app, "EVILDB_ENABLED");
+    const bool freeMem = IsTimerEnabled(app, "FREEMEM_ENABLED");
+    tmUpdate.SetEnabled(evilDB || freeMem);
+    TimerLine("EvilDB", m_EvilDBPeriod, evilDB);
+    TimerLine("FreeMem", m_FreeMemPeriod, freeMem);
+}
+
+void frmController::TimerLine(const Text& name, std::int32_t period, bool enabled) {
+    WriteLog(name + " Timer " + ToText(static_cast<double>(period) / Tick) + " seconds" + (enabled ? "" : ", DISABLED"),
+             LogLevel::Debug);
+}
+
+void frmController::SetupTray() {
+    App& app = m_Parts.Program;
+    m_Channel = std::make_unique<BrowserChannel>(
+        [this](const std::vector<Text>& args, Text& reply) { CheckEvil(args, reply); });
+    const SystemVersion version = app.System.Machine.Version();
+    m_frmSysTray = std::make_shared<frmSysTray>(
+        Family(), frmSysTray::Environment{m_Parts.Tray,
+                                          app.System.WindowText,
+                                          {version.Platform, version.Major, version.Minor},
+                                          [this](const Text& line) { return m_Channel->Handle(line); },
+                                          m_Parts.Broken});
+    m_frmSysTray->MenuClick.Connect([this](std::int32_t /*index*/, const Text& key) { MenuClick(key); });
+    m_frmSysTray->SysTrayDoubleClick.Connect([this](std::int32_t /*button*/) { TrayDoubleClicked(); });
+    m_frmSysTray->SysTrayMouseDown.Connect([this](std::int32_t button) {
+        if (button == 2) m_frmSysTray->ShowMenu();
+    });
+    m_frmSysTray->Load();
+    BuildTrayMenu();
+    m_frmSysTray->SetTooltip(ProductName());
+}
+
+void frmController::BuildTrayMenu() {
+    const auto add = [this](const Text& caption, const Text& key) { m_frmSysTray->AddMenuItem(caption, key); };
+    const App& app = m_Parts.Program;
+    add(ProductName() + " Anti-Scam System", "dblclick");
+    add("-", "");
+    add("&Main", "menu1");
+    add("&Submit Scams", "menu2");
+    add("&Preferences", "menu3");
+    add(ProductName() + " Ho&mepage", "trawlweb");
+    add("-", "");
+    if (IsDebugMode()) {
+        add("Hide Debu&g Diagnostics", "diag");
+        add("-", "");
+    }
+    if (IsWindows2000OrLater(app)) {
+        add(DropZoneCaption(GetXMLString("Desktop", "Show", "1") == "1"), "trawldrop");
+        add("-", "");
+    }
+    add("&Help...", "help");
+    add("&About...", "about");
+    add("-", "");
+    add("&Exit", "exit");
+}
+
+Text frmController::DropZoneCaption(bool shown) {
+    return Text(shown ? "Hide" : "Show") + " " + ProductName() + " &DropZone";
+}
+
+void frmController::CheckEvil(const std::vector<Text>& args, Text& reply) noexcept {
+    if (m_Verdict) return m_Verdict->CheckEvil(args, reply);
+    // Only between the dropping of the list and the end of the channel, and only if something serves messages there.
+    reply.clear();
+    WriteLog("CheckEvil error: " + Error(ErrorNumber::ObjectNotSet).Line(), LogLevel::Always);
+}
+
+void frmController::DisplayDebugMessage(const Text& text) {
+    Text lines = txtDiags.GetText();
+    if (!lines.empty()) lines += "\r\n";
+    lines += text;
+    if (++m_DiagnosticsLines > KeptLines) {
+        const size_t end = lines.find("\r\n");
+        if (end != Text::npos) lines.erase(0, end + 2);
+        --m_DiagnosticsLines;
+    }
+    txtDiags.SetText(lines);
+    txtDiags.SetSelStart(static_cast<std::int32_t>(lines.size()));
+}
+
+void frmController::Resized() {
+    if (WindowState() == static_cast<std::int32_t>(WindowStates::Minimized)) {
+        Hide();
+        SetWindowState(static_cast<std::int32_t>(WindowStates::Normal));
+        CaptionDiagnostics(false);
+        return;
+    }
+    txtDiags.Move(0, 0, ScaleWidth(), ScaleHeight());
+}
+
+Text frmController::GetXMLString(const Text& section, const Text& key, const Text& fallback) {
+    const xmlINI* const settings = m_Parts.Program.Settings.get();
+    return settings != nullptr ? settings->GetXMLString(section, key, fallback) : fallback;
+}
+
+void frmController::PlayAlertSound() {
+    if (m_Sounds) m_Sounds->PlayAlertSound(true);
+}
+
+UrlScore frmController::ScoreURL(const Text& url, const Text& addresses) {
+    return m_Parts.Services.ScoreURL(url, addresses);
+}
+
+void frmController::ShowNotifyURL(const Text& title, const Text& message, const Text& url, std::int32_t width,
+                                  std::int32_t height, std::int32_t seconds, std::int32_t iconFlags,
+                                  const Text& callback) {
+    if (!m_Parts.Services.ShowNotifyURL(title, message, url, width, height, seconds, iconFlags, callback)) {
+        MissingWindow("frmNotifyURL");
+    }
+}
+
+void frmController::ShowMessage(const Text& prompt, std::int32_t buttons) {
+    tb::ShowMessage(m_Parts.Program, prompt, buttons);
+}
+
+Text frmController::CategoryName(const Text& id) {
+    const App& app = m_Parts.Program;
+    const ElementPtr categories = app.Settings ? app.Settings->TryGlobalsSection("CATEGORIES") : nullptr;
+    if (!categories) return BuiltInCategoryName(id);
+    const ElementPtr category = categories->FindElementAttribute2("ID", id);
+    if (!category) throw Error(ErrorNumber::ObjectNotSet);
+    return category->FindAttributeValue("NAME");
+}
+
+}  // namespace tb

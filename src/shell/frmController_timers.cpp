@@ -1,0 +1,119 @@
+#include "base/errors.h"
+#include "shell/frmController.h"
+#include "shell/helpers/GeneralHelpers.h"
+
+namespace tb {
+
+namespace {
+
+constexpr std::int32_t Tick = 1000;
+constexpr const char* UpdateActivity = "Auto Check Updates";
+constexpr const char* SubmissionActivity = "Processing Submissions";
+
+// True when the period is over, and begins it anew; otherwise one tick more has passed. A period of 0 is over each
+// time.
+bool IsDue(std::int32_t& elapsed, std::int32_t period, std::int32_t tick) {
+    if (elapsed >= period) {
+        elapsed = 0;
+        return true;
+    }
+    elapsed += tick;
+    return false;
+}
+
+}  // namespace
+
+void frmController::UpdateTick() {
+    Trap(
+        [&] {
+            FreeMemoryIfDue();
+            if (!IsDue(m_EvilDBElapsed, m_EvilDBPeriod, tmUpdate.Interval())) return;
+            if (IsTimerEnabled(m_Parts.Program, "EVILDB_ENABLED")) UpdateCycle();
+        },
+        [&](const RuntimeError& error) {
+            WriteLog("Update timer error " + error.Description, LogLevel::Always);
+            tmUpdate.SetEnabled(IsTimerEnabled(m_Parts.Program, "EVILDB_ENABLED"));
+            m_Controller.EndActivity(UpdateActivity, false);
+        });
+}
+
+void frmController::FreeMemoryIfDue() {
+    if (!IsDue(m_FreeMemElapsed, m_FreeMemPeriod, tmUpdate.Interval())) return;
+    if (!IsTimerEnabled(m_Parts.Program, "FREEMEM_ENABLED")) return;
+    FreeMemory(m_Parts.Program, *this);
+    WriteLog("Timed FreeMemory()", LogLevel::Debug);
+}
+
+void frmController::UpdateCycle() {
+    App& app = m_Parts.Program;
+    if (!m_Controller.StartActivity(UpdateActivity, false)) return;
+    // No cycle may begin inside this one while it waits for the network.
+    tmUpdate.SetEnabled(false);
+    m_Parts.Services.UpdateEvilDB(GetClientKey(app));
+    const Date now = app.System.Clock.Now();
+    const bool reported = m_LastVersionReport != Date();
+    if (!reported || now.Seconds() - m_LastVersionReport.Seconds() > Date::SecondsPerDay) {
+        if (m_Parts.Services.SendVersions()) m_LastVersionReport = app.System.Clock.Now();
+    }
+    if (GetXMLString("Main", "AutoUpdate", "0") == "1") CheckProgramUpdate();
+    tmUpdate.SetEnabled(IsTimerEnabled(app, "EVILDB_ENABLED"));
+    // The last statement: it may end the program.
+    m_Controller.EndActivity(UpdateActivity, false);
+}
+
+void frmController::CheckProgramUpdate() {
+    Text reason;
+    if (m_Parts.Services.CanUpdate(reason)) {
+        m_Parts.Services.CheckForUpdates();
+    } else if (!reason.empty()) {
+        WriteLog(reason, LogLevel::Debug);
+    }
+}
+
+void frmController::SubmissionTick() {
+    Trap(
+        [&] {
+            if (!SubmissionDue()) return;
+            m_SubmissionElapsed = 0;
+            if (!m_Controller.StartActivity(SubmissionActivity, true)) return;
+            tmSub.SetEnabled(false);
+            m_Parts.Services.ProcessSubmissions();
+            CheckSubmissionRetry();
+            m_Controller.EndActivity(SubmissionActivity, true);
+        },
+        [&](const RuntimeError& error) {
+            WriteLog("Error Submissions Timer Tick: " + error.Description, LogLevel::Always);
+            m_Controller.EndActivity(SubmissionActivity, true);
+        });
+}
+
+bool frmController::SubmissionDue() {
+    if (m_CurrentSubmissionPeriod != m_SubmissionPeriod) {
+        // DoSubmission asked for this run.
+        tmSub.SetInterval(Tick);
+        m_CurrentSubmissionPeriod = m_SubmissionPeriod;
+        return true;
+    }
+    if (m_SubmissionElapsed >= m_CurrentSubmissionPeriod) return true;
+    m_SubmissionElapsed += tmSub.Interval();
+    return false;
+}
+
+bool frmController::CheckSubmissionRetry() {
+    App& app = m_Parts.Program;
+    bool remain = false;
+    Trap([&] { remain = !app.System.Files.List(app.Path() / "Data" / "InProcess").empty(); },
+         [](const RuntimeError&) { /* a folder that cannot be read holds nothing to send */ });
+    if (!remain) return false;
+    WriteLog("Submissions remain, process next interval", LogLevel::Debug);
+    tmSub.SetEnabled(IsTimerEnabled(app, "SUBDB_ENABLED"));
+    return true;
+}
+
+void frmController::DoSubmission() {
+    tmSub.SetInterval(1);
+    m_CurrentSubmissionPeriod = 1;
+    tmSub.SetEnabled(true);
+}
+
+}  // namespace tb

@@ -1,0 +1,97 @@
+// The values that belong to the whole process, in one object: the program makes one, tests make one each. Nothing else
+// is static and mutable.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "base/event.h"
+#include "platform/Clock.h"
+#include "platform/Dialogs.h"
+#include "platform/FileVersions.h"
+#include "platform/Files.h"
+#include "platform/Machine.h"
+#include "platform/Processes.h"
+#include "platform/Pump.h"
+#include "platform/Random.h"
+#include "platform/Registry.h"
+#include "platform/Resources.h"
+#include "platform/Shell.h"
+#include "platform/WindowText.h"
+#include "shell/helpers/ComponentList.h"
+#include "ui/settings/xmlINI.h"
+
+namespace tb {
+
+// The system that the program runs on. All of it outlives the App.
+struct Platform {
+    tb::Clock& Clock;
+    tb::Random& Random;
+    tb::Pump& Pump;
+    tb::Files& Files;
+    tb::Dialogs& Dialogs;
+    tb::Resources& Resources;
+    tb::Processes& Processes;
+    tb::Shell& Shell;
+    tb::FileVersions& FileVersions;
+    tb::Registry& Registry;
+    tb::Machine& Machine;
+    tb::WindowText& WindowText;
+};
+
+// What a deployment decides and the program holds.
+struct Deployment {
+    Text ProductName;
+    // "major.minor.revision" of this program.
+    Text Version;
+    // Where "home page" leads when the skin names none.
+    Text HomePage;
+    // Of the user's locale, for the dates in files.
+    DateSeparators Separators;
+};
+
+class App {
+public:
+    App(const Platform& system, Deployment deployment);
+    App(const App&) = delete;
+    App& operator=(const App&) = delete;
+
+    // The folder of the program's file.
+    const std::filesystem::path& Path() const { return m_Path; }
+    // The same for lines and command lines, without a trailing backslash.
+    const Text& AppPath() const { return m_AppPath; }
+
+    const Platform System;
+    const Deployment Product;
+
+    // Null until the start has made it and after the exit has dropped it.
+    std::unique_ptr<xmlINI> Settings;
+    // The root of the skin document; read only.
+    ElementPtr SkinRoot;
+    std::unique_ptr<tb::ComponentList> Components;
+    std::int32_t SessionId = 0;
+    std::int32_t AgentNumber = 0;
+    Text HomeURL;
+    Text HelpFile;
+    std::int32_t AppBackColor = 0;
+    // A gate found that this copy must be updated.
+    bool NeedToUpdate = false;
+    // The panel that a double click on the icon opens.
+    std::int16_t LastPanel = 0;
+    // A dialog of the program waits for the user.
+    bool ModalDialogOpen = false;
+    // Images of wave files; empty until they are loaded.
+    Text ClickSound;
+    Text AlertSound;
+    // The activity controller exists.
+    bool HasController = false;
+
+    // Lines of the log for the diagnostics view, in debug mode.
+    Event<Text> DebugMessage;
+
+private:
+    std::filesystem::path m_Path;
+    Text m_AppPath;
+};
+
+}  // namespace tb

@@ -1,0 +1,20 @@
+#include "shell/helpers/DebugSwitch.h"
+
+#include "base/pieces.h"
+
+namespace tb {
+
+Text DebugSwitch() { return Piece("Dri") + Piece("ftN") + Piece("et"); }
+
+bool DebugMode::IsOn() {
+    const xmlINI* const settings = m_App.Settings.get();
+    if (settings == nullptr) return false;
+    if (settings != m_Settings || settings->Revision() != m_Revision) {
+        m_Settings = settings;
+        m_Revision = settings->Revision();
+        m_IsOn = settings->GetXMLString("MAIN", DebugSwitch(), "0") != "0";
+    }
+    return m_IsOn;
+}
+
+}  // namespace tb

@@ -1,0 +1,204 @@
+// The system that the program runs on, in memory: what the tests set up, and what the program did with it.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <set>
+
+#include "fakes/FakeFiles.h"
+#include "shell/helpers/App.h"
+
+namespace tb {
+
+class FakeClock : public Clock {
+public:
+    Date Now() override { return Present; }
+    void Pass(std::int64_t seconds) { Present = Present.PlusSeconds(seconds); }
+    Date Present = Date(CivilDate{2026, 11, 21, 8, 9, 10});
+};
+
+class FakeRandom : public Random {
+public:
+    double Next() override { return Value; }
+    double Value = 0.25;
+};
+
+class FakePump : public Pump {
+public:
+    void ProcessMessages() override {
+        ++Pumped;
+        if (OnPump) OnPump();
+    }
+    void Sleep(std::int32_t milliseconds) override { Slept += milliseconds; }
+    int Pumped = 0;
+    std::int64_t Slept = 0;
+    std::function<void()> OnPump;
+};
+
+class FakeDialogs : public Dialogs {
+public:
+    std::int32_t ShowMessage(const Text& prompt, std::int32_t buttons, const Text& title) override {
+        Shown.push_back(std::to_string(buttons) + "|" + title + "|" + prompt);
+        return Answer;
+    }
+    std::vector<Text> Shown;
+    std::int32_t Answer = 1;
+};
+
+class FakeResources : public Resources {
+public:
+    Text String(std::int32_t id) override { return Strings[id]; }
+    Text Custom(const Text& name) override {
+        const auto found = Customs.find(name);
+        if (found == Customs.end()) throw RuntimeError(326, "Resource with identifier '" + name + "' not found");
+        return found->second;
+    }
+    std::map<std::int32_t, Text> Strings{
+        {101, "1"}, {96, "256-257"}, {256, "<SKIN URL='http://home.example/'>"}, {257, "</SKIN>"}};
+    std::map<Text, Text> Customs{{"CLICK", "click"}, {"ALERT", "alert"}};
+};
+
+class FakeProcesses : public Processes {
+public:
+    std::filesystem::path Executable() override { return "/app/Trawlbeam.exe"; }
+    bool IsPreviousInstance() override { return PreviousInstances > 0 && PreviousInstances-- > 0; }
+    bool IsModuleLoaded(const Text& fileName) override { return UpperCase(fileName) == "TRAWLBEAM.EXE"; }
+    std::uint32_t Start(const Text& commandLine) override {
+        Started.push_back(commandLine);
+        return 77;
+    }
+    std::uint32_t SetWorkingSetSize(std::int64_t minimum, std::int64_t maximum) override {
+        Trims.push_back(std::to_string(minimum) + "-" + std::to_string(maximum));
+        return TrimFailure;
+    }
+    Text SystemErrorText(std::uint32_t number) override { return "system error " + std::to_string(number); }
+    [[noreturn]] void Exit(std::int32_t status) override { throw status; }
+    // How often the question for another instance is answered with yes.
+    int PreviousInstances = 0;
+    std::uint32_t TrimFailure = 0;
+    std::vector<Text> Started;
+    std::vector<Text> Trims;
+};
+
+class FakeShell : public Shell {
+public:
+    bool Open(const Text& target) override {
+        Opened.push_back(target);
+        return true;
+    }
+    std::vector<Text> Opened;
+};
+
+class FakeFileVersions : public FileVersions {
+public:
+    std::optional<Text> FileVersion(const std::filesystem::path& path) override {
+        const auto found = Versions.find(path);
+        if (found == Versions.end()) return std::nullopt;
+        return found->second;
+    }
+    std::map<std::filesystem::path, Text> Versions;
+};
+
+class FakeRegistry : public Registry {
+public:
+    bool KeyExists(RegistryRoot /*root*/, const Text& section) override { return Keys.count(UpperCase(section)) > 0; }
+    bool CreateKey(RegistryRoot /*root*/, const Text& section) override {
+        if (!Refuses) Keys[UpperCase(section)];
+        return !Refuses;
+    }
+    bool DeleteKey(RegistryRoot /*root*/, const Text& section) override {
+        return !Refuses && Keys.erase(UpperCase(section)) > 0;
+    }
+    std::optional<Text> ReadText(RegistryRoot /*root*/, const Text& section, const Text& name) override {
+        const auto key = Keys.find(UpperCase(section));
+        if (key == Keys.end() || key->second.count(UpperCase(name)) == 0) return std::nullopt;
+        return key->second[UpperCase(name)];
+    }
+    bool WriteText(RegistryRoot /*root*/, const Text& section, const Text& name, const Text& value) override {
+        if (!Refuses) Keys[UpperCase(section)][UpperCase(name)] = value;
+        return !Refuses;
+    }
+    bool DeleteValue(RegistryRoot /*root*/, const Text& section, const Text& name) override {
+        if (Refuses || Keys.count(UpperCase(section)) == 0) return false;
+        Keys[UpperCase(section)].erase(UpperCase(name));
+        return true;
+    }
+    std::vector<Text> ValueNames(RegistryRoot /*root*/, const Text& section) override {
+        std::vector<Text> names;
+        for (const auto& [name, value] : Keys[UpperCase(section)]) names.push_back(name);
+        return names;
+    }
+    std::vector<Text> SectionNames(RegistryRoot /*root*/, const Text& /*section*/) override { return {}; }
+    std::map<Text, std::map<Text, Text>> Keys;
+    bool Refuses = false;
+};
+
+class FakeMachine : public Machine {
+public:
+    SystemVersion Version() override { return System; }
+    Text WindowsFolder() override { return "C:\\windows"; }
+    Text SystemFolder() override { return "C:\\windows\\system32\\"; }
+    Text TempFolder() override { return "C:\\temp"; }
+    Text ComputerName() override { return "COMPUTER"; }
+    Text UserName() override { return "user"; }
+    Text VolumeName() override { return "disk"; }
+    DiskSpace Disk() override { return {5LL << 30, 9LL << 30}; }
+    MemoryState Memory() override { return {300, 800, 1, 2, 3, 4}; }
+    ScreenState Screen() override { return {1024, 768, 24, 15}; }
+    std::int32_t Metric(std::int32_t number) override { return number * 10; }
+    std::uint32_t LastErrorCode() override { return 5; }
+    SystemVersion System{6, 1, 7601, 2};
+};
+
+class FakeWindowText : public WindowText {
+public:
+    WindowHandle FindTopLevel(const Text& /*className*/, const Text& caption) override {
+        return caption == "Trawlbeam Tray" && HasChannel ? 10 : 0;
+    }
+    WindowHandle FindChild(WindowHandle /*parent*/, const Text& /*className*/) override { return 11; }
+    void SendText(WindowHandle window, const Text& text) override {
+        Sent.push_back(std::to_string(window) + ": " + text);
+    }
+    bool HasChannel = true;
+    std::vector<Text> Sent;
+};
+
+struct FakeSystem {
+    FakeSystem() { Files.Folders = {"/app", "/app/Log", "/app/Data"}; }
+
+    operator Platform() {
+        return {Clock,     Random, Pump,     Files,    Dialogs, Resources,
+                Processes, Shell,  Versions, Registry, Machine, WindowText};
+    }
+    // The log of the month, lines without their date.
+    std::vector<Text> LogLines() {
+        std::vector<Text> lines;
+        for (const Text& line : Split(Files.Contents["/app/Log/Trawlbeam202611.log"], '\n')) {
+            if (!line.empty()) lines.push_back(line.substr(19, line.size() - 20));
+        }
+        return lines;
+    }
+    // As above, what came since the last call.
+    std::vector<Text> TakeLog() {
+        std::vector<Text> lines = LogLines();
+        Files.Contents.erase("/app/Log/Trawlbeam202611.log");
+        return lines;
+    }
+
+    FakeClock Clock;
+    FakeRandom Random;
+    FakePump Pump;
+    FakeFiles Files;
+    FakeDialogs Dialogs;
+    FakeResources Resources;
+    FakeProcesses Processes;
+    FakeShell Shell;
+    FakeFileVersions Versions;
+    FakeRegistry Registry;
+    FakeMachine Machine;
+    FakeWindowText WindowText;
+};
+
+inline Deployment TestDeployment() { return {"Trawlbeam", "1.0.0", "http://home.trawlbeam.example/", {}}; }
+
+}  // namespace tb

@@ -1,0 +1,234 @@
+#include <gtest/gtest.h>
+
+#include "shell/ShellRig.h"
+
+namespace tb {
+namespace {
+
+using Lines = std::vector<Text>;
+
+class ControllerWindowTest : public ::testing::Test {
+protected:
+    void Run(const Text& settings = {}) {
+        m_Rig = std::make_unique<ShellRig>(settings);
+        ASSERT_TRUE(m_Rig->Chain->Main());
+        m_Rig->System.TakeLog();
+        m_Rig->Services.Take();
+    }
+    frmController& Controller() { return m_Rig->Controller(); }
+    // Ticks of the update timer, in which the numbers of those with a cycle are told.
+    Text CyclesIn(int ticks) {
+        Text cycles;
+        for (int tick = 1; tick <= ticks; ++tick) {
+            Controller().tmUpdate.Tick();
+            if (!m_Rig->Services.Take().empty()) cycles += std::to_string(tick) + " ";
+        }
+        return cycles;
+    }
+
+    std::unique_ptr<ShellRig> m_Rig;
+};
+
+TEST_F(ControllerWindowTest, TheTrayComesLastWithItsMenu) {
+    Run();
+    std::vector<Text> rows;
+    for (std::int32_t index = 0; Controller().SysTray()->MenuItem(index) != nullptr; ++index) {
+        rows.push_back(Controller().SysTray()->MenuItem(index)->Caption());
+    }
+    EXPECT_EQ(rows,
+              (Lines{"Trawlbeam Anti-Scam System", "-", "&Main", "&Submit Scams", "&Preferences", "Trawlbeam Ho&mepage",
+                     "-", "Hide Trawlbeam &DropZone", "-", "&Help...", "&About...", "-", "&Exit"}));
+    EXPECT_EQ(Controller().SysTray()->Tooltip(), "Trawlbeam");
+    EXPECT_EQ(Controller().Caption(), "Trawlbeam Controller");
+    EXPECT_FALSE(Controller().Visible());
+    Run(ShellRig::Section("Main", DebugSwitch(), "1") + ShellRig::Section("Desktop", "Show", "0"));
+    EXPECT_EQ(Controller().SysTray()->MenuItem(7)->Caption(), "Hide Debu&g Diagnostics");
+    EXPECT_EQ(Controller().SysTray()->MenuItem(9)->Caption(), "Show Trawlbeam &DropZone");
+    EXPECT_EQ(Controller().Caption(), "Trawlbeam Controller Debug");
+    EXPECT_TRUE(Controller().Visible());
+}
+
+TEST_F(ControllerWindowTest, ARequestIsJudgedWithTheProgramsSettings) {
+    Run(ShellRig::Section("Main", "AlertSound", "1"));
+    const Text wave("RIFF\x24\0\0\0WAVEfmt \x10\0\0\0\x01\0\x01\0\x40\x1f\0\0\x40\x1f\0\0\x01\0\x08\0data\0\0\0\0", 44);
+    m_Rig = std::make_unique<ShellRig>(ShellRig::Section("Main", "AlertSound", "1"));
+    m_Rig->System.Resources.Customs["ALERT"] = wave;
+    ASSERT_TRUE(m_Rig->Chain->Main());
+    Controller().Sites()->AddToDB("http://evil.example", "2", "d");
+    Text reply;
+    Controller().CheckEvil({"1", "Check", "http://evil.example/"}, reply);
+    EXPECT_EQ(reply, "Validated: d  (Category: Banking or Credit Card Spoof)");
+    EXPECT_EQ(m_Rig->Device.Played.size(), 1U);
+    Controller().CheckEvil({"1", "Check", "http://ok.example/"}, reply);
+    m_Rig->Program.Settings->WriteXMLString("MAIN", "ALERTSOUND", "0");
+    Controller().CheckEvil({"1", "Check", "http://evil.example/"}, reply);
+    EXPECT_EQ(m_Rig->Device.Played.size(), 1U);
+    EXPECT_EQ(m_Rig->System.TakeLog().size(), 2U + 2U) << "the start's two lines and one for each hit";
+}
+
+TEST_F(ControllerWindowTest, AnUpdateCycleComesEveryPeriodAndOneTick) {
+    for (const auto& [seconds, cycles] :
+         std::vector<std::pair<Text, Text>>{{"5", "6 12 18 "}, {"0", "1 2 3 4 5 6 7 8 9 10 "}}) {
+        Run(ShellRig::Section("Timers", "EVILDB_INTERVAL", seconds));
+        EXPECT_EQ(CyclesIn(seconds == "0" ? 10 : 20), cycles);
+    }
+    Run();
+    EXPECT_EQ(CyclesIn(130), "61 122 ");
+}
+
+TEST_F(ControllerWindowTest, ACycleUpdatesReportsAndLooksForTheProgram) {
+    Run(ShellRig::Section("Timers", "EVILDB_INTERVAL", "0") + ShellRig::Section("Main", "KEY", "me"));
+    m_Rig->Program.Settings->WriteXMLString("Main", "AutoUpdate", "0");
+    Controller().tmUpdate.Tick();
+    EXPECT_EQ(m_Rig->Services.Take(), (Lines{"update me", "versions"}));
+    m_Rig->Services.ReportsTaken = true;
+    Controller().tmUpdate.Tick();
+    m_Rig->System.Clock.Pass(Date::SecondsPerDay);
+    m_Rig->Services.Take();
+    Controller().tmUpdate.Tick();
+    EXPECT_EQ(m_Rig->Services.Take(), Lines{"update me"}) << "a day is not yet over";
+    m_Rig->System.Clock.Pass(1);
+    m_Rig->Program.Settings->WriteXMLString("Main", "AutoUpdate", "1");
+    m_Rig->Services.Reason.clear();
+    Controller().tmUpdate.Tick();
+    EXPECT_EQ(m_Rig->Services.Take(), (Lines{"update me", "versions", "program update"}));
+    // While a cycle waits for the network no other begins, and afterwards the timer follows the list's switch alone.
+    m_Rig->Services.OnUpdate = [this] { EXPECT_FALSE(Controller().tmUpdate.Enabled()); };
+    m_Rig->Program.Settings->WriteXMLString("TIMERS", "EVILDB_ENABLED", "0");
+    Controller().tmUpdate.Tick();
+    EXPECT_TRUE(m_Rig->Services.Take().empty()) << "switched off: due, and nothing done";
+    EXPECT_TRUE(Controller().tmUpdate.Enabled());
+    m_Rig->Program.Settings->WriteXMLString("TIMERS", "EVILDB_ENABLED", "1");
+    m_Rig->Services.OnUpdate = [this] { m_Rig->Program.Settings->WriteXMLString("TIMERS", "EVILDB_ENABLED", "0"); };
+    Controller().tmUpdate.Tick();
+    EXPECT_FALSE(Controller().tmUpdate.Enabled());
+}
+
+TEST_F(ControllerWindowTest, AFailingTickIsOneLineAndTheTimerGoesOn) {
+    Run(ShellRig::Section("Timers", "EVILDB_INTERVAL", "0"));
+    m_Rig->Services.OnUpdate = [] { throw RuntimeError(5, "planted"); };
+    Controller().tmUpdate.Tick();
+    EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Update timer error planted"});
+    EXPECT_TRUE(Controller().tmUpdate.Enabled());
+    EXPECT_EQ(Controller().Controller().ActivityCount(), 0);
+}
+
+TEST_F(ControllerWindowTest, SubmissionsRunByTheirPeriodAndAtOnceWhenAsked) {
+    Run(ShellRig::Section("Timers", "SUBDB_INTERVAL", "1"));  // and 2500 ms of this run's own
+    EXPECT_FALSE(Controller().tmSub.Enabled());
+    m_Rig->System.Files.Folders.insert("/app/Data/InProcess");
+    m_Rig->System.Files.Contents["/app/Data/InProcess/a"] = "x";
+    EXPECT_TRUE(Controller().CheckSubmissionRetry());
+    Text runs;
+    for (int tick = 1; tick <= 15; ++tick) {
+        Controller().tmSub.Tick();
+        if (!m_Rig->Services.Take().empty()) runs += std::to_string(tick) + " ";
+    }
+    EXPECT_EQ(runs, "5 10 15 ");
+    Controller().DoSubmission();
+    EXPECT_EQ(Controller().tmSub.Interval(), 1);
+    m_Rig->System.Files.Contents.erase("/app/Data/InProcess/a");
+    Controller().tmSub.Tick();
+    EXPECT_EQ(m_Rig->Services.Take(), Lines{"submissions"});
+    EXPECT_EQ(Controller().tmSub.Interval(), 1000);
+    EXPECT_FALSE(Controller().tmSub.Enabled()) << "nothing is left to send";
+    Controller().DoSubmission();
+    m_Rig->Services.OnSubmissions = [] { throw RuntimeError(5, "planted"); };
+    m_Rig->System.TakeLog();
+    Controller().tmSub.Tick();
+    EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Error Submissions Timer Tick: planted"});
+    EXPECT_EQ(Controller().Controller().ActivityCount(), 0);
+}
+
+TEST_F(ControllerWindowTest, TrayCommandsActOrSayWhichWindowIsMissing) {
+    Run(ShellRig::Section("Main", DebugSwitch(), "1"));
+    m_Rig->Program.LastPanel = 3;
+    for (const char* key : {"DblClick", "menu2", "trawlweb", "help", "about", "unknown", ""}) {
+        Controller().MenuClick(key);
+    }
+    EXPECT_EQ(m_Rig->Services.Take(), (Lines{"panel 3", "panel 2"}));
+    EXPECT_EQ(m_Rig->System.Shell.Opened, Lines{"http://home.example/"});
+    EXPECT_EQ(m_Rig->System.Processes.Started, Lines{"hh.exe /app\\Trawlbeam.chm"});
+    const Text missing = " D 25000 There is no window ";
+    EXPECT_EQ(m_Rig->System.TakeLog(), (Lines{missing + "frmMain", missing + "frmMain", missing + "frmAbout"}));
+    Controller().MenuClick("diag");
+    EXPECT_FALSE(Controller().Visible());
+    EXPECT_EQ(Controller().SysTray()->MenuItem(7)->Caption(), "Show Debu&g Diagnostics");
+    m_Rig->Services.HasWindows = true;
+    Controller().MenuClick("trawldrop");
+    EXPECT_EQ(Controller().SysTray()->MenuItem(9)->Caption(), "Show Trawlbeam &DropZone");
+    // A double click waits until a dialog is closed; the menu's first item does not.
+    m_Rig->Program.ModalDialogOpen = true;
+    Controller().SysTray()->SysTrayDoubleClick.Raise(1);
+    EXPECT_TRUE(m_Rig->Services.Take().empty());
+    m_Rig->Program.ModalDialogOpen = false;
+    Controller().SysTray()->SysTrayDoubleClick.Raise(2);
+    EXPECT_EQ(m_Rig->Services.Take(), Lines{"panel 3"});
+}
+
+TEST_F(ControllerWindowTest, TheDiagnosticsKeepAboutFiveHundredLines) {
+    Run();
+    for (int number = 1; number <= 600; ++number) Controller().DisplayDebugMessage(std::to_string(number));
+    const Text lines = Controller().txtDiags.GetText();
+    EXPECT_EQ(Split(lines, '\n').size(), 500U);
+    EXPECT_EQ(lines.rfind("101\r\n", 0), 0U);
+    EXPECT_EQ(Controller().txtDiags.SelStart(), static_cast<std::int32_t>(lines.size()));
+}
+
+TEST_F(ControllerWindowTest, ExitAsksAndNoKeepsTheProgramRunning) {
+    Run();
+    bool ended = false;
+    m_Rig->Windows.LastUnloadedEvent.Connect([&] { ended = true; });
+    m_Rig->System.Dialogs.Answer = 7;
+    Controller().MenuClick("exit");
+    EXPECT_EQ(m_Rig->System.Dialogs.Shown,
+              Lines{"52|Exit Trawlbeam|Exiting will disable Trawlbeam protection.\r\n\r\nAre you sure you want to exit "
+                    "Trawlbeam?"});
+    EXPECT_FALSE(ended);
+    EXPECT_FALSE(Controller().Controller().NeedToExit());
+    EXPECT_FALSE(Controller().Controller().ConfirmExit());
+    EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Trawlbeam Shutdown 1.0.0"});
+    Text reply;
+    Controller().CheckEvil({"1", "Check", "http://x/"}, reply);
+    EXPECT_EQ(reply, "OK");
+    m_Rig->System.Dialogs.Answer = 6;
+    m_Rig->Services.Take();
+    Controller().MenuClick("exit");
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(m_Rig->Services.Take(), (Lines{"close main", "drop", "close drop zone", "close notifications"}));
+    EXPECT_EQ(m_Rig->Program.Settings, nullptr);
+    EXPECT_NE(m_Rig->System.Files.Contents["/app/Trawlbeam.ini"].find("AutoUpdate"), Text::npos) << "saved";
+    EXPECT_TRUE(m_Rig->Windows.Loaded().empty());
+}
+
+TEST_F(ControllerWindowTest, ExitWaitsForACycleAndAnOwedShutdownDoesNotReturn) {
+    Run(ShellRig::Section("Timers", "EVILDB_INTERVAL", "0"));
+    m_Rig->System.Dialogs.Answer = 7;
+    m_Rig->Services.OnUpdate = [this] {
+        Controller().MenuClick("exit");
+        EXPECT_TRUE(m_Rig->System.Dialogs.Shown.empty()) << "the question comes when the cycle ends";
+    };
+    Controller().tmUpdate.Tick();
+    EXPECT_EQ(m_Rig->System.Dialogs.Shown.size(), 1U);
+    // Answered with No; the next cycle's end must not end the program in silence.
+    m_Rig->Services.OnUpdate = {};
+    Controller().tmUpdate.Tick();
+    EXPECT_TRUE(Controller().IsLoaded());
+    EXPECT_EQ(m_Rig->System.Dialogs.Shown.size(), 1U);
+}
+
+TEST_F(ControllerWindowTest, TheFrameClosesNothingAndTheSessionEndAsksNothing) {
+    Run(ShellRig::Section("Main", DebugSwitch(), "1"));
+    EXPECT_FALSE(Controller().Unload(UnloadMode::User));
+    EXPECT_TRUE(Controller().Visible());
+    // An activity that does not end holds the exit up for half a second at most.
+    Controller().Controller().StartActivity("stuck", false);
+    EXPECT_TRUE(Controller().Unload(UnloadMode::Session));
+    EXPECT_TRUE(m_Rig->System.Dialogs.Shown.empty());
+    EXPECT_EQ(m_Rig->System.Pump.Slept, 500);
+    EXPECT_EQ(m_Rig->System.Pump.Pumped, 10);
+    EXPECT_EQ(m_Rig->System.TakeLog().front(), " D 25000 frmController QueryUnload, CanExit: False Count: 1");
+}
+
+}  // namespace
+}  // namespace tb
