@@ -7,7 +7,7 @@ namespace tb {
 
 namespace {
 
-constexpr std::int64_t MegaByte = 1024 * 1024;
+constexpr std::int64_t MegaByte = 1048576;
 
 Text WithBackslash(const Text& folder) { return folder.empty() || folder.back() == '\\' ? folder : folder + "\\"; }
 
