@@ -29,6 +29,7 @@ bool Start::Main() {
             runs = MakeWindows() && CheckInstallation() && BringUp();
         },
         [&](const RuntimeError& error) {
+            m_HasFailed = true;
             const Text line = ErrorLine(error);
             m_Log.WriteLog(line, LogLevel::Always);
             // Until there is a skin, the program's own message window is not to be had.

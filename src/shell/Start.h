@@ -20,6 +20,8 @@ public:
     // True: the program runs and lives on events. False: a gate or an error stopped it, the user has been told what is
     // to be told, and the process is to be ended at once.
     bool Main();
+    // After Main has answered False: an unexpected error was the reason, not a gate.
+    bool HasFailed() const { return m_HasFailed; }
 
     const std::shared_ptr<frmController>& Controller() const { return m_Controller; }
 
@@ -47,6 +49,7 @@ private:
     StartGates& m_Gates;
     MakeController m_MakeController;
     std::shared_ptr<frmController> m_Controller;
+    bool m_HasFailed = false;
 };
 
 }  // namespace tb

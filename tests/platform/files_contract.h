@@ -133,9 +133,44 @@ TYPED_TEST_P(FilesContract, ListsFilesByTheirFullNames) {
                          "TBDB2.BINX", "two words", std::filesystem::u8path("\xC5\xBElu\xC5\xA5 \xE6\x97\xA5.BIN")}));
 }
 
+TYPED_TEST_P(FilesContract, AppendsToAFileOrMakesIt) {
+    this->Storage().Append(this->In("log"), "one\r\n");
+    this->Storage().Append(this->In("log"), Text("\0\xff", 2));
+    this->Storage().Append(this->In("log"), "");
+    EXPECT_EQ(this->Read(this->In("log")), Text("one\r\n\0\xff", 7));
+    EXPECT_EQ(Raised([&] { this->Storage().Append(this->In("nowhere") / "log", "x"); }), 76);
+}
+
+TYPED_TEST_P(FilesContract, MakesFoldersOfOneLevel) {
+    Files& files = this->Storage();
+    EXPECT_EQ(Raised([&] { files.MakeFolder(this->In("outer") / "inner"); }), 76);
+    files.MakeFolder(this->In("outer"));
+    files.MakeFolder(this->In("outer") / "inner");
+    EXPECT_EQ(Raised([&] { files.MakeFolder(this->In("outer")); }), 0) << "it is there";
+    this->Write(this->In("outer") / "file", "x");
+    EXPECT_TRUE(files.FolderExists(this->In("outer") / "inner"));
+    EXPECT_FALSE(files.FolderExists(this->In("outer") / "file"));
+    EXPECT_FALSE(files.FolderExists(this->In("nowhere")));
+    EXPECT_TRUE(files.Exists(this->In("outer") / "file"));
+    EXPECT_FALSE(files.Exists(this->In("outer")));
+    EXPECT_FALSE(files.Exists(this->In("nowhere") / "file"));
+}
+
+TYPED_TEST_P(FilesContract, DeletesAReadOnlyFileWhoseAttributesWereCleared) {
+    this->Write(this->In("fixed"), "fixed");
+    this->m_Kit.MakeReadOnly(this->In("fixed"));
+    this->Storage().ClearAttributes(this->In("fixed"));
+    EXPECT_FALSE(this->Storage().IsReadOnly(this->In("fixed")));
+    this->Storage().Delete(this->In("fixed"));
+    EXPECT_FALSE(this->Storage().Exists(this->In("fixed")));
+    EXPECT_EQ(Raised([&] { this->Storage().ClearAttributes(this->In("fixed")); }), 53);
+    EXPECT_EQ(Raised([&] { this->Storage().Times(this->In("fixed")); }), 53);
+}
+
 REGISTER_TYPED_TEST_SUITE_P(FilesContract, KeepsEveryByte, EmptiesAFileThatIsWrittenAnew,
                             TellsAMissingFileFromAMissingFolder, TakesNoFolderForAFile, ReplacesInOneStep,
                             LeavesAFileAloneThatIsBeingRead, RefusesToDeleteOrOverwriteAReadOnlyFile,
-                            ListsFilesByTheirFullNames);
+                            ListsFilesByTheirFullNames, AppendsToAFileOrMakesIt, MakesFoldersOfOneLevel,
+                            DeletesAReadOnlyFileWhoseAttributesWereCleared);
 
 }  // namespace tb

@@ -9,108 +9,113 @@ namespace tb {
 
 namespace {
 
-constexpr DWORD StartMs = 30000;
 constexpr DWORD EndMs = 10000;
 constexpr const char* ProgramName = "Trawlbeam.exe";
-constexpr const char* LogName = "stderr.txt";
-constexpr const char* ReadyLine = "Trawlbeam ready: 2 entries\n";
-// "mm/dd/yyyy hh:mm:ss" and three blanks.
-constexpr size_t LogPrefix = 22;
-
-// Programs of a build lie in one folder.
-std::filesystem::path BuiltProgram() {
-    wchar_t name[MAX_PATH];
-    GetModuleFileNameW(nullptr, name, MAX_PATH);
-    return std::filesystem::path(name).parent_path() / ProgramName;
-}
+// "mm/dd/yyyy hh:mm:ss".
+constexpr size_t LogPrefix = 19;
 
 struct NoReferenceData : EvilDBHost {
     Text CategoryName(const Text&) override { return {}; }
     bool IsDebugMode() override { return false; }
 };
 
-OwnedObject OnlyOne() {
-    OwnedObject mutex(CreateMutexA(nullptr, FALSE, "Trawlbeam tests: the one running program"));
-    WaitForSingleObject(mutex.Get(), INFINITE);
-    return mutex;
-}
-
 }  // namespace
 
-RunningProgram::RunningProgram() : m_OnlyOne(OnlyOne()) {
-    if (Top() != nullptr) throw RuntimeError(1, "a program of this name is running already");
-    std::filesystem::copy_file(BuiltProgram(), m_Folder.Path() / ProgramName);
+std::filesystem::path BuiltProgram(const char* name) {
+    wchar_t own[MAX_PATH];
+    GetModuleFileNameW(nullptr, own, MAX_PATH);
+    return std::filesystem::path(own).parent_path() / name;
+}
+
+ProgramFolder::ProgramFolder() {
+    std::filesystem::copy_file(BuiltProgram(ProgramName), Path() / ProgramName);
     WriteSnapshot();
-    StartProcess();
-    WaitUntilReady();
 }
 
-RunningProgram::~RunningProgram() {
-    TerminateProcess(m_Process.Get(), 99);
-    WaitForSingleObject(m_Process.Get(), EndMs);
-    ReleaseMutex(m_OnlyOne.Get());
-}
-
-void RunningProgram::WriteSnapshot() const {
-    std::filesystem::create_directory(m_Folder.Path() / "Data");
+void ProgramFolder::WriteSnapshot() const {
+    std::filesystem::create_directory(Path() / "Data");
     Win32Files files;
     NoReferenceData host;
-    EvilDB list(files, host, m_Folder.Path() / "Data");
+    EvilDB list(files, host, Path() / "Data");
     for (const char* url : Listed) list.AddToDB(url, "2", "11/21/2026");
     if (!list.SaveDB("202611210900", list.Fingerprint())) throw RuntimeError(1, "no snapshot");
 }
 
-void RunningProgram::StartProcess() {
-    SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
-    const OwnedFile log(CreateFileW((m_Folder.Path() / LogName).c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inheritable,
-                                    CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+void ProgramFolder::WriteSetting(const Text& section, const Text& key, const Text& value) const {
+    const auto file = Win32Files().OpenForWriting(Path() / "Trawlbeam.ini");
+    file->Write("<INI DATE='01/01/2026 00:00:00'>\r\n<SECTION name='" + section + "'>\r\n<ELEMENT NAME='" + key + "'>" +
+                value + "</ELEMENT>\r\n</SECTION>\r\n</INI>\r\n");
+    file->Finish();
+}
+
+Text ProgramFolder::Settings() const {
+    Win32Files files;
+    return files.Exists(Path() / "Trawlbeam.ini") ? ReadWholeFile(files, Path() / "Trawlbeam.ini") : Text();
+}
+
+Text ProgramFolder::Log() const {
+    Text lines;
+    for (const auto& name : Win32Files().List(Path() / "Log")) {
+        // The program opens it for writing again and again: others must let it.
+        const OwnedFile file(CreateFileW((Path() / "Log" / name).c_str(), GENERIC_READ,
+                                         FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+        Text whole(GetFileSize(file.Get(), nullptr), '\0');
+        DWORD read = 0;
+        ReadFile(file.Get(), whole.data(), static_cast<DWORD>(whole.size()), &read, nullptr);
+        for (const TextView line : SplitViews(whole, '\n')) {
+            if (line.size() > LogPrefix) lines += RemoveAll(line.substr(LogPrefix), "\r") + "\n";
+        }
+    }
+    return lines;
+}
+
+ProgramProcess::ProgramProcess(const std::filesystem::path& program, const std::wstring& arguments) {
     STARTUPINFOW start{};
     start.cb = sizeof start;
-    start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdError = log.Get();
     PROCESS_INFORMATION made{};
-    const std::filesystem::path program = m_Folder.Path() / ProgramName;
-    if (!CreateProcessW(program.c_str(), nullptr, nullptr, nullptr, TRUE, 0, nullptr, m_Folder.Path().c_str(), &start,
-                        &made)) {
+    std::wstring line = L"program " + arguments;
+    if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                        program.parent_path().c_str(), &start, &made)) {
         throw SystemError("CreateProcess", GetLastError());
     }
     m_Process = OwnedObject(made.hProcess);
-    m_ProcessId = made.dwProcessId;
+    m_Id = made.dwProcessId;
     CloseHandle(made.hThread);
 }
 
+ProgramProcess::~ProgramProcess() {
+    TerminateProcess(m_Process.Get(), 99);
+    WaitForSingleObject(m_Process.Get(), EndMs);
+}
+
+DWORD ProgramProcess::WaitForEnd(DWORD milliseconds) const {
+    WaitForSingleObject(m_Process.Get(), milliseconds);
+    DWORD status = STILL_ACTIVE;
+    GetExitCodeProcess(m_Process.Get(), &status);
+    return status;
+}
+
+RunningProgram::RunningProgram() : RunningProgram(std::make_shared<ProgramFolder>()) {}
+
+RunningProgram::RunningProgram(std::shared_ptr<ProgramFolder> folder)
+    : m_Folder(std::move(folder)), m_Process(m_Folder->Path() / ProgramName) {
+    WaitUntilReady();
+}
+
 void RunningProgram::WaitUntilReady() {
-    const ULONGLONG deadline = GetTickCount64() + StartMs;
-    while (!WholeLog().ends_with(ReadyLine)) {
-        if (WaitForSingleObject(m_Process.Get(), 10) == WAIT_OBJECT_0 || GetTickCount64() > deadline) {
-            throw RuntimeError(1, "the program does not come up: " + WholeLog());
-        }
-    }
-    m_ReadyAt = WholeLog().size();
+    const bool ready = Eventually([this] { return Box() != 0 || m_Process.WaitForEnd(0) != STILL_ACTIVE; });
+    if (!ready || Box() == 0) throw RuntimeError(1, "the program does not come up: " + m_Folder->Log());
+    // The start has returned to the message loop.
+    WaitForInputIdle(Process(), EndMs);
+    m_ReadyAt = m_Folder->Log().size();
 }
 
 HWND RunningProgram::Top() { return ToHwnd(m_Windows.FindTopLevel(NormalClasses.Window, ChannelCaption)); }
 
 WindowHandle RunningProgram::Box() { return m_Windows.FindChild(ToWindowHandle(Top()), NormalClasses.TextBox); }
 
-DWORD RunningProgram::WaitForEnd() const {
-    WaitForSingleObject(m_Process.Get(), EndMs);
-    DWORD status = STILL_ACTIVE;
-    GetExitCodeProcess(m_Process.Get(), &status);
-    return status;
-}
-
-Text RunningProgram::WholeLog() const {
-    const OwnedFile file(CreateFileW((m_Folder.Path() / LogName).c_str(), GENERIC_READ,
-                                     FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
-    Text whole(GetFileSize(file.Get(), nullptr), '\0');
-    DWORD read = 0;
-    ReadFile(file.Get(), whole.data(), static_cast<DWORD>(whole.size()), &read, nullptr);
-    Text lines;
-    for (const TextView line : SplitViews(whole, '\n')) {
-        if (line.size() > LogPrefix) lines += Text(Trim(line.substr(LogPrefix))) + "\n";
-    }
-    return lines;
+DWORD RunningProgram::ExitThroughTray(bool answerYes) {
+    return ProgramProcess(BuiltProgram("tbprobe.exe"), answerYes ? L"--exit" : L"--refuse-exit").WaitForEnd(40000);
 }
 
 }  // namespace tb

@@ -3,48 +3,96 @@
 
 #include "platform/win32/Handle.h"
 #include "platform/win32/Win32WindowText.h"
+#include "windows/OnlyProgram.h"
 #include "windows/ScratchFolder.h"
 
 namespace tb {
 
-// Only one runs at a time in the whole session, because its window's name is fixed: a second object waits for the
-// first, in other processes too. Throws a RuntimeError when the program does not come up.
-class RunningProgram {
+// A program folder as it is installed: the program and a Data folder with a snapshot.
+class ProgramFolder {
 public:
-    // The list that it is started with; category 2, which blocks.
+    // The list in the snapshot; category 2, which blocks.
     static constexpr const char* Listed[] = {"http://evil.example/offer", "https://phish.test"};
     // The answer to a request for a listed site.
     static constexpr const char* Blocked = "Validated: 11/21/2026  (Category: Banking or Credit Card Spoof)";
 
-    RunningProgram();
-    RunningProgram(const RunningProgram&) = delete;
-    RunningProgram& operator=(const RunningProgram&) = delete;
-    // Ends the process if it still runs.
-    ~RunningProgram();
-
-    HANDLE Process() const { return m_Process.Get(); }
-    DWORD ProcessId() const { return m_ProcessId; }
-    // The text box of the channel, and its window.
-    WindowHandle Box();
-    HWND Top();
-
-    // The exit status, or STILL_ACTIVE when it has not ended after ten seconds.
-    DWORD WaitForEnd() const;
-    // What it has logged since it was ready: lines without date and time, each with a line feed.
-    Text Log() const { return WholeLog().substr(m_ReadyAt); }
+    ProgramFolder();
+    const std::filesystem::path& Path() const { return m_Folder.Path(); }
+    // Writes a settings file with one value.
+    void WriteSetting(const Text& section, const Text& key, const Text& value) const;
+    Text Settings() const;
+    // The lines of the log from character 20 on, behind date and time, each with a line feed; empty without a log.
+    Text Log() const;
 
 private:
     void WriteSnapshot() const;
-    void StartProcess();
-    void WaitUntilReady();
-    Text WholeLog() const;
-
-    OwnedObject m_OnlyOne;
     ScratchFolder m_Folder;
-    Win32WindowText m_Windows;
+};
+
+// A process of a program folder, or of any program of the build.
+class ProgramProcess {
+public:
+    explicit ProgramProcess(const std::filesystem::path& program, const std::wstring& arguments = {});
+    ProgramProcess(const ProgramProcess&) = delete;
+    ProgramProcess& operator=(const ProgramProcess&) = delete;
+    // Ends the process if it still runs.
+    ~ProgramProcess();
+
+    HANDLE Handle() const { return m_Process.Get(); }
+    DWORD Id() const { return m_Id; }
+    // The exit status, or STILL_ACTIVE when it has not ended after `milliseconds`.
+    DWORD WaitForEnd(DWORD milliseconds = 10000) const;
+
+private:
     OwnedObject m_Process;
-    DWORD m_ProcessId = 0;
+    DWORD m_Id = 0;
+};
+
+class RunningProgram {
+public:
+    static constexpr auto& Listed = ProgramFolder::Listed;
+    static constexpr const char* Blocked = ProgramFolder::Blocked;
+
+    // Returns when the channel answers. Throws a RuntimeError when the program does not come up.
+    RunningProgram();
+    // In a folder that exists already and was prepared.
+    explicit RunningProgram(std::shared_ptr<ProgramFolder> folder);
+
+    const ProgramFolder& Folder() const { return *m_Folder; }
+    HANDLE Process() const { return m_Process.Handle(); }
+    DWORD ProcessId() const { return m_Process.Id(); }
+    // The text box of the channel, and its window.
+    WindowHandle Box();
+    HWND Top();
+    // Chooses "Exit" in the tray icon's menu and answers the question; the exit status of the tool that does it.
+    static DWORD ExitThroughTray(bool answerYes);
+
+    DWORD WaitForEnd() const { return m_Process.WaitForEnd(); }
+    // What it has logged since it was ready.
+    Text Log() const { return m_Folder->Log().substr(m_ReadyAt); }
+
+private:
+    void WaitUntilReady();
+
+    OnlyProgram m_OnlyOne;
+    std::shared_ptr<ProgramFolder> m_Folder;
+    Win32WindowText m_Windows;
+    ProgramProcess m_Process;
     size_t m_ReadyAt = 0;
 };
+
+// Programs of a build lie in one folder.
+std::filesystem::path BuiltProgram(const char* name);
+
+// Polls until `done`, half a minute at most; whether it came.
+template <typename Condition>
+bool Eventually(Condition done) {
+    const ULONGLONG deadline = GetTickCount64() + 30000;
+    while (!done()) {
+        if (GetTickCount64() > deadline) return false;
+        Sleep(10);
+    }
+    return true;
+}
 
 }  // namespace tb

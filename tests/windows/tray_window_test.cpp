@@ -184,6 +184,7 @@ TEST_F(TrayWindowTest, RequestsAreAnsweredThroughTheBox) {
     ASSERT_EQ(top, m_Tray.hWnd());
     const WindowHandle box = m_Windows.FindChild(top, NormalClasses.TextBox);
     ASSERT_NE(box, 0);
+    EXPECT_EQ(GetWindow(Window(), GW_CHILD), ToHwnd(box)) << "clients take the first child";
     ReplyWindow reply;
     m_Windows.SendText(box, std::to_string(reply.Window()) + "\tCheck\thttp://x/");
     EXPECT_EQ(reply.Take(), "judged http://x/");

@@ -84,5 +84,32 @@ TEST_F(Win32FilesTest, RefusesToOpenAReadOnlyFileForWriting) {
     EXPECT_EQ(ReadWholeFile(m_Files, m_Target), "old");
 }
 
+TEST_F(Win32FilesTest, LetsOthersReadAFileThatIsAppendedTo) {
+    m_Files.Append(m_Target, "one");
+    const OwnedFile reader = HoldByAnother();
+    EXPECT_EQ(Raised([&] { m_Files.Append(m_Target, " two"); }), 0);
+    char content[16] = "";
+    DWORD read = 0;
+    ReadFile(reader.Get(), content, sizeof content - 1, &read, nullptr);
+    EXPECT_STREQ(content, "one two");
+}
+
+TEST_F(Win32FilesTest, TellsLocalTimes) {
+    Write("x");
+    // 21 November 2026 at 13:14:15, universal time.
+    const SYSTEMTIME moment{2026, 11, 0, 21, 13, 14, 15, 0};
+    FILETIME changed{};
+    SystemTimeToFileTime(&moment, &changed);
+    {
+        const OwnedFile file(CreateFileW(m_Target.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                         nullptr, OPEN_EXISTING, 0, nullptr));
+        ASSERT_TRUE(SetFileTime(file.Get(), nullptr, nullptr, &changed));
+    }
+    SYSTEMTIME local{};
+    SystemTimeToTzSpecificLocalTime(nullptr, &moment, &local);
+    EXPECT_EQ(m_Files.Times(m_Target).Modified,
+              Date(CivilDate{local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond}));
+}
+
 }  // namespace
 }  // namespace tb

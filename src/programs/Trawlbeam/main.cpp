@@ -1,76 +1,98 @@
-// The program: the platform's objects, the service over them, the channel's window, the message loop.
+// The program: the system's objects, the start chain over them, the message loop.
 #include <windows.h>
 
-#include "base/errors.h"
 #include "components/tbBHBridge/ChannelNames.h"
-#include "platform/win32/ChannelWindow.h"
 #include "platform/win32/MessageLoop.h"
-#include "platform/win32/StderrLog.h"
+#include "platform/win32/RegionalSettings.h"
 #include "platform/win32/Win32Clock.h"
 #include "platform/win32/Win32Dialogs.h"
-#include "platform/win32/Win32Errors.h"
+#include "platform/win32/Win32FileVersions.h"
 #include "platform/win32/Win32Files.h"
+#include "platform/win32/Win32Machine.h"
+#include "platform/win32/Win32Processes.h"
+#include "platform/win32/Win32Pump.h"
+#include "platform/win32/Win32Random.h"
+#include "platform/win32/Win32Registry.h"
+#include "platform/win32/Win32Resources.h"
+#include "platform/win32/Win32Shell.h"
+#include "platform/win32/Win32Sound.h"
+#include "platform/win32/Win32TrayIcon.h"
 #include "platform/win32/Win32WindowText.h"
-#include "shell/TrawlbeamService.h"
+#include "programs/Trawlbeam/Deployment.h"
+#include "shell/Start.h"
+#include "shell/helpers/GeneralHelpers.h"
+#include "ui/window/win32/Win32WindowSystem.h"
 
 namespace {
 
-constexpr UINT BrokenChannelStatus = 3;
+// How the process ends: after the user's exit or a stop that a gate of the start asked for, when it could not come up,
+// and when a request broke the channel's contract.
+constexpr std::int32_t DoneStatus = 0;
+constexpr std::int32_t FailedStatus = 1;
+constexpr std::int32_t BrokenChannelStatus = 3;
 
-std::filesystem::path AppPath() {
-    std::wstring name(MAX_PATH, L'\0');
-    for (;;) {
-        const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
-        if (length == 0) throw tb::SystemError("GetModuleFileName", GetLastError());
-        if (length < name.size()) {
-            name.resize(length);
-            return std::filesystem::path(name).parent_path();
-        }
-        name.resize(name.size() * 2);
+class Program {
+public:
+    int Run() {
+        m_Forms.LastUnloadedEvent.Connect([] { tb::EndMessageLoop(DoneStatus); });
+        // At once: nothing waits for the windows that the start may have made.
+        if (!m_Start.Main()) m_Processes.Exit(m_Start.HasFailed() ? FailedStatus : DoneStatus);
+        return tb::RunMessageLoop();
     }
-}
 
-// Does what a text of the channel asks for.
-void Serve(const tb::TrawlbeamService& service, tb::WindowText& windows, tb::LogSink& log, const tb::Text& line) {
-    using Kind = tb::ChannelResult::Kind;
-    const tb::ChannelResult result = service.HandleChannelText(line);
-    switch (result.What) {
-    case Kind::Nothing: break;
-    case Kind::WakeUp: break;  // there is no main window to show
-    case Kind::Reply: windows.SendText(result.ReplyWindow, result.Text); break;
-    case Kind::Broken:
-        // The first field is a contract. The one place where the program ends on purpose without being asked: at once,
-        // without a dialog and without an exception through the window procedure.
-        log.WriteLog(result.Text, tb::LogLevel::Always);
-        TerminateProcess(GetCurrentProcess(), BrokenChannelStatus);
+private:
+    tb::Win32WindowSystem::ClassNames ClassNames() {
+        const tb::ChannelClasses& names = tb::IsDevelopmentRun(m_App) ? tb::DevelopmentClasses : tb::NormalClasses;
+        return {names.Window, names.TextBox};
     }
-}
+    std::shared_ptr<tb::frmController> MakeController() {
+        return std::make_shared<tb::frmController>(
+            m_Forms, tb::frmController::Parts{m_App, m_Log, m_Services, m_Tray, m_Sound,
+                                              [this](const tb::Text& line) { EndBroken(line); }});
+    }
+    // The first field of a request is a contract. The one place where the program ends on purpose without being asked:
+    // at once, without a dialog and without an exception through the window procedure.
+    [[noreturn]] void EndBroken(const tb::Text& line) {
+        m_Log.WriteLog(line, tb::LogLevel::Always);
+        m_Processes.Exit(BrokenChannelStatus);
+    }
 
-int Run(tb::LogSink& log) {
-    tb::Win32Files files;
-    tb::Win32Dialogs dialogs;
-    tb::Win32WindowText windows;
-    tb::TrawlbeamService service({files, dialogs, log}, AppPath());
-    service.Start();
-    const tb::ChannelWindow channel(
-        {tb::NormalClasses.Window, tb::ChannelCaption, tb::NormalClasses.TextBox},
-        {[&](const tb::Text& line) { Serve(service, windows, log, line); }, [] { tb::EndMessageLoop(0); },
-         [&](const tb::RuntimeError& error) {
-             log.WriteLog("Browser channel error: " + error.Line(), tb::LogLevel::Always);
-         }});
-    log.WriteLog("Trawlbeam ready: " + std::to_string(service.Count()) + " entries", tb::LogLevel::Always);
-    return tb::RunMessageLoop();
-}
+    tb::Win32Clock m_Clock;
+    tb::Win32Random m_Random;
+    tb::Win32Pump m_Pump;
+    tb::Win32Files m_Files;
+    tb::Win32Dialogs m_Dialogs;
+    tb::Win32Resources m_Resources;
+    tb::Win32Processes m_Processes;
+    tb::Win32Shell m_Shell;
+    tb::Win32FileVersions m_FileVersions;
+    tb::Win32Registry m_Registry;
+    tb::Win32Machine m_Machine;
+    tb::Win32WindowText m_WindowText;
+    tb::App m_App{{m_Clock, m_Random, m_Pump, m_Files, m_Dialogs, m_Resources, m_Processes, m_Shell, m_FileVersions,
+                   m_Registry, m_Machine, m_WindowText},
+                  {tb::ProductName, tb::ProgramVersion, tb::HomePage, tb::RegionalSeparators()}};
+    tb::ProgramLog m_Log{m_App};
+    // What handlers of windows and of the icon throw ends here.
+    const std::function<void(const tb::RuntimeError&)> m_Failed = [this](const tb::RuntimeError& error) {
+        m_Log.WriteLog("Window error: " + error.Line(), tb::LogLevel::Always);
+    };
+    tb::Win32WindowSystem m_Windows{ClassNames(), m_Failed};
+    tb::Win32TrayIcon m_Tray{m_Failed};
+    tb::Win32Sound m_Sound;
+    tb::Forms m_Forms{&m_Windows};
+    tb::ControllerServices m_Services;
+    tb::StartGates m_Gates;
+    tb::Start m_Start{m_App, m_Log, m_Gates, [this] { return MakeController(); }};
+};
 
 }  // namespace
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
-    tb::Win32Clock clock;
-    tb::StderrLog log(clock);
-    int status = 1;
-    tb::Trap([&] { status = Run(log); },
-             [&](const tb::RuntimeError& error) {
-                 log.WriteLog("Trawlbeam cannot start: " + error.Line(), tb::LogLevel::Always);
+    int status = FailedStatus;
+    tb::Trap([&] { status = Program().Run(); },
+             [](const tb::RuntimeError& error) {
+                 MessageBoxA(nullptr, error.Line().c_str(), tb::ProductName, MB_ICONERROR | MB_SETFOREGROUND);
              });
     return status;
 }

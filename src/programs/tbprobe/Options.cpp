@@ -36,6 +36,10 @@ ProbeOptions ParseProbeOptions(const std::vector<Text>& words) {
             options.Seconds = Positive(next());
         } else if (word == "--close") {
             options.What = Action::Close;
+        } else if (word == "--exit") {
+            options.What = Action::Exit;
+        } else if (word == "--refuse-exit") {
+            options.What = Action::RefuseExit;
         } else if (word.starts_with("-")) {
             throw Error(ErrorNumber::InvalidCall);
         } else {

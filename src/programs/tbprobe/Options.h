@@ -9,7 +9,7 @@
 namespace tb {
 
 struct ProbeOptions {
-    enum class Action { Requests, Time, Wait, Close };
+    enum class Action { Requests, Time, Wait, Close, Exit, RefuseExit };
     Action What = Action::Requests;
     Text Caption = ChannelCaption;
     // Time: requests in all, for each window; the other window's caption, or none; blocks for each window.

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "platform/TrayIcon.h"
 #include "platform/win32/Handle.h"
 #include "platform/win32/Win32Errors.h"
 #include "programs/tbprobe/Probe.h"
@@ -11,7 +12,63 @@ namespace tb {
 namespace {
 
 constexpr DWORD PollMs = 20;
-constexpr DWORD EndMs = 10000;
+constexpr DWORD StepMs = 10000;
+constexpr DWORD EndMs = 20000;
+constexpr const char* MenuClass = "#32768";
+constexpr const char* DialogClass = "#32770";
+constexpr const char* Question = "Exit Trawlbeam";
+
+// Polls until `done` answers other than null; null after `milliseconds`.
+template <typename Done>
+HWND WaitFor(DWORD milliseconds, Done done) {
+    const ULONGLONG deadline = GetTickCount64() + milliseconds;
+    for (;;) {
+        const HWND found = done();
+        if (found != nullptr || GetTickCount64() >= deadline) return found;
+        Sleep(PollMs);
+    }
+}
+
+// A program by its window.
+class Target {
+public:
+    explicit Target(const Text& caption) {
+        Win32WindowText windows;
+        m_Window = ToHwnd(windows.FindTopLevel(NormalClasses.Window, caption));
+        if (m_Window == nullptr) throw NoChannel{"no channel: no window \"" + caption + "\""};
+        GetWindowThreadProcessId(m_Window, &m_ProcessId);
+        m_Process = OwnedObject(OpenProcess(SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION, FALSE, m_ProcessId));
+        if (!m_Process) throw SystemError("OpenProcess", GetLastError());
+    }
+
+    void Post(UINT message, WPARAM wParam, LPARAM lParam) const {
+        if (!PostMessageA(m_Window, message, wParam, lParam)) throw SystemError("PostMessage", GetLastError());
+    }
+
+    // Its visible window of that class and title, null when there is none.
+    HWND Find(const char* className, const char* title) const {
+        for (HWND window = nullptr; (window = FindWindowExA(nullptr, window, className, title)) != nullptr;) {
+            DWORD owner = 0;
+            GetWindowThreadProcessId(window, &owner);
+            if (owner == m_ProcessId && IsWindowVisible(window)) return window;
+        }
+        return nullptr;
+    }
+
+    int WaitForEnd(DWORD milliseconds) const {
+        if (WaitForSingleObject(m_Process.Get(), milliseconds) != WAIT_OBJECT_0) {
+            throw StillRunning{"the program did not end within " + std::to_string(milliseconds / 1000) + " s"};
+        }
+        DWORD status = 0;
+        if (!GetExitCodeProcess(m_Process.Get(), &status)) throw SystemError("GetExitCodeProcess", GetLastError());
+        return static_cast<int>(status);
+    }
+
+private:
+    HWND m_Window = nullptr;
+    DWORD m_ProcessId = 0;
+    OwnedObject m_Process;
+};
 
 }  // namespace
 
@@ -27,19 +84,32 @@ void WaitForChannel(const Text& caption, int seconds) {
     }
 }
 
-int CloseProgram(const Text& caption) {
-    Win32WindowText windows;
-    const HWND window = ToHwnd(windows.FindTopLevel(NormalClasses.Window, caption));
-    if (window == nullptr) throw NoChannel{"no channel: no window \"" + caption + "\""};
-    DWORD processId = 0;
-    GetWindowThreadProcessId(window, &processId);
-    const OwnedObject process(OpenProcess(SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
-    if (!process) throw SystemError("OpenProcess", GetLastError());
-    if (!PostMessageA(window, WM_CLOSE, 0, 0)) throw SystemError("PostMessage", GetLastError());
-    if (WaitForSingleObject(process.Get(), EndMs) != WAIT_OBJECT_0) throw SystemError("the program did not end", EndMs);
-    DWORD status = 0;
-    if (!GetExitCodeProcess(process.Get(), &status)) throw SystemError("GetExitCodeProcess", GetLastError());
-    return static_cast<int>(status);
+int CloseServer(const Text& caption) {
+    const Target target(caption);
+    target.Post(WM_CLOSE, 0, 0);
+    return target.WaitForEnd(StepMs);
+}
+
+int ExitThroughTray(const Text& caption, bool answerYes) {
+    const Target target(caption);
+    // The menu that is open belongs to no other process's reach but the keyboard: upwards from nothing is its last
+    // item.
+    target.Post(TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
+    if (WaitFor(StepMs, [&] { return target.Find(MenuClass, nullptr); }) == nullptr) {
+        throw StillRunning{"the tray icon's menu did not open"};
+    }
+    target.Post(WM_KEYDOWN, VK_UP, 0);
+    target.Post(WM_KEYDOWN, VK_RETURN, 0);
+    const HWND box = WaitFor(StepMs, [&] { return target.Find(DialogClass, Question); });
+    if (box == nullptr) throw StillRunning{Text("the question \"") + Question + "\" did not come"};
+    PostMessageA(box, WM_COMMAND, answerYes ? IDYES : IDNO, 0);
+    if (answerYes) return target.WaitForEnd(EndMs);
+    const ULONGLONG deadline = GetTickCount64() + StepMs;
+    while (IsWindow(box)) {
+        if (GetTickCount64() >= deadline) throw StillRunning{"the question stays after No"};
+        Sleep(PollMs);
+    }
+    return 0;
 }
 
 }  // namespace tb

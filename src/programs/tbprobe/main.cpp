@@ -20,7 +20,9 @@ constexpr const char* Usage = R"(usage: tbprobe [--caption TEXT] [WHAT]
       --against TEXT  the same for another window, in alternating blocks, and the ratio of the medians
       --blocks K      that many blocks for each window (10)
   --wait SECONDS      returns when the channel is there
-  --close             closes the program and waits for its end; its exit status is printed
+  --exit              chooses "Exit" in the tray icon's menu, answers Yes and waits for the end; prints the exit status
+  --refuse-exit       the same, but answers No; the program goes on
+  --close             asks the window to close, which ends servers of measurements, and waits for the end
   --caption TEXT      talks to the window of that caption instead of to the program's own
 Exit status: 0 done, 1 wrong command line or a failure, 2 no channel.
 )";
@@ -47,17 +49,20 @@ void AnswerRequests(const tb::Text& caption) {
     }
 }
 
+int Ended(int status) {
+    std::printf("ended, exit status %d\n", status);
+    return status == 0 ? 0 : 1;
+}
+
 int Run(const tb::ProbeOptions& options) {
     using Action = tb::ProbeOptions::Action;
     switch (options.What) {
     case Action::Requests: AnswerRequests(options.Caption); break;
     case Action::Time: tb::PrintRoundTrips(options); break;
     case Action::Wait: tb::WaitForChannel(options.Caption, options.Seconds); break;
-    case Action::Close: {
-        const int status = tb::CloseProgram(options.Caption);
-        std::printf("closed, exit status %d\n", status);
-        return status == 0 ? 0 : 1;
-    }
+    case Action::Close: return Ended(tb::CloseServer(options.Caption));
+    case Action::Exit: return Ended(tb::ExitThroughTray(options.Caption, true));
+    case Action::RefuseExit: return tb::ExitThroughTray(options.Caption, false);
     }
     return 0;
 }
@@ -79,6 +84,9 @@ int main(int argc, char** argv) {
     } catch (const tb::NoChannel& failure) {
         std::fprintf(stderr, "tbprobe: %s\n", failure.Message.c_str());
         return 2;
+    } catch (const tb::StillRunning& failure) {
+        std::fprintf(stderr, "tbprobe: %s\n", failure.Message.c_str());
+        return 1;
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "tbprobe: %s\n", failure.what());
         return 1;

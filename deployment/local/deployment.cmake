@@ -1,0 +1,6 @@
+# What this deployment decides and the program holds.
+
+# The name in every message and file name, and that of the program file.
+set(TRAWLBEAM_PRODUCT_NAME "Trawlbeam")
+# Where "home page" leads when the skin names no address.
+set(TRAWLBEAM_HOME_PAGE "http://127.0.0.1:8765/")
