@@ -9,7 +9,6 @@ namespace tb {
 
 namespace {
 
-constexpr std::int32_t Tick = 1000;
 constexpr std::int32_t KeptLines = 500;
 constexpr std::int32_t SubmissionSpread = 10000;
 

@@ -62,6 +62,9 @@ public:
     Timer& tmSub;
 
 private:
+    // Of both timers, in milliseconds.
+    static constexpr std::int32_t Tick = 1000;
+
     void Loaded();
     void Resized();
     void SetupEvilDB();

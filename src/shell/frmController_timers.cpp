@@ -6,7 +6,6 @@ namespace tb {
 
 namespace {
 
-constexpr std::int32_t Tick = 1000;
 constexpr const char* UpdateActivity = "Auto Check Updates";
 constexpr const char* SubmissionActivity = "Processing Submissions";
 
