@@ -36,12 +36,17 @@ public:
     void Replace(const std::filesystem::path& /*from*/, const std::filesystem::path& /*to*/) override { Refuse(); }
     void Delete(const std::filesystem::path& /*path*/) override { Refuse(); }
     bool IsReadOnly(const std::filesystem::path& /*path*/) override { return true; }
+    FileAttributes Attributes(const std::filesystem::path& /*path*/) override { return 0; }
     void ClearAttributes(const std::filesystem::path& /*path*/) override { Refuse(); }
+    void SetAttributes(const std::filesystem::path& /*path*/, FileAttributes /*attributes*/) override { Refuse(); }
     bool Exists(const std::filesystem::path& /*path*/) override { return true; }
     bool FolderExists(const std::filesystem::path& /*folder*/) override { return true; }
     void MakeFolder(const std::filesystem::path& /*folder*/) override { Refuse(); }
     void Append(const std::filesystem::path& /*path*/, TextView /*bytes*/) override { Refuse(); }
     FileTimes Times(const std::filesystem::path& /*path*/) override { return {}; }
+    void SetTimes(const std::filesystem::path& /*path*/, const FileTimes& /*times*/, bool /*local*/) override {
+        Refuse();
+    }
     std::vector<std::filesystem::path> List(const std::filesystem::path& /*folder*/) override { return {}; }
 
 private:

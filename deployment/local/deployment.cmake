@@ -4,3 +4,5 @@
 set(TRAWLBEAM_PRODUCT_NAME "Trawlbeam")
 # Where "home page" leads when the skin names no address.
 set(TRAWLBEAM_HOME_PAGE "http://127.0.0.1:8765/")
+# Base address of the numbered servers, 1 to 10 for "{?}", that the very first defaults come from.
+set(TRAWLBEAM_SERVER_TEMPLATE "http://127.0.0.{?}:8765/Reference")

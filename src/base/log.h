@@ -15,6 +15,8 @@ public:
     virtual ~LogSink() = default;
     // Never fails: a line that cannot be written is lost.
     virtual void WriteLog(const Text& message, LogLevel level) noexcept = 0;
+    // False when a line of that level would be dropped now: for those who would compose one often, to ask first.
+    virtual bool Writes(LogLevel /*level*/) noexcept { return true; }
 };
 
 }  // namespace tb

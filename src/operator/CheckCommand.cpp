@@ -1,12 +1,16 @@
 #include <chrono>
 #include <cstdio>
 
+#include "base/errors.h"
 #include "operator/Commands.h"
 #include "operator/LastLine.h"
 #include "operator/Options.h"
+#include "operator/ReferenceFile.h"
 #include "operator/SiteList.h"
 #include "operator/StandardStreams.h"
 #include "platform/posix/PosixFiles.h"
+#include "platform/posix/SystemClock.h"
+#include "sitedb/OverDB.h"
 #include "urlcheck/BrowserChannel.h"
 #include "urlcheck/StandaloneVerdictHost.h"
 #include "urlcheck/UrlVerdict.h"
@@ -19,6 +23,34 @@ using Stopwatch = std::chrono::steady_clock;
 
 long long MillisecondsSince(Stopwatch::time_point start) {
     return std::chrono::duration_cast<std::chrono::milliseconds>(Stopwatch::now() - start).count();
+}
+
+// Judges with overrides, which change in memory only, and with the categories of a reference document.
+class CheckHost : public StandaloneVerdictHost {
+public:
+    CheckHost(LogSink& log, OverDB& overrides, const ReferenceFile& reference)
+        : StandaloneVerdictHost(log), m_Overrides(overrides), m_Reference(reference) {}
+
+    bool IsOverride(const Text& url) override { return m_Overrides.IsOverride(url); }
+    void AllowSite(const Text& url) override { m_Overrides.AddToDB(url); }
+    Text CategoryName(const Text& id) override { return m_Reference.CategoryName(id); }
+
+private:
+    OverDB& m_Overrides;
+    const ReferenceFile& m_Reference;
+};
+
+// `log` hears the overrides.
+void LoadOverrides(OverDB& overrides, Files& files, const Text& path, const LastLine& log) {
+    try {
+        // A load would make a file that is not there.
+        files.OpenForReading(path);
+    } catch (const RuntimeError& error) {
+        throw InputError(path + ": " + error.Description);
+    }
+    overrides.LoadDB();
+    const Text failure = log.Or({});
+    if (!failure.empty()) throw InputError(path + ": " + failure);
 }
 
 void LoadSnapshot(EvilDB& evilDB, const Text& path, const LastLine& log) {
@@ -40,35 +72,48 @@ Text Answer(const BrowserChannel& channel, const Text& line, size_t number) {
     return {};
 }
 
+// The number of lines judged.
+size_t AnswerAll(EvilDB& evilDB, VerdictHost& host) {
+    UrlVerdict verdict(evilDB, host);
+    const BrowserChannel channel([&](const std::vector<Text>& args, Text& reply) { verdict.CheckEvil(args, reply); });
+    size_t requests = 0;
+    Text line;
+    for (LineReader lines(0); lines.Next(line);) WriteStandardOutput(Answer(channel, line, ++requests) + "\n");
+    FlushStandardOutput();
+    return requests;
+}
+
 }  // namespace
 
 void CheckCommand(const std::vector<Text>& words) {
-    const Options options(words, {"--list", "--snapshot"}, {"--stats"});
+    const Options options(words, {"--list", "--snapshot", "--overrides", "--reference"}, {"--stats"});
     if (!options.Words().empty()) throw UsageError("unexpected " + options.Words().front());
     if (options.Has("--list") == options.Has("--snapshot")) throw UsageError("give either --list or --snapshot");
 
-    const auto loadStart = Stopwatch::now();
     PosixFiles files;
+    SystemClock clock;
     LastLine log;
-    StandaloneVerdictHost host(log);
+    const auto toLog = [&](const Text& line, LogLevel level) { log.WriteLog(line, level); };
+    const ReferenceFile reference =
+        options.Has("--reference") ? ReferenceFile(files, options.Require("--reference")) : ReferenceFile();
+    OverDB overrides(files, clock, options.Has("--overrides") ? options.Require("--overrides") : Text());
+    overrides.LogMessage.Connect(toLog);
+    if (options.Has("--overrides")) LoadOverrides(overrides, files, options.Require("--overrides"), log);
+    CheckHost host(log, overrides, reference);
     EvilDB evilDB(files, host, {});
-    std::int32_t entries = 0;
-    evilDB.LogMessage.Connect([&](const Text& line, LogLevel level) { log.WriteLog(line, level); });
+    evilDB.LogMessage.Connect(toLog);
+
+    const auto loadStart = Stopwatch::now();
     if (options.Has("--list")) {
         AddSiteList(evilDB, files, options.Require("--list"));
     } else {
         LoadSnapshot(evilDB, options.Require("--snapshot"), log);
     }
-    entries = evilDB.LiveCount();
+    const std::int32_t entries = evilDB.LiveCount();
     const long long loadTime = MillisecondsSince(loadStart);
 
-    UrlVerdict verdict(evilDB, host);
-    const BrowserChannel channel([&](const std::vector<Text>& args, Text& reply) { verdict.CheckEvil(args, reply); });
     const auto checkStart = Stopwatch::now();
-    size_t requests = 0;
-    Text line;
-    for (LineReader lines(0); lines.Next(line);) WriteStandardOutput(Answer(channel, line, ++requests) + "\n");
-    FlushStandardOutput();
+    const size_t requests = AnswerAll(evilDB, host);
     if (options.Has("--stats")) {
         std::fprintf(stderr, "entries=%d load_ms=%lld requests=%zu check_ms=%lld\n", entries, loadTime, requests,
                      MillisecondsSince(checkStart));

@@ -11,6 +11,9 @@ namespace tb {
 // Judges request lines as the browser channel does: one reply a line.
 void CheckCommand(const std::vector<Text>& words);
 
+// Scores lines of a URL and its addresses by reference data: one score and country a line.
+void ScoreCommand(const std::vector<Text>& words);
+
 // Puts a frame around standard input; takes the text out of one.
 void FrameCommand(const std::vector<Text>& words);
 void UnframeCommand(const std::vector<Text>& words);

@@ -17,7 +17,8 @@ Text ReadList(Files& files, const Text& path) {
 
 }  // namespace
 
-void AddSiteList(EvilDB& evilDB, Files& files, const Text& path) {
+void ForEachSiteLine(Files& files, const Text& path,
+                     const std::function<void(size_t number, const std::vector<Text>& fields)>& take) {
     const Text content = ReadList(files, path);
     size_t number = 0;
     for (TextView line : SplitViews(content, '\n')) {
@@ -29,8 +30,13 @@ void AddSiteList(EvilDB& evilDB, Files& files, const Text& path) {
             throw InputError(path + ", line " + std::to_string(number) + ": " + std::to_string(fields.size()) +
                              " fields where URL, category and validated are expected: " + Quoted(line));
         }
-        evilDB.AddToDB(fields[0], fields[1], fields[2]);
+        take(number, fields);
     }
+}
+
+void AddSiteList(EvilDB& evilDB, Files& files, const Text& path) {
+    ForEachSiteLine(files, path,
+                    [&](size_t, const std::vector<Text>& fields) { evilDB.AddToDB(fields[0], fields[1], fields[2]); });
 }
 
 }  // namespace tb

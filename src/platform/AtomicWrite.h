@@ -17,4 +17,11 @@ inline constexpr TextView TemporarySuffix = ".tmp~";
 void WriteFileAtomically(Files& files, const std::filesystem::path& target,
                          const std::function<void(FileWriter&)>& content);
 
+// The same through a temporary file elsewhere on the same disk, for folders in which every file counts.
+void WriteFileAtomically(Files& files, const std::filesystem::path& target, const std::filesystem::path& temporary,
+                         const std::function<void(FileWriter&)>& content);
+
+// Deletes what a killed write of `target` left beside it. What cannot be deleted stays; the next write takes its place.
+void DropUnfinished(Files& files, const std::filesystem::path& target) noexcept;
+
 }  // namespace tb

@@ -33,11 +33,16 @@ public:
     virtual void Finish() = 0;
 };
 
-// Local times, to the second.
+// To the second.
 struct FileTimes {
     Date Created;
     Date Modified;
+    Date Accessed;
 };
+
+// Read-only and the like, as the system counts them: for Attributes and SetAttributes of one system, with no meaning to
+// callers.
+using FileAttributes = std::uint32_t;
 
 class Files {
 public:
@@ -52,15 +57,23 @@ public:
     virtual void Delete(const std::filesystem::path& path) = 0;
     // False also when there is no such file.
     virtual bool IsReadOnly(const std::filesystem::path& path) = 0;
+    virtual FileAttributes Attributes(const std::filesystem::path& path) = 0;
     // Clears read-only, hidden and system.
     virtual void ClearAttributes(const std::filesystem::path& path) = 0;
+    // Gives a file the attributes that it had when Attributes was asked.
+    virtual void SetAttributes(const std::filesystem::path& path, FileAttributes attributes) = 0;
     virtual bool Exists(const std::filesystem::path& path) = 0;
     virtual bool FolderExists(const std::filesystem::path& folder) = 0;
     // One level; a folder that is there is no failure.
     virtual void MakeFolder(const std::filesystem::path& folder) = 0;
     // Opens the file for appending, or makes it, writes and closes it. Others may read it meanwhile.
     virtual void Append(const std::filesystem::path& path, TextView bytes) = 0;
+    // Local times.
     virtual FileTimes Times(const std::filesystem::path& path) = 0;
+    // `local` says whether the times are local ones or universal ones. Local times are those that Times tells later on,
+    // in summer and in winter. Where the system keeps no creation, Times goes on telling the last change for it. 70 for
+    // a read-only file; 5 for a year that the system cannot keep.
+    virtual void SetTimes(const std::filesystem::path& path, const FileTimes& times, bool local) = 0;
     // Names (without folder) of the plain files in a folder, in no particular order. A folder that is not there has
     // none.
     virtual std::vector<std::filesystem::path> List(const std::filesystem::path& folder) = 0;

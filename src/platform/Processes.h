@@ -19,6 +19,8 @@ public:
     virtual bool IsModuleLoaded(const Text& fileName) = 0;
     // Starts a command line in a normal window without waiting for it: the process number, or 0.
     virtual std::uint32_t Start(const Text& commandLine) = 0;
+    // The same for a file that is named apart from the command line, so that the line need not be quoted.
+    virtual std::uint32_t StartProgram(const std::filesystem::path& program, const Text& commandLine) = 0;
     // Sets the limits of this process's working set, in bytes: 0, or the system's error number.
     virtual std::uint32_t SetWorkingSetSize(std::int64_t minimum, std::int64_t maximum) = 0;
     // The system's text for one of its error numbers, at most 254 characters.

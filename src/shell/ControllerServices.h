@@ -2,8 +2,9 @@
 // The answers here are those of a program that has none of them.
 #pragma once
 
+#include <cstdint>
+
 #include "base/text.h"
-#include "urlcheck/VerdictHost.h"
 
 namespace tb {
 
@@ -11,23 +12,21 @@ class ControllerServices {
 public:
     virtual ~ControllerServices() = default;
 
-    // Asks the service for what has changed on the list. Waits for the network, serving messages.
-    virtual void UpdateEvilDB(const Text& /*clientKey*/) {}
-    // Reports the installed versions; False when the service did not take them.
+    // Reports the installed versions; False when the service did not take them. Waits for the network, serving
+    // messages.
     virtual bool SendVersions() { return false; }
     // Whether a program update may be looked for now; `reason` says why not, if there is something to say.
     virtual bool CanUpdate(Text& /*reason*/) { return false; }
     virtual void CheckForUpdates() {}
 
+    // Makes and loads the list of submissions; called once, when the other databases are there.
+    virtual void SetupSubmissions() {}
     // Posts the queue files.
     virtual void ProcessSubmissions() {}
 
-    // User's overrides: does one cover the URL, and add one.
-    virtual bool IsOverride(const Text& /*url*/) { return false; }
-    virtual void AllowSite(const Text& /*url*/) {}
-    virtual UrlScore ScoreURL(const Text& /*url*/, const Text& /*addresses*/) { return {}; }
-
     // Windows. The results tell whether there is such a window.
+    // Adds an override through the list that the user sees.
+    virtual bool AllowInWindow(const Text& /*url*/) { return false; }
     virtual bool ShowMainPanel(std::int16_t /*panel*/) { return false; }
     virtual void CloseMainWindow() {}
     // Inverts the drop zone's visibility and tells the new one.
@@ -46,8 +45,8 @@ public:
     virtual void ShowProgress(std::int16_t /*percent*/) {}
     virtual void CloseSplash() {}
 
-    // The databases go; called once, at the exit.
-    virtual void DropDatabases() {}
+    // The submissions go; called once, at the exit, before the other databases.
+    virtual void DropSubmissions() {}
 };
 
 }  // namespace tb

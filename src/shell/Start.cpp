@@ -72,28 +72,17 @@ bool Start::MakeWindows() {
 }
 
 bool Start::CheckInstallation() {
-    if (m_Gates.CheckInstallPendingUpdates()) {
-        return StopWith("Pending updates to install, exiting", LogLevel::Debug);
-    }
+    if (Stops(m_Gates.CheckInstallPendingUpdates(), "Pending updates to install, exiting")) return false;
     WriteDefaultSettings();
-    if (CheckNameAndPreviousInstance()) {
-        return StopWith("CheckNameAndPrevInstance TRUE, exiting", LogLevel::Debug);
-    }
+    if (Stops(CheckNameAndPreviousInstance(), "CheckNameAndPrevInstance TRUE, exiting")) return false;
     MakeFolders();
     m_Log.PruneLogFiles(m_App.AppPath() + "\\Log\\", KeptLogDays);
     m_App.Components = std::make_unique<ComponentList>();
     m_Gates.AddComponents();
-    if (m_Gates.CheckForMissingComponents()) {
-        return StopWith("CheckForMissingComponents TRUE, exiting", LogLevel::Debug);
-    }
-    if (m_Gates.CheckExpireOrWarnVersion()) {
-        return StopWith("CheckExpireOrWarnVersion TRUE, exiting", LogLevel::Debug);
-    }
+    if (Stops(m_Gates.CheckForMissingComponents(), "CheckForMissingComponents TRUE, exiting")) return false;
+    if (Stops(m_Gates.CheckExpireOrWarnVersion(), "CheckExpireOrWarnVersion TRUE, exiting")) return false;
     if (m_App.NeedToUpdate) m_Log.WriteLog("Need to update TRUE", LogLevel::Debug);
-    if (m_Gates.CheckLoadReferenceData()) {
-        return StopWith("CheckLoadReferenceData TRUE, exiting", LogLevel::Debug);
-    }
-    return true;
+    return !Stops(m_Gates.CheckLoadReferenceData(), "CheckLoadReferenceData TRUE, exiting");
 }
 
 bool Start::BringUp() {
@@ -104,6 +93,16 @@ bool Start::BringUp() {
     FreeMemory(m_App, m_Log);
     m_Controller->Controller().EndActivity(SetupName(), true);
     return true;
+}
+
+bool Start::Stops(bool gate, const Text& line) {
+    // Questions and waits of a gate serve messages: the session may have ended, and the settings are gone with it.
+    if (!m_App.Settings) {
+        ExitTail(false);
+        return true;
+    }
+    if (gate) StopWith(line, LogLevel::Debug);
+    return gate;
 }
 
 bool Start::StopWith(const Text& line, LogLevel level) {
@@ -143,7 +142,7 @@ void Start::StartTrawlbeam() {
             if (m_App.Settings->GetXMLString("MAIN", "SPLASH", "0") == "1") m_Gates.ShowSplash();
             m_Gates.SetupBrowserHelper();
             m_Controller->Setup();
-            m_Gates.SetupTrawlDrop();
+            if (m_App.Settings && IsWindows2000OrLater(m_App)) m_Gates.SetupTrawlDrop();
             m_App.LastPanel = 1;
         },
         [&](const RuntimeError& error) {

@@ -31,6 +31,8 @@ private:
     bool MakeWindows();
     bool CheckInstallation();
     bool BringUp();
+    // What a gate behind the making of the windows says, or the end of the session meanwhile.
+    bool Stops(bool gate, const Text& line);
     bool StopWith(const Text& line, LogLevel level);
     void ExitTail(bool fromItsBeginning);
     Text ErrorLine(const RuntimeError& error);

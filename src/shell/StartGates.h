@@ -23,6 +23,7 @@ public:
     virtual void ShowSplash() {}
     virtual void CloseSplash() {}
     virtual void SetupBrowserHelper() {}
+    // Called only where the system has translucent windows.
     virtual void SetupTrawlDrop() {}
 };
 

@@ -1,5 +1,8 @@
 #include "shell/frmController.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "shell/helpers/GeneralHelpers.h"
@@ -55,6 +58,10 @@ void frmController::Setup() {
     m_Statistics = std::make_unique<UpdateStatistics>(app.System.Clock, lines);
     m_Sounds = std::make_unique<Sounds>(m_Parts.Device, app.ClickSound, app.AlertSound);
     SetupEvilDB();
+    SetupOverDB();
+    if (app.Settings) m_Parts.Services.SetupSubmissions();
+    // The first update served messages: the session may have ended meanwhile.
+    if (!app.Settings) return;
     SetupTimers();
     SetupTray();
 }
@@ -69,17 +76,30 @@ void frmController::SetupEvilDB() {
         if (percent >= 0 && percent <= 100) m_Parts.Services.ShowProgress(static_cast<std::int16_t>(percent + 1));
     });
     m_Verdict = std::make_unique<UrlVerdict>(*m_EvilDB, surroundings);
-    bool corrupt = false;
-    m_EvilDB->RestoreDB(corrupt);
-    m_Parts.Services.UpdateEvilDB(GetClientKey(app));
+    m_EvilDB->EvilAdded.Connect(
+        [this](std::int32_t added, std::int32_t deleted) { m_Statistics->EvilAdded(added, deleted); });
+    const Text key = GetClientKey(app);
+    m_EvilDB->Load(key);
+    if (m_EvilDB) m_EvilDB->Update(key);
+}
+
+void frmController::SetupOverDB() {
+    const App& app = m_Parts.Program;
+    if (!app.Settings) return;
+    m_OverDB = std::make_unique<OverDB>(app.System.Files, app.System.Clock, app.Path() / "Data" / "SiteOverrides.xml",
+                                        app.Product.Separators);
+    m_OverDB->LogMessage.Connect([this](const Text& line, LogLevel level) { WriteLog(line, level); });
+    m_OverDB->LoadDB();
 }
 
 void frmController::SetupTimers() {
     App& app = m_Parts.Program;
     const bool submissions = IsTimerEnabled(app, "SUBDB_ENABLED");
     // Each run of the program gets a phase of its own, so that clients do not all post at the same moment.
-    m_SubmissionPeriod = GetTimerInterval(app, "SUBDB_INTERVAL", DefaultSubmissionSeconds) +
-                         static_cast<std::int32_t>(app.System.Random.Next() * SubmissionSpread);
+    const double period = GetTimerInterval(app, "SUBDB_INTERVAL", DefaultSubmissionSeconds) +
+                          std::floor(app.System.Random.Next() * SubmissionSpread);
+    // Elapsed time goes one tick beyond it.
+    m_SubmissionPeriod = static_cast<std::int32_t>(std::min(period, double{INT32_MAX - Tick}));
     m_CurrentSubmissionPeriod = m_SubmissionPeriod;
     TimerLine("Submission", m_SubmissionPeriod, submissions);
     CheckSubmissionRetry();
@@ -181,12 +201,24 @@ Text frmController::GetXMLString(const Text& section, const Text& key, const Tex
     return settings != nullptr ? settings->GetXMLString(section, key, fallback) : fallback;
 }
 
+void frmController::PlayClickSound() {
+    if (m_Sounds) m_Sounds->PlayClickSound(true);
+}
+
 void frmController::PlayAlertSound() {
     if (m_Sounds) m_Sounds->PlayAlertSound(true);
 }
 
 UrlScore frmController::ScoreURL(const Text& url, const Text& addresses) {
-    return m_Parts.Services.ScoreURL(url, addresses);
+    UrlScore score;
+    score.Flag = m_Parts.Tables.Countries.ScoreURL(url, addresses, score.Score, score.Country);
+    return score;
+}
+
+void frmController::AllowSite(const Text& url) {
+    if (m_Parts.Services.AllowInWindow(url) || !m_OverDB) return;
+    m_OverDB->AddToDB(url);
+    m_OverDB->SaveDB();
 }
 
 void frmController::ShowNotifyURL(const Text& title, const Text& message, const Text& url, std::int32_t width,
@@ -208,6 +240,18 @@ Text frmController::CategoryName(const Text& id) {
     const ElementPtr category = categories->FindElementAttribute2("ID", id);
     if (!category) throw Error(ErrorNumber::ObjectNotSet);
     return category->FindAttributeValue("NAME");
+}
+
+ElementPtr frmController::UpdateServers() {
+    const App& app = m_Parts.Program;
+    // Without defaults there are no servers.
+    return app.Settings ? app.Settings->TryGlobalsElement("SERVERS", "NAME", "EVILDBSVR") : nullptr;
+}
+
+std::unique_ptr<Sender> frmController::MakeUpdateSender() {
+    std::unique_ptr<Sender> sender = m_Parts.MakeSender();
+    sender->Key(GetClientKey(m_Parts.Program));
+    return sender;
 }
 
 }  // namespace tb

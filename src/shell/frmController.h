@@ -4,9 +4,11 @@
 #pragma once
 
 #include "shell/ControllerServices.h"
+#include "shell/SiteTables.h"
 #include "shell/cController.h"
 #include "shell/helpers/App.h"
 #include "shell/helpers/ProgramLog.h"
+#include "sitedb/OverDB.h"
 #include "ui/window/Form.h"
 #include "ui/window/TextBox.h"
 #include "ui/window/Timer.h"
@@ -25,6 +27,9 @@ public:
         App& Program;
         ProgramLog& Log;
         ControllerServices& Services;
+        SiteTables& Tables;
+        // Gives each database a transport of its own.
+        SenderFactory MakeSender;
         TrayIcon& Tray;
         Sound& Device;
         // The channel's contract is broken; `line` is for the log. Ends the process.
@@ -42,10 +47,13 @@ public:
     frmSysTray* SysTray() { return m_frmSysTray.get(); }
     // Null after the exit has dropped it.
     EvilDB* Sites() { return m_EvilDB.get(); }
+    OverDB* Overrides() { return m_OverDB.get(); }
 
     // One request of a browser helper; see UrlVerdict.
     void CheckEvil(const std::vector<Text>& args, Text& reply) noexcept;
 
+    // Of a button that was pressed.
+    void PlayClickSound();
     // Asks for a submission run at once.
     void DoSubmission();
     // Keeps the submission timer running while queue files remain; whether they do.
@@ -68,6 +76,7 @@ private:
     void Loaded();
     void Resized();
     void SetupEvilDB();
+    void SetupOverDB();
     void SetupTimers();
     void SetupTray();
     void BuildTrayMenu();
@@ -77,6 +86,7 @@ private:
     void UpdateTick();
     void FreeMemoryIfDue();
     void UpdateCycle();
+    void ReportVersions();
     void CheckProgramUpdate();
     void SubmissionTick();
     bool SubmissionDue();
@@ -99,22 +109,26 @@ private:
 
     // VerdictHost and EvilDBHost.
     void WriteLog(const Text& message, LogLevel level) noexcept override { m_Parts.Log.WriteLog(message, level); }
+    bool Writes(LogLevel level) noexcept override { return m_Parts.Log.Writes(level); }
     Text GetXMLString(const Text& section, const Text& key, const Text& fallback) override;
     bool IsDebugMode() override { return m_Parts.Log.IsDebugMode(); }
     Text ProductName() override { return m_Parts.Program.Product.ProductName; }
-    bool IsOverride(const Text& url) override { return m_Parts.Services.IsOverride(url); }
-    void AllowSite(const Text& url) override { m_Parts.Services.AllowSite(url); }
+    bool IsOverride(const Text& url) override { return m_OverDB && m_OverDB->IsOverride(url); }
+    void AllowSite(const Text& url) override;
     void PlayAlertSound() override;
     UrlScore ScoreURL(const Text& url, const Text& addresses) override;
     void ShowNotifyURL(const Text& title, const Text& message, const Text& url, std::int32_t width, std::int32_t height,
                        std::int32_t seconds, std::int32_t iconFlags, const Text& callback) override;
     void ShowMessage(const Text& prompt, std::int32_t buttons) override;
     Text CategoryName(const Text& id) override;
+    ElementPtr UpdateServers() override;
+    std::unique_ptr<Sender> MakeUpdateSender() override;
 
     Parts m_Parts;
     // Stays for as long as the window, because its Shutdown is raised inside operations of its own.
     cController m_Controller;
     std::unique_ptr<EvilDB> m_EvilDB;
+    std::unique_ptr<OverDB> m_OverDB;
     std::unique_ptr<UrlVerdict> m_Verdict;
     std::unique_ptr<UpdateStatistics> m_Statistics;
     std::unique_ptr<BrowserChannel> m_Channel;

@@ -63,7 +63,8 @@ void frmController::CaptionDiagnostics(bool shown) {
 
 void frmController::StartHelp() {
     const App& app = m_Parts.Program;
-    app.System.Processes.Start("hh.exe " + app.AppPath() + "\\" + app.HelpFile);
+    if (app.System.Processes.Start("hh.exe " + app.AppPath() + "\\" + app.HelpFile) != 0) return;
+    WriteLog("Error starting help: " + Error(ErrorNumber::FileNotFound).Line(), LogLevel::Always);
 }
 
 void frmController::MissingWindow(const char* window) {

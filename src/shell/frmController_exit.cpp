@@ -56,8 +56,10 @@ void frmController::Unloaded() {
     tmSub.SetEnabled(false);
     m_Parts.Program.HasController = false;
     m_Verdict.reset();
+    m_Parts.Services.DropSubmissions();
     m_EvilDB.reset();
-    m_Parts.Services.DropDatabases();
+    m_OverDB.reset();
+    m_Parts.Tables.WhiteList.reset();
     PrepareShutdown();
     if (m_frmSysTray) m_frmSysTray->Unload(UnloadMode::Code);
     m_Parts.Services.CloseNotifications();

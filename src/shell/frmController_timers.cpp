@@ -48,16 +48,24 @@ void frmController::UpdateCycle() {
     if (!m_Controller.StartActivity(UpdateActivity, false)) return;
     // No cycle may begin inside this one while it waits for the network.
     tmUpdate.SetEnabled(false);
-    m_Parts.Services.UpdateEvilDB(GetClientKey(app));
+    m_EvilDB->Update(GetClientKey(app));
+    // Each wait for the network serves messages: the session may have ended meanwhile, and the settings with it.
+    if (app.Settings) ReportVersions();
+    if (app.Settings) {
+        if (GetXMLString("Main", "AutoUpdate", "0") == "1") CheckProgramUpdate();
+        tmUpdate.SetEnabled(app.Settings && IsTimerEnabled(app, "EVILDB_ENABLED"));
+    }
+    // The last statement: it may end the program.
+    m_Controller.EndActivity(UpdateActivity, false);
+}
+
+void frmController::ReportVersions() {
+    const App& app = m_Parts.Program;
     const Date now = app.System.Clock.Now();
     const bool reported = m_LastVersionReport != Date();
     if (!reported || now.Seconds() - m_LastVersionReport.Seconds() > Date::SecondsPerDay) {
         if (m_Parts.Services.SendVersions()) m_LastVersionReport = app.System.Clock.Now();
     }
-    if (GetXMLString("Main", "AutoUpdate", "0") == "1") CheckProgramUpdate();
-    tmUpdate.SetEnabled(IsTimerEnabled(app, "EVILDB_ENABLED"));
-    // The last statement: it may end the program.
-    m_Controller.EndActivity(UpdateActivity, false);
 }
 
 void frmController::CheckProgramUpdate() {
@@ -102,7 +110,7 @@ bool frmController::CheckSubmissionRetry() {
     App& app = m_Parts.Program;
     bool remain = false;
     Trap([&] { remain = !app.System.Files.List(app.Path() / "Data" / "InProcess").empty(); },
-         [](const RuntimeError&) { /* a folder that cannot be read holds nothing to send */ });
+         [&](const RuntimeError& error) { WriteLog("Error CheckSubmissionRetry: " + error.Line(), LogLevel::Always); });
     if (!remain) return false;
     WriteLog("Submissions remain, process next interval", LogLevel::Debug);
     tmSub.SetEnabled(IsTimerEnabled(app, "SUBDB_ENABLED"));

@@ -1,11 +1,6 @@
 #include "sitedb/EvilDB.h"
 
-#include <algorithm>
-
 #include "base/numbers.h"
-#include "sitedb/EvilDB_record.h"
-#include "sitedb/codec/Encryption.h"
-#include "urlcheck/url/UrlDecode.h"
 
 namespace tb {
 
@@ -15,67 +10,62 @@ EvilDB::EvilDB(Files& files, EvilDBHost& host, std::filesystem::path folder)
       m_Folder(std::move(folder)),
       m_Match("Malicious Database ", [this](const Text& line) { Log(line, LogLevel::Always); }),
       m_LastTimestamp(NoDataStamp) {
-    m_Domains.IgnoreCase(true);
-}
-
-std::int32_t EvilDB::LiveCount() const {
-    std::int64_t count = 0;
-    if (m_Domains.Count() == 0) return 0;
-    for (const EntryListPtr& list : m_Domains.Values()) count += static_cast<std::int64_t>(list->size());
-    return NarrowToInt32(count);
-}
-
-EvilDB::EntryUrl EvilDB::TakeApart(const Text& URL) {
-    EntryUrl entry;
-    entry.Clean = WithoutTrailingSlashes(LowerCase(URL));
-    entry.Decoded = UrlDecode(entry.Clean);
-    entry.Parts = SplitViews(entry.Decoded, '/');
-    return entry;
-}
-
-Text EvilDB::KeyOf(TextView domain) { return ScrambleByLength(domain); }
-
-void EvilDB::AddToDB(const Text& URL, const Text& Category, const Text& Validated) noexcept {
     Trap(
         [&] {
-            const EntryUrl entry = TakeApart(URL);
-            if (entry.Parts.size() < 3) return Log("MalDB.AddToDB: bad entry (" + entry.Clean + ")");
-            Text scrambled = ScrambleByLength(entry.Clean + FieldEnd + Category + FieldEnd + Validated);
-            const Text key = KeyOf(entry.Parts[2]);
-            EntryListPtr list = m_Domains.Item(key);
-            if (!list) {
-                list = std::make_shared<EntryList>();
-                list->push_back(std::move(scrambled));
-                return m_Domains.Add(key, std::move(list));
+            m_Sender = m_Host.MakeUpdateSender();
+            if (m_Sender) m_Sender->Timeout(Sender::DefaultTimeout);
+        },
+        Failure("Malicious Database Initialize Error: "));
+}
+
+std::int32_t EvilDB::Timeout() const noexcept {
+    std::int32_t result = 0;
+    Trap([&] { result = TheSender().Timeout(); }, Failure("Malicious Database Timeout: "));
+    return result;
+}
+
+void EvilDB::Timeout(std::int32_t milliseconds) noexcept {
+    Trap([&] { TheSender().Timeout(milliseconds); }, Failure("Malicious Database Timeout: "));
+}
+
+std::int32_t EvilDB::LiveCount() const { return NarrowToInt32(m_Domains.EntryCount()); }
+
+void EvilDB::AddToDB(TextView URL, TextView Category, TextView Validated) noexcept {
+    Trap(
+        [&] {
+            const SiteUrl url(URL);
+            if (!url.Decoded().HasHost()) return Log("MalDB.AddToDB: bad entry (" + Text(url.Clean()) + ")");
+            const DomainKey key(url.Decoded().Host());
+            const DomainTable::Place place = m_Domains.Find(key, url.Clean());
+            if (place.Entry != 0) {
+                const Record held(m_Domains.Scrambled(place.Entry));
+                return Log("MalDB.AddToDB: dup entry - " + Text(held.Url()) + " (" + Text(held.Category()) + ")");
             }
-            for (const Text& member : *list) {
-                const Record record(member);
-                if (record.Url() != entry.Clean) continue;
-                return Log("MalDB.AddToDB: dup entry - " + Text(record.Url()) + " (" + Text(record.Category()) + ")");
-            }
-            list->push_back(std::move(scrambled));
-            m_Domains.Item(key, std::move(list));
+            const ScrambledRecord record(url.Clean(), Category, Validated);
+            m_Domains.Add(key, place.Slot, url.Clean(), record.Bytes());
         },
         Failure("MalDB.AddToDB Error: "));
 }
 
-void EvilDB::DelFromDB(const Text& URL, const Text& /*Category*/, const Text& /*Validated*/) noexcept {
+void EvilDB::DelFromDB(TextView URL, TextView /*Category*/, TextView /*Validated*/) noexcept {
     Trap(
         [&] {
-            const EntryUrl entry = TakeApart(URL);
-            if (entry.Parts.size() < 3) return Log("MalDB.DelFromDB: bad entry (" + entry.Decoded + ")");
-            const Text domain(entry.Parts[2]);
-            const Text key = KeyOf(domain);
-            const EntryListPtr list = m_Domains.Item(key);
-            if (!list) return Log("MalDB.DelFromDB: no domain (" + domain + ")");
-            const auto found = std::find_if(list->begin(), list->end(),
-                                            [&](const Text& member) { return Record(member).Url() == entry.Clean; });
-            if (found != list->end()) list->erase(found);
-            if (!list->empty()) return;
-            m_Domains.Remove(key);
-            Log("MalDB.DelFromDB: domain removed (" + domain + ")");
+            const SiteUrl url(URL);
+            if (!url.Decoded().HasHost())
+                return Log("MalDB.DelFromDB: bad entry (" + Text(url.Decoded().Whole()) + ")");
+            const TextView domain = url.Decoded().Host();
+            const DomainKey key(domain);
+            const DomainTable::Place place = m_Domains.Find(key, url.Clean());
+            if (place.Slot == 0) return Log("MalDB.DelFromDB: no domain (" + Text(domain) + ")");
+            if (place.Entry == 0 || !m_Domains.Remove(key, place)) return;
+            Log("MalDB.DelFromDB: domain removed (" + Text(domain) + ")");
         },
         Failure("MalDB.DelFromDB Error: "));
+}
+
+Sender& EvilDB::TheSender() const {
+    if (!m_Sender) throw Error(ErrorNumber::ObjectNotSet);
+    return *m_Sender;
 }
 
 }  // namespace tb

@@ -6,10 +6,12 @@
 #include <filesystem>
 #include <memory>
 
+#include "base/date.h"
 #include "base/event.h"
 #include "base/log.h"
+#include "components/tbSender/Sender.h"
 #include "platform/Files.h"
-#include "sitedb/HashTable.h"
+#include "sitedb/DomainTable.h"
 #include "sitedb/SiteMatch.h"
 
 namespace tb {
@@ -21,12 +23,20 @@ public:
     // The name of a category by its ID in the reference data. Error 91 for an unknown ID.
     virtual Text CategoryName(const Text& id) = 0;
     virtual bool IsDebugMode() = 0;
+    // The servers of the update service, asked for before each update: null when the defaults data have none; error 5
+    // when they name no servers at all. A program that never updates has none.
+    virtual ElementPtr UpdateServers() { return nullptr; }
+    // The transport of updates, with the client's identifier set: asked for once, while the list is constructed.
+    virtual std::unique_ptr<Sender> MakeUpdateSender() { return nullptr; }
 };
 
 // Every operation has its trap: a failure gives one line of level 0 through LogMessage and the operation's neutral
 // value; a check then says "not evil", so that the list never blocks a browser by failing.
 class EvilDB {
 public:
+    // Without a folder.
+    using FileName = std::filesystem::path;
+
     // Snapshots lie in `folder`. `files` and `host` must outlive the list.
     EvilDB(Files& files, EvilDBHost& host, std::filesystem::path folder);
     EvilDB(const EvilDB&) = delete;
@@ -36,13 +46,26 @@ public:
     Event<Text, LogLevel> LogMessage;
     // Progress of the load of a start's first file, 0 to 100.
     Event<std::int16_t> EvilLoadPercent;
+    // An update was taken: lines that added and lines that deleted, also those that changed nothing.
+    Event<std::int32_t, std::int32_t> EvilAdded;
 
+    // Limit of each wait for the update service, in milliseconds; 3000 at first. 0 without a transport.
+    std::int32_t Timeout() const noexcept;
+    void Timeout(std::int32_t milliseconds) noexcept;
     // Entries as of the last load or save; not a live count.
     std::int32_t Count() const { return m_Count; }
-    // Entries held now, counted anew.
+    // Entries held now.
     std::int32_t LiveCount() const;
     // "YYYYMMDDHHMM" of the data held; "200001010000" when there is none.
     const Text& LastTimestamp() const { return m_LastTimestamp; }
+
+    // Restores the newest intact snapshot, then updates unless that was the newest of all. Always "".
+    Text Load(const Text& ClientKey) noexcept;
+    // Asks the service for what changed since the stamp held, applies it, saves it as a snapshot and prunes old ones.
+    // Always "": what goes wrong gives one line, the list then keeps what it had reached. While it waits for the
+    // network, messages are served: IsEvil may be called then, another update does nothing, and the list may be
+    // destroyed. Nothing is served while it applies and saves. Format: docs/formats/maldb-exchange.md.
+    Text Update(const Text& ClientKey) noexcept;
 
     // True when an entry of another category than 1 is a prefix of the URL, its host shortened to one of its suffixes.
     // The longest suffix wins, within it the entry added first. Category (by its name) and Validated are set on a hit
@@ -51,9 +74,9 @@ public:
 
     // Adds one entry behind those of its host. A duplicate of the URL is refused (one line of level 1), the stored one
     // stays.
-    void AddToDB(const Text& URL, const Text& Category, const Text& Validated) noexcept;
+    void AddToDB(TextView URL, TextView Category, TextView Validated) noexcept;
     // Removes the entry of that URL, whatever its category and date; one that is not there is no error.
-    void DelFromDB(const Text& URL, const Text& Category, const Text& Validated) noexcept;
+    void DelFromDB(TextView URL, TextView Category, TextView Validated) noexcept;
 
     // Loads the newest snapshot that is intact; files with a wrong fingerprint or stamp are deleted on the way, and
     // `Corrupt` tells so. A file of another version, or one that ends too early, stays and ends the search. False when
@@ -62,38 +85,50 @@ public:
     // Replaces the list by one snapshot. Progress is raised for attempt 0 only. A file named as a snapshot must hold
     // the stamp of its name. After a file that cannot be read to its end it stays open until the next load.
     bool LoadDB(const std::filesystem::path& Path, std::int16_t Attempt) noexcept;
-    // Writes the list as the snapshot of that stamp, whole or not at all. False after a failure.
+    // Writes the list as the snapshot of that stamp, whole or not at all. False after a failure; error 75 for a stamp
+    // that is not twelve digits.
     bool SaveDB(const Text& Stamp, std::int32_t Fingerprint) noexcept;
     // CRC-32 over all scrambled entries in walk order; 0, with a line, for an empty list.
     std::int32_t Fingerprint() noexcept;
 
-private:
-    // The scrambled entries of one domain key, in the order of adding.
-    using EntryList = std::vector<Text>;
-    using EntryListPtr = std::shared_ptr<EntryList>;
+    // Deletes the oldest snapshots until `Keep` are left, FindRetainedFile's never.
+    void PruneFiles(std::int16_t Keep, const Text& NewestStamp) noexcept;
+    // Of the snapshots at least one day older than NewestStamp the newest one, or an empty name. Raises error 13 for a
+    // stamp that is no date.
+    static FileName FindRetainedFile(const std::vector<FileName>& Names, const Text& NewestStamp);
+    // The moment of a stamp. Raises error 13 when it does not begin with the twelve digits of one.
+    static Date StampToDate(TextView Stamp);
+    // The smallest name of a snapshot in text order, `Exclude` passed over, and the largest one. Empty when there is
+    // none.
+    FileName MinFileVersion(const FileName& Exclude) noexcept;
+    FileName MaxFileVersion() noexcept;
 
-    // An entry's URL as it is stored, and the parts of its decoded form.
-    struct EntryUrl {
-        Text Clean;
-        Text Decoded;
-        std::vector<TextView> Parts;  // of Decoded
+private:
+    // Lines of an update.
+    struct Changes {
+        std::int32_t Added = 0;
+        std::int32_t Deleted = 0;
     };
 
-    static EntryUrl TakeApart(const Text& URL);
-    static Text KeyOf(TextView domain);
+    // Error 91 without one.
+    Sender& TheSender() const;
     bool FindHit(TextView loweredUrl, Text& Category, Text& Validated);
-    bool MatchList(const EntryList& list, TextView candidate, Text& Category, Text& Validated);
-    // The last file name in text order of those that begin with "TBDB" and end in ".BIN", or an empty one.
-    std::filesystem::path MaxFileVersion() noexcept;
+    bool MatchList(DomainTable::Position list, TextView candidate, Text& Category, Text& Validated);
     void LoadEntries(class SnapshotReader& reader, std::int16_t Attempt);
-    void AddLoaded(const Text& entry);
+    void AddLoaded(TextView entry);
+    std::vector<FileName> SnapshotNames();
+    void TakeReply(const Text& error, Text reply);
+    void TakeChanges(TextView plain);
+    void Apply(TextView line, bool logged, Changes& changes);
+    Text SinceStamp() const { return " - TS=" + m_LastTimestamp; }
     void Log(const Text& message, LogLevel level = LogLevel::Debug) const { LogMessage.Raise(message, level); }
     // The handler of an operation's trap.
     auto Failure(const char* text) const {
         return [this, text](const RuntimeError& error) { Log(text + error.Line(), LogLevel::Always); };
     }
 
-    HashTable<EntryListPtr> m_Domains;
+    DomainTable m_Domains;
+    std::shared_ptr<Sender> m_Sender;
     Files& m_Files;
     EvilDBHost& m_Host;
     std::filesystem::path m_Folder;
@@ -101,6 +136,7 @@ private:
     std::unique_ptr<FileReader> m_OpenFile;
     Text m_LastTimestamp;
     std::int32_t m_Count = 0;
+    bool m_IsUpdating = false;
 };
 
 }  // namespace tb

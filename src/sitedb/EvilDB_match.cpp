@@ -3,7 +3,6 @@
 #include "base/numbers.h"
 #include "sitedb/EvilDB.h"
 #include "sitedb/EvilDB_record.h"
-#include "urlcheck/url/UrlDecode.h"
 
 namespace tb {
 
@@ -29,16 +28,16 @@ bool EvilDB::FindHit(TextView loweredUrl, Text& Category, Text& Validated) {
     const int last = std::max(highest - 1, 0);
     for (int first = 0; first <= last; ++first) {
         const Text suffix = m_Match.SubJoin(labels, static_cast<std::int16_t>(first), highest, ".");
-        const EntryListPtr list = m_Domains.Item(KeyOf(suffix));
-        if (list && MatchList(*list, m_Match.Substitution(urlParts, 2, suffix), Category, Validated)) return true;
+        const DomainTable::Position list = m_Domains.First(DomainKey(suffix));
+        if (list != 0 && MatchList(list, m_Match.Substitution(urlParts, 2, suffix), Category, Validated)) return true;
     }
     return false;
 }
 
-bool EvilDB::MatchList(const EntryList& list, TextView candidate, Text& Category, Text& Validated) {
-    for (const Text& member : list) {
-        const Record record(member);
-        const bool matches = SiteMatch::InitialMatch(candidate, UrlDecode(record.Url()));
+bool EvilDB::MatchList(DomainTable::Position list, TextView candidate, Text& Category, Text& Validated) {
+    for (auto entry = list; entry != 0; entry = m_Domains.Next(entry, list)) {
+        const Record record(m_Domains.Scrambled(entry));
+        const bool matches = SiteMatch::InitialMatch(candidate, DecodedUrl(record.Url()).Whole());
         // The number is read whether or not the URL matches: one that is none fails the whole search.
         const bool counts = ToDouble(record.Category()) != PassedOverCategory;
         if (!matches || !counts) continue;

@@ -9,25 +9,7 @@ namespace tb {
 
 namespace {
 
-constexpr TextView FilePrefix = "TBDB";
-constexpr TextView FileExtension = ".BIN";
 constexpr std::int32_t ProgressStep = 100;
-
-// A file name as text, for comparing and for the log. Only names of plain ASCII can be snapshots.
-Text NameText(const std::filesystem::path& path) {
-    const std::u8string name = path.filename().u8string();
-    return {name.begin(), name.end()};
-}
-
-// What stands between prefix and extension; False for a name of another form. Case does not count, as in a listing.
-bool StampOfName(TextView name, Text& stamp) {
-    if (name.size() < FilePrefix.size() + FileExtension.size()) return false;
-    const size_t length = name.size() - FilePrefix.size() - FileExtension.size();
-    if (UpperCase(Left(name, FilePrefix.size())) != FilePrefix) return false;
-    if (UpperCase(name.substr(FilePrefix.size() + length)) != FileExtension) return false;
-    stamp = name.substr(FilePrefix.size(), length);
-    return true;
-}
 
 bool HasStampOfItsName(const std::filesystem::path& path, const Text& stamp) {
     Text named;
@@ -88,19 +70,19 @@ bool EvilDB::LoadDB(const std::filesystem::path& Path, std::int16_t Attempt) noe
 
 void EvilDB::LoadEntries(SnapshotReader& reader, std::int16_t Attempt) {
     for (std::int32_t done = 0; done < m_Count; ++done) {
-        AddLoaded(reader.ReadEntry());
+        AddLoaded(reader.NextEntry());
         if (Attempt == 0 && done % ProgressStep == 0) {
             EvilLoadPercent.Raise(NarrowToInt16(RoundToInt32(done * 100.0 / m_Count)));
         }
     }
 }
 
-void EvilDB::AddLoaded(const Text& entry) {
+void EvilDB::AddLoaded(TextView entry) {
     const Record record(entry);
     if (record.FieldCount() == 3) {
-        AddToDB(Text(record.Url()), Text(record.Category()), Text(record.Validated()));
+        AddToDB(record.Url(), record.Category(), record.Validated());
     } else {
-        Log("MalDB.LoadDB: bad entry (" + record.Plain() + ")");
+        Log("MalDB.LoadDB: bad entry (" + Text(record.Plain()) + ")");
     }
 }
 
@@ -109,21 +91,14 @@ bool EvilDB::SaveDB(const Text& Stamp, std::int32_t Fingerprint) noexcept {
     Trap(
         [&] {
             // A stamp comes from a service: it names a file of this folder and nothing else.
-            if (Stamp.find_first_of(TextView("/\\:\0", 4)) != Text::npos) throw Error(ErrorNumber::PathFileAccess);
-            const std::vector<EntryListPtr> lists =
-                m_Domains.Count() == 0 ? std::vector<EntryListPtr>() : m_Domains.Values();
-            std::int64_t total = 0;
-            for (const EntryListPtr& list : lists) total += static_cast<std::int64_t>(list->size());
-            const std::int32_t count = NarrowToInt32(total);
-            WriteFileAtomically(m_Files, m_Folder / (Text(FilePrefix) + Stamp + Text(FileExtension)),
-                                [&](FileWriter& file) {
-                                    SnapshotWriter writer(file);
-                                    writer.WriteHeader({SnapshotHeader::KnownVersion, Stamp, Fingerprint, count});
-                                    for (const EntryListPtr& list : lists) {
-                                        for (const Text& member : *list) writer.WriteEntry(member);
-                                    }
-                                    writer.Flush();
-                                });
+            if (!IsStamp(Stamp)) throw Error(ErrorNumber::PathFileAccess);
+            const std::int32_t count = LiveCount();
+            WriteFileAtomically(m_Files, m_Folder / SnapshotName(Stamp), [&](FileWriter& file) {
+                SnapshotWriter writer(file);
+                writer.WriteHeader({SnapshotHeader::KnownVersion, Stamp, Fingerprint, count});
+                m_Domains.Walk([&](TextView entry) { writer.WriteEntry(entry); });
+                writer.Flush();
+            });
             m_Count = count;
             saved = true;
         },
@@ -135,26 +110,12 @@ std::int32_t EvilDB::Fingerprint() noexcept {
     std::int32_t running = 0;
     Trap(
         [&] {
+            if (m_Domains.Count() == 0) throw Error(ErrorNumber::Subscript);
             const cCRC32 crc;
-            for (const EntryListPtr& list : m_Domains.Values()) {
-                for (const Text& member : *list) running = crc.GetStringCrc32(member, running);
-            }
+            m_Domains.Walk([&](TextView entry) { running = crc.GetStringCrc32(entry, running); });
         },
         Failure("Malicious Database Fingerprint Error: "));
     return running;
-}
-
-std::filesystem::path EvilDB::MaxFileVersion() noexcept {
-    std::filesystem::path largest;
-    Trap(
-        [&] {
-            Text stamp;
-            for (const std::filesystem::path& name : m_Files.List(m_Folder)) {
-                if (StampOfName(NameText(name), stamp) && NameText(name) > NameText(largest)) largest = name;
-            }
-        },
-        Failure("Malicious Database MaxFileVersion Error: "));
-    return largest;
 }
 
 }  // namespace tb

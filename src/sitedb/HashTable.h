@@ -11,36 +11,46 @@ namespace tb {
 template <typename Value>
 class HashTable {
 public:
-    bool IgnoreCase() const { return m_Slots.IgnoreCase(); }
+    bool IgnoreCase() const { return m_IgnoreCase; }
     // Keys that differ only in the case of letters become one, upper-cased. Error 1001 unless the table is empty.
-    void IgnoreCase(bool ignore) { m_Slots.IgnoreCase(ignore); }
+    void IgnoreCase(bool ignore) {
+        if (Count() != 0) throw RuntimeError(1001, "The Hash Table isn't empty");
+        m_IgnoreCase = ignore;
+    }
 
-    bool Exists(const Text& key) const { return m_Slots.Find(key) != 0; }
+    bool Exists(const Text& key) const { return Find(Folded(key)) != 0; }
 
     // Error 457 when the key is present; its value stays.
     void Add(const Text& key, Value value) {
-        bool created = false;
-        const std::int32_t slot = m_Slots.FindOrCreate(key, created);
-        if (!created) throw Error(ErrorNumber::DuplicateKey);
-        Store(slot, std::move(value));
+        const Text folded = Folded(key);
+        if (Find(folded) != 0) throw Error(ErrorNumber::DuplicateKey);
+        Create(folded, std::move(value));
     }
 
     // The value, or the empty value when the key is absent.
     Value Item(const Text& key) const {
-        const std::int32_t slot = m_Slots.Find(key);
-        return slot == 0 ? Value() : m_Values[static_cast<size_t>(slot)];
+        const std::int32_t slot = Find(Folded(key));
+        return slot == 0 ? Value() : At(slot).Held;
     }
     // Stores, creating the key if needed.
     void Item(const Text& key, Value value) {
-        bool created = false;
-        const std::int32_t slot = m_Slots.FindOrCreate(key, created);
-        Store(slot, std::move(value));
+        const Text folded = Folded(key);
+        if (const std::int32_t slot = Find(folded); slot != 0) {
+            m_Items[static_cast<size_t>(slot)].Held = std::move(value);
+        } else {
+            Create(folded, std::move(value));
+        }
     }
 
     // Error 5 when the key is absent. The value lives on until the slot is used again.
-    void Remove(const Text& key) { m_Slots.Remove(key); }
+    void Remove(const Text& key) {
+        const Text folded = Folded(key);
+        const std::int32_t slot = Find(folded);
+        if (slot == 0) throw Error(ErrorNumber::InvalidCall);
+        m_Slots.Remove(slot, SlotPlace(folded));
+    }
     void RemoveAll() {
-        std::vector<Value>().swap(m_Values);
+        std::vector<KeyAndValue>().swap(m_Items);
         m_Slots.RemoveAll();
     }
 
@@ -52,7 +62,7 @@ public:
     std::vector<Text> Keys() const {
         std::vector<Text> keys;
         keys.reserve(static_cast<size_t>(Count()));
-        for (const std::int32_t slot : m_Slots.Walk()) keys.push_back(m_Slots.KeyOf(slot));
+        m_Slots.Walk([&](std::int32_t slot) { keys.push_back(At(slot).Key); });
         return keys;
     }
 
@@ -61,18 +71,30 @@ public:
         if (Count() == 0) throw Error(ErrorNumber::Subscript);
         std::vector<Value> values;
         values.reserve(static_cast<size_t>(Count()));
-        for (const std::int32_t slot : m_Slots.Walk()) values.push_back(m_Values[static_cast<size_t>(slot)]);
+        m_Slots.Walk([&](std::int32_t slot) { values.push_back(At(slot).Held); });
         return values;
     }
 
 private:
-    void Store(std::int32_t slot, Value value) {
-        if (m_Values.size() < m_Slots.SlotCount()) m_Values.resize(m_Slots.SlotCount());
-        m_Values[static_cast<size_t>(slot)] = std::move(value);
+    struct KeyAndValue {
+        Text Key;
+        Value Held{};
+    };
+
+    Text Folded(const Text& key) const { return m_IgnoreCase ? UpperCase(key) : key; }
+    const KeyAndValue& At(std::int32_t slot) const { return m_Items[static_cast<size_t>(slot)]; }
+    std::int32_t Find(const Text& folded) const {
+        return m_Slots.Find(SlotPlace(folded), [&](std::int32_t slot) { return At(slot).Key == folded; });
+    }
+    void Create(const Text& folded, Value value) {
+        // Room first, for the case that the slots have to grow by one more.
+        if (m_Items.size() <= m_Slots.SlotCount()) m_Items.resize(m_Slots.SlotCount() + 1);
+        m_Items[static_cast<size_t>(m_Slots.Create(SlotPlace(folded)))] = {folded, std::move(value)};
     }
 
     HashSlots m_Slots;
-    std::vector<Value> m_Values;  // by slot
+    std::vector<KeyAndValue> m_Items;  // by slot
+    bool m_IgnoreCase = false;
 };
 
 }  // namespace tb

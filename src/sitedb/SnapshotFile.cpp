@@ -1,6 +1,5 @@
 #include "sitedb/SnapshotFile.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "base/errors.h"
@@ -11,11 +10,36 @@ namespace tb {
 
 namespace {
 
-constexpr size_t BufferSize = 65536;
+constexpr size_t ReadSize = 1U << 16;
+// More at a time makes writing cheaper.
+constexpr size_t WriteSize = 1U << 18;
+
+constexpr TextView FilePrefix = "TBDB";
+constexpr TextView FileExtension = ".BIN";
 
 }  // namespace
 
-SnapshotReader::SnapshotReader(FileReader& file) : m_File(file), m_Left(file.Size()), m_Buffer(BufferSize) {}
+bool IsStamp(TextView text) {
+    return text.size() == StampLength && text.find_first_not_of("0123456789") == TextView::npos;
+}
+
+Text SnapshotName(const Text& stamp) { return Text(FilePrefix) + stamp + Text(FileExtension); }
+
+bool StampOfName(TextView name, Text& stamp) {
+    if (name.size() < FilePrefix.size() + FileExtension.size()) return false;
+    const size_t length = name.size() - FilePrefix.size() - FileExtension.size();
+    if (UpperCase(Left(name, FilePrefix.size())) != FilePrefix) return false;
+    if (UpperCase(name.substr(FilePrefix.size() + length)) != FileExtension) return false;
+    stamp = name.substr(FilePrefix.size(), length);
+    return true;
+}
+
+Text NameText(const std::filesystem::path& path) {
+    const std::u8string name = path.filename().u8string();
+    return {name.begin(), name.end()};
+}
+
+SnapshotReader::SnapshotReader(FileReader& file) : m_File(file), m_Left(file.Size()), m_Buffer(ReadSize) {}
 
 SnapshotHeader SnapshotReader::ReadHeader() {
     SnapshotHeader header;
@@ -27,41 +51,40 @@ SnapshotHeader SnapshotReader::ReadHeader() {
     return header;
 }
 
-Text SnapshotReader::ReadEntry() { return ReadCounted(); }
-
 std::int32_t SnapshotReader::ReadNumber(size_t bytes) {
-    char raw[4];
-    ReadBytes(raw, bytes);
+    const char* raw = Take(bytes);
     std::uint32_t value = 0;
     for (size_t index = bytes; index-- > 0;) value = value << 8 | static_cast<std::uint8_t>(raw[index]);
     return static_cast<std::int32_t>(value);
 }
 
-Text SnapshotReader::ReadCounted() {
+TextView SnapshotReader::ReadCounted() {
     const std::int32_t length = ReadNumber(4);
     if (length < 0) throw Error(ErrorNumber::InvalidCall);
-    if (static_cast<std::uint64_t>(length) > m_Left) throw Error(ErrorNumber::EndOfFile);
-    Text bytes(static_cast<size_t>(length), '\0');
-    ReadBytes(bytes.data(), bytes.size());
-    return bytes;
+    const auto count = static_cast<size_t>(length);
+    return {Take(count), count};
 }
 
-void SnapshotReader::ReadBytes(char* target, size_t count) {
+const char* SnapshotReader::Take(size_t count) {
     if (count > m_Left) throw Error(ErrorNumber::EndOfFile);
-    m_Left -= count;
-    while (count > 0) {
-        if (m_Position == m_Filled) {
-            m_Position = 0;
-            m_Filled = m_File.Read(m_Buffer.data(), m_Buffer.size());
-            if (m_Filled == 0) throw Error(ErrorNumber::EndOfFile);
+    if (count > m_Filled - m_Position) {
+        std::memmove(m_Buffer.data(), m_Buffer.data() + m_Position, m_Filled - m_Position);
+        m_Filled -= m_Position;
+        m_Position = 0;
+        if (count > m_Buffer.size()) m_Buffer.resize(count);
+        while (m_Filled < count) {
+            const size_t read = m_File.Read(m_Buffer.data() + m_Filled, m_Buffer.size() - m_Filled);
+            if (read == 0) throw Error(ErrorNumber::EndOfFile);
+            m_Filled += read;
         }
-        const size_t run = std::min(count, m_Filled - m_Position);
-        std::memcpy(target, m_Buffer.data() + m_Position, run);
-        m_Position += run;
-        target += run;
-        count -= run;
     }
+    const char* const taken = m_Buffer.data() + m_Position;
+    m_Position += count;
+    m_Left -= count;
+    return taken;
 }
+
+SnapshotWriter::SnapshotWriter(FileWriter& file) : m_File(file), m_Buffer(WriteSize) {}
 
 void SnapshotWriter::WriteHeader(const SnapshotHeader& header) {
     AppendNumber(header.Version, 2);
@@ -70,24 +93,30 @@ void SnapshotWriter::WriteHeader(const SnapshotHeader& header) {
     AppendNumber(header.EntryCount, 4);
 }
 
-void SnapshotWriter::WriteEntry(TextView scrambled) {
-    AppendCounted(scrambled);
-    if (m_Buffer.size() >= BufferSize) Flush();
-}
+void SnapshotWriter::WriteEntry(TextView scrambled) { AppendCounted(scrambled); }
 
 void SnapshotWriter::Flush() {
-    m_File.Write(m_Buffer);
-    m_Buffer.clear();
+    m_File.Write({m_Buffer.data(), m_Filled});
+    m_Filled = 0;
 }
 
 void SnapshotWriter::AppendNumber(std::int32_t value, size_t bytes) {
     const auto bits = static_cast<std::uint32_t>(value);
-    for (size_t index = 0; index < bytes; ++index) m_Buffer += static_cast<char>(bits >> (8 * index) & 0xFFU);
+    const char raw[] = {static_cast<char>(bits & 0xFFU), static_cast<char>(bits >> 8 & 0xFFU),
+                        static_cast<char>(bits >> 16 & 0xFFU), static_cast<char>(bits >> 24)};
+    Append({raw, bytes});
 }
 
 void SnapshotWriter::AppendCounted(TextView bytes) {
     AppendNumber(NarrowToInt32(static_cast<std::int64_t>(bytes.size())), 4);
-    m_Buffer += bytes;
+    Append(bytes);
+}
+
+void SnapshotWriter::Append(TextView bytes) {
+    // The longest entry is far smaller than the buffer.
+    if (bytes.size() > m_Buffer.size() - m_Filled) Flush();
+    std::memcpy(m_Buffer.data() + m_Filled, bytes.data(), bytes.size());
+    m_Filled += bytes.size();
 }
 
 }  // namespace tb

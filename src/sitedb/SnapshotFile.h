@@ -1,13 +1,26 @@
-// Snapshot files of the malicious-site list, byte by byte. Format: docs/formats/snapshot.md.
+// Snapshot files of the malicious-site list: their names, and their content byte by byte. Format:
+// docs/formats/snapshot.md.
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <vector>
 
 #include "base/text.h"
 #include "platform/Files.h"
 
 namespace tb {
+
+// What the stamps of snapshots look like: twelve digits. Whether they are a date is not asked.
+inline constexpr size_t StampLength = 12;
+bool IsStamp(TextView text);
+
+// "TBDB" + stamp + ".BIN".
+Text SnapshotName(const Text& stamp);
+// What stands between prefix and extension; False for a name of another form. Case does not count, as in a listing.
+bool StampOfName(TextView name, Text& stamp);
+// A file name as text, for comparing and for the log. Only names of plain ASCII can be snapshots.
+Text NameText(const std::filesystem::path& path);
 
 struct SnapshotHeader {
     static constexpr std::int16_t KnownVersion = 1;
@@ -26,12 +39,15 @@ public:
 
     SnapshotHeader ReadHeader();
     // The next entry, scrambled as it lies in the file. The caller counts.
-    Text ReadEntry();
+    Text ReadEntry() { return Text(NextEntry()); }
+    // The same in the reader's own memory, until it reads again.
+    TextView NextEntry() { return ReadCounted(); }
 
 private:
     std::int32_t ReadNumber(size_t bytes);
-    Text ReadCounted();
-    void ReadBytes(char* target, size_t count);
+    TextView ReadCounted();
+    // The next bytes, which stay until the next call.
+    const char* Take(size_t count);
 
     FileReader& m_File;
     std::uint64_t m_Left;
@@ -43,7 +59,7 @@ private:
 // Writes in the order of the file: the header, then each entry, scrambled. Raises what writing raises.
 class SnapshotWriter {
 public:
-    explicit SnapshotWriter(FileWriter& file) : m_File(file) {}
+    explicit SnapshotWriter(FileWriter& file);
 
     void WriteHeader(const SnapshotHeader& header);
     void WriteEntry(TextView scrambled);
@@ -53,9 +69,11 @@ public:
 private:
     void AppendNumber(std::int32_t value, size_t bytes);
     void AppendCounted(TextView bytes);
+    void Append(TextView bytes);
 
     FileWriter& m_File;
-    Text m_Buffer;
+    std::vector<char> m_Buffer;
+    size_t m_Filled = 0;
 };
 
 }  // namespace tb

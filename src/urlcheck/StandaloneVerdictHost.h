@@ -14,6 +14,7 @@ public:
     explicit StandaloneVerdictHost(LogSink& log, Dialogs* dialogs = nullptr) : m_Log(log), m_Dialogs(dialogs) {}
 
     void WriteLog(const Text& message, LogLevel level) noexcept override { m_Log.WriteLog(message, level); }
+    bool Writes(LogLevel level) noexcept override { return m_Log.Writes(level); }
     Text GetXMLString(const Text& section, const Text& key, const Text& fallback) override;
     bool IsDebugMode() override { return false; }
     Text ProductName() override;

@@ -42,8 +42,10 @@ void UrlVerdict::Dispatch(const std::vector<Text>& args, Text& reply) {
     } else {
         UnknownCommand(args);
     }
-    m_Host.WriteLog("Checking: " + outcome.URL + " (" + RemoveAll(outcome.Result, "\r\n") + ")",
-                    outcome.IsEvil ? LogLevel::Always : LogLevel::Debug);
+    const LogLevel level = outcome.IsEvil ? LogLevel::Always : LogLevel::Debug;
+    // Nearly every request passes, and its line is composed only if somebody wants it.
+    if (!m_Host.Writes(level)) return;
+    m_Host.WriteLog("Checking: " + outcome.URL + " (" + RemoveAll(outcome.Result, "\r\n") + ")", level);
 }
 
 void UrlVerdict::Check(const std::vector<Text>& args, Outcome& outcome, Text& reply) {

@@ -4,6 +4,7 @@
     tbtool_test.py TBTOOL
 """
 
+import base64
 import pathlib
 import subprocess
 import sys
@@ -50,6 +51,46 @@ class TbtoolTest(unittest.TestCase):
         self.assertEqual([note.split(":")[1] for note in notes[:3]], [" line 2", " line 3", " line 4"])
         self.assertRegex(notes[3], r"^entries=2 load_ms=\d+ requests=6 check_ms=\d+$")
         self.assertEqual(len(notes), 4)
+
+    def test_check_with_overrides_and_reference_changes_no_file(self):
+        sites = self.file("list", b"http://evil.example\t7\tv\nhttp://two.example\t7\tv\nhttp://odd.example\t8\tv\n")
+        text = b"<SiteOverrides>\r\n  <Site>http://evil.example/a?b&c</Site>\r\n</SiteOverrides>\r\n"
+        overrides = self.file("SiteOverrides.xml", text)
+        plain = b"<R><CATEGORIES><CATEGORY ID='7' NAME='Of this file'/></CATEGORIES></R>"
+        urls = [b"evil.example/a?b&c=1", b"evil.example/", b"two.example/", b"odd.example/"]
+        requests = b"".join(b"1\tCheck\thttp://%s\n" % url for url in urls)
+        blocked = b"Validated: v  (Category: Of this file)"
+        for reference in [self.file("plain", plain), self.file("framed", run("frame", stdin=plain)[1])]:
+            status, output, errors = run("check", "--list", sites, "--overrides", overrides, "--reference", reference,
+                                         stdin=requests + b"1\tAllow\ttwo.example\n" + requests)
+            # A category that the document lacks fails the check, and the URL passes.
+            before = [b"OK", blocked, blocked, b"OK"]
+            self.assertEqual((status, output.split(b"\n"), errors),
+                             (0, [*before, b"", b"OK", blocked, b"OK", b"OK", b""], ""))
+        self.assertEqual(overrides.read_bytes(), text)
+        self.assertEqual(sorted(path.name for path in self.path.iterdir()),
+                         ["SiteOverrides.xml", "framed", "list", "plain"])
+        for option in ["--overrides", "--reference"]:
+            absent = self.path / "absent"
+            self.assert_one_line(run("check", "--list", sites, option, absent), "absent", "not found")
+            self.assert_one_line(run("check", "--list", sites, option, self.file("bad", b"<a><b></a>")), "bad: ", "line 1")
+            self.assertFalse(absent.exists())
+
+    def test_score(self):
+        table = bytes([1, 0, 0, 0, 1, 0, 0, 255]) + b"AA" + bytes([2, 0, 0, 0, 2, 0, 0, 255]) + b"XX" + \
+            bytes([255, 255, 255, 254] * 2) + b"ZZ"
+        document = (b"<R><COUNTRIES><C ALPHA2='AA' NAME='Aland' WEIGHT='75'/></COUNTRIES><EVILWORDS>-,paypal</EVILWORDS>"
+                    b"<GEOIP>\n %s \n</GEOIP></R>" % base64.b64encode(table))
+        lines = b"http://www.good.example\t1.0.0.1\nhttp://pay-pal.example/\n\nhttp://x.example\t2.0.0.1\nhttp://1.2.3.4/\t9.9.9.9"
+        for reference in [self.file("plain", document), self.file("framed", run("frame", stdin=document)[1])]:
+            status, output, errors = run("score", "--reference", reference, stdin=lines)
+            self.assertEqual((status, output), (0, b"4.1667\tAland\n3.6667\t\n2.0000\t\n\n6.3333\t\n"))
+            self.assertRegex(errors, r"^tbtool: line 4: no score: .+\n$")
+            home = run("score", "--reference", reference, "--home", "Aland", stdin=lines)[1]
+            self.assertEqual(home.split(b"\n")[0], b"2.6667\tAland")
+        twice = document.replace(b"</C", b"<C ALPHA2='aa'/></C")
+        for content, word in [(b"<R/>", "COUNTRIES"), (twice, "COUNTRIES"), (b"", "document"), (b"<R>", "line 1")]:
+            self.assert_one_line(run("score", "--reference", self.file("bad", content), stdin=lines), "bad", word)
 
     def test_a_snapshot_judges_like_its_list(self):
         sites = self.file("list", b"".join(b"http://s%d.example/%d\t2\tv%d\n" % (n, n % 5, n) for n in range(3000)))
@@ -103,7 +144,7 @@ class TbtoolTest(unittest.TestCase):
 
     def test_wrong_command_lines(self):
         for words in [[], ["nonsense"], ["check"], ["check", "--list"], ["check", "--list", "a", "--snapshot", "b"],
-                      ["check", "--list", "a", "--colour"], ["snapshot", "show"],
+                      ["check", "--list", "a", "--colour"], ["snapshot", "show"], ["score"], ["score", "x"],
                       ["snapshot", "save", "--list", "a", "--out", "b", "--stamp", "202602300000"],
                       ["snapshot", "save", "--list", "a", "--out", "b", "--stamp", "2026"]]:
             status, output, errors = run(*words)

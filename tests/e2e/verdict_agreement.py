@@ -56,7 +56,9 @@ def check_worked_examples():
             ("Check\thttp://cap.example/A", ["OK"]), ("Check\thttp://odd.example/", ["OK"]), ("Check\t", ["OK"]),
             ("Check\thttp:///x", ["OK"]), ("Check\t0xa.66051", hit("ip")), ("Check\ta.test\t 9.9.9.9  10.1.2.3", hit("ip")),
             ("Check\ta.test\t   ", ["OK"]), ("Check\ta.test\t10.66051", ["OK"]), ("Check", [""]), ("Nope\tx", [""]),
-            ("Allow\thttp://evil.example", [""]), ("Check\thttp://evil.example/offer\t\tfifth", hit("d"))]:
+            ("Check\thttp://evil.example/offer\t\tfifth", hit("d")), ("Allow\tEVIL.example/", [""]),
+            ("Check\thttp://www.evil.example/offer", ["OK"]), ("Allow\thttp://cap.example/%2541", [""]),
+            ("Check\thttp://cap.example/a/b", hit("c"))]:
         assert verdict.answer("7\t" + rest) == right, rest
     for line in ["", "TBWAKEUP", "tbwakeup", "TBWAKEUP\tCheck\tx", "2147483648\tCheck\tx", "60Days\tCheck\tx"]:
         assert verdict.answer(line) == [], line

@@ -19,7 +19,7 @@ LONGEST = 32767  # lengths and positions of scrambled text and of labels are 16-
 # What a run can come across. A run that never meets one of these has not tested it.
 EVENTS = {
     "line: empty", "line: wake-up", "line: first field",
-    "command: Allow", "command: unknown", "command: missing field",
+    "command: Allow", "override: covers", "command: unknown", "command: missing field",
     "decode: escape", "decode: plus", "decode: literal percent", "decode: NUL",
     "normalize: res", "normalize: scheme added", "normalize: no authority", "normalize: negative host",
     "normalize: empty host", "normalize: 1 part", "normalize: 2 parts", "normalize: 3 parts", "normalize: 4 parts",
@@ -207,14 +207,39 @@ class SiteList:
         return None, sure
 
 
-class NoOverrides:
-    """Stands where the user's own overrides will be."""
+class Overrides:
+    """The user's own: a URL in plain text that covers all that begins with it, its host shortened to a suffix."""
 
-    def covers(self, url):
-        return False
+    def __init__(self):
+        self.urls_of = defaultdict(list)  # host in lower case -> [url]
 
     def allow(self, url):
-        pass
+        stored = url_decode(lower(url))
+        while stored.endswith("/") and len(stored) > 1:
+            stored = stored[:-1]
+        if stored[:4] != "http":
+            stored = "http://" + stored
+        parts = split(stored, "/")
+        if len(parts) > 2 and parts[2]:
+            self.urls_of[lower(parts[2])].append(stored)
+
+    def covers(self, url):
+        """(covered, sure), as SiteList.find."""
+        parts = split(lower(url), "/")
+        if len(parts) < 3:
+            return False, True
+        labels = split(parts[2], ".")
+        sure = True
+        for first in range(max(len(labels) - 2, 0) + 1):
+            suffix = join_labels(labels[first:])
+            if not suffix or len(labels) - 1 > LONGEST:
+                return False, sure
+            sure = sure and not is_negative_key(suffix)
+            candidate = "/".join(parts[:2] + [suffix] + parts[3:])
+            if any(candidate.startswith(url_decode(known)) for known in self.urls_of.get(suffix, ())):
+                note("override: covers")
+                return True, sure
+        return False, sure
 
 
 def is_reply_window(text):
@@ -222,9 +247,9 @@ def is_reply_window(text):
 
 
 class Verdict:
-    def __init__(self, sites, overrides=None):
+    def __init__(self, sites):
         self.sites = sites
-        self.overrides = overrides or NoOverrides()
+        self.overrides = Overrides()
 
     def answer(self, line):
         """The replies that are right for a line, first the one that does not lean on a refused or shared key. None at
@@ -246,9 +271,10 @@ class Verdict:
 
     def check(self, raw_url, addresses):
         url = normalize_ip(url_decode(raw_url))
-        if self.overrides.covers(url):
+        covered, sure = self.overrides.covers(url)
+        if covered and sure:
             return ["OK"]
-        right = []
+        right = ["OK"] if covered else []
         for place, item in enumerate([url] + split(addresses, " ")):
             if place and not item:
                 note("address: skipped empty")

@@ -11,7 +11,8 @@
 namespace tb {
 
 // Keeps the rules of platform/Files.h. It counts the calls that can fail: opening, Read, Size, Write, Finish, Replace,
-// Delete, ClearAttributes, MakeFolder, Append and List. Readers and writers must not outlive it.
+// Delete, ClearAttributes, SetAttributes, MakeFolder, Append, SetTimes and List. Readers and writers must not outlive
+// it.
 class FakeFiles : public Files {
 public:
     using Path = std::filesystem::path;
@@ -20,7 +21,11 @@ public:
     std::map<Path, Text> Contents;
     std::set<Path> Folders;
     std::set<Path> ReadOnly;
-    std::map<Path, Date> Dates;
+    std::map<Path, FileTimes> Dates;
+    // The moment at which files are written.
+    Date Present;
+    // Hours that local time is ahead of universal time.
+    int Zone = 0;
 
     // The `call`-th call from now on (1 is the next one) raises `number` and does nothing, except that a Write leaves
     // the first half of its bytes. With `forGood` all later calls fail too.
@@ -46,6 +51,7 @@ public:
         if (Folders.count(path) > 0) throw Error(ErrorNumber::PathFileAccess);
         RefuseIf(IsOpen(path) || IsReadOnly(path));
         Contents[path].clear();
+        Dates[path] = {Present, Present, Present};
         return std::make_unique<Writer>(*this, path);
     }
     void Replace(const Path& from, const Path& to) override {
@@ -54,6 +60,7 @@ public:
         RequireFolder(to);
         RefuseIf(IsOpen(from) || IsOpen(to));
         Contents[to] = std::move(Contents[from]);
+        Dates[to] = Dates[from];
         Contents.erase(from);
     }
     void Delete(const Path& path) override {
@@ -63,10 +70,18 @@ public:
         Contents.erase(path);
     }
     bool IsReadOnly(const Path& path) override { return ReadOnly.count(path) > 0; }
+    FileAttributes Attributes(const Path& path) override {
+        RequireFile(path);
+        return IsReadOnly(path) ? 1 : 0;
+    }
     void ClearAttributes(const Path& path) override {
         Count();
         RequireFile(path);
         ReadOnly.erase(path);
+    }
+    void SetAttributes(const Path& path, FileAttributes attributes) override {
+        ClearAttributes(path);
+        if (attributes != 0) ReadOnly.insert(path);
     }
     bool Exists(const Path& path) override { return Contents.count(path) > 0; }
     bool FolderExists(const Path& folder) override { return Folders.count(folder) > 0; }
@@ -83,7 +98,14 @@ public:
     }
     FileTimes Times(const Path& path) override {
         RequireFile(path);
-        return {Dates[path], Dates[path]};
+        return Dates[path];
+    }
+    void SetTimes(const Path& path, const FileTimes& times, bool local) override {
+        Count();
+        RequireFile(path);
+        RefuseIf(IsReadOnly(path));
+        const auto told = [&](const Date& date) { return local ? date : date.PlusSeconds(Zone * std::int64_t{3600}); };
+        Dates[path] = {told(times.Created), told(times.Modified), told(times.Accessed)};
     }
     std::vector<Path> List(const Path& folder) override {
         Count();

@@ -1,6 +1,7 @@
 // The system that the program runs on, in memory: what the tests set up, and what the program did with it.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <map>
 #include <set>
@@ -19,8 +20,15 @@ public:
 
 class FakeRandom : public Random {
 public:
-    double Next() override { return Value; }
+    double Next() override {
+        if (Coming.empty()) return Value;
+        const double next = Coming.front();
+        Coming.pop_front();
+        return next;
+    }
     double Value = 0.25;
+    // What comes before it.
+    std::deque<double> Coming;
 };
 
 class FakePump : public Pump {
@@ -60,12 +68,16 @@ public:
 
 class FakeProcesses : public Processes {
 public:
-    std::filesystem::path Executable() override { return "/app/Trawlbeam.exe"; }
+    std::filesystem::path Executable() override { return File; }
     bool IsPreviousInstance() override { return PreviousInstances > 0 && PreviousInstances-- > 0; }
     bool IsModuleLoaded(const Text& fileName) override { return UpperCase(fileName) == "TRAWLBEAM.EXE"; }
     std::uint32_t Start(const Text& commandLine) override {
         Started.push_back(commandLine);
-        return 77;
+        return StartedNumber;
+    }
+    std::uint32_t StartProgram(const std::filesystem::path& program, const Text& commandLine) override {
+        Started.push_back(program.string() + ": " + commandLine);
+        return StartedNumber;
     }
     std::uint32_t SetWorkingSetSize(std::int64_t minimum, std::int64_t maximum) override {
         Trims.push_back(std::to_string(minimum) + "-" + std::to_string(maximum));
@@ -73,6 +85,8 @@ public:
     }
     Text SystemErrorText(std::uint32_t number) override { return "system error " + std::to_string(number); }
     [[noreturn]] void Exit(std::int32_t status) override { throw status; }
+    std::filesystem::path File = "/app/Trawlbeam.exe";
+    std::uint32_t StartedNumber = 77;
     // How often the question for another instance is answered with yes.
     int PreviousInstances = 0;
     std::uint32_t TrimFailure = 0;
@@ -91,12 +105,16 @@ public:
 
 class FakeFileVersions : public FileVersions {
 public:
-    std::optional<Text> FileVersion(const std::filesystem::path& path) override {
+    std::optional<std::vector<Text>> Strings(const std::filesystem::path& path,
+                                             const std::vector<Text>& names) override {
         const auto found = Versions.find(path);
         if (found == Versions.end()) return std::nullopt;
-        return found->second;
+        std::vector<Text> strings;
+        for (const Text& name : names) strings.push_back(found->second[name]);
+        return strings;
     }
-    std::map<std::filesystem::path, Text> Versions;
+    // By file, the strings by name.
+    std::map<std::filesystem::path, std::map<Text, Text>> Versions;
 };
 
 class FakeRegistry : public Registry {
@@ -152,7 +170,9 @@ public:
 
 class FakeWindowText : public WindowText {
 public:
-    WindowHandle FindTopLevel(const Text& /*className*/, const Text& caption) override {
+    WindowHandle FindTopLevel(const Text& className, const Text& caption) override {
+        const auto found = TopLevel.find(caption);
+        if (found != TopLevel.end() && found->second == className) return 20;
         return caption == "Trawlbeam Tray" && HasChannel ? 10 : 0;
     }
     WindowHandle FindChild(WindowHandle /*parent*/, const Text& /*className*/) override { return 11; }
@@ -160,6 +180,8 @@ public:
         Sent.push_back(std::to_string(window) + ": " + text);
     }
     bool HasChannel = true;
+    // Further windows: class by caption.
+    std::map<Text, Text> TopLevel;
     std::vector<Text> Sent;
 };
 
@@ -199,6 +221,8 @@ struct FakeSystem {
     FakeWindowText WindowText;
 };
 
-inline Deployment TestDeployment() { return {"Trawlbeam", "1.0.0", "http://home.trawlbeam.example/", {}}; }
+inline Deployment TestDeployment() {
+    return {"Trawlbeam", "1.0.0", "http://home.trawlbeam.example/", {}, "http://s{?}.example/Reference"};
+}
 
 }  // namespace tb

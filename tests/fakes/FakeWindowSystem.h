@@ -21,20 +21,30 @@ public:
     std::vector<MenuRow> MenuRows;
     // Runs while a menu is open.
     std::function<void()> WhileMenuIsOpen;
+    // Plays the user while a form is shown modally; afterwards the wait is over, whatever was asked for.
+    std::function<void()> WhileModal;
     // The next form cannot be made.
     bool Refuses = false;
 
     class Box;
     class Clockwork;
     class Frame;
+    class Area;
+    class Sign;
+    class Push;
+    class Option;
     // Those that exist, by name.
     std::map<Text, FormEvents*> FormsByName;
     std::map<Text, TextBoxEvents*> Boxes;
+    std::map<Text, ButtonEvents*> Buttons;
     std::map<Text, TimerEvents*> Timers;
 
     std::unique_ptr<FormPeer> MakeForm(FormEvents& events) override;
     TwipSize ScreenSize() const override { return {19200, 15360}; }
     TwipScale Scale() const override { return TwipScale(96); }
+    void ServeUntil(const std::function<bool()>& done) override {
+        if (!done() && WhileModal) WhileModal();
+    }
 
     // The calls since the last time, joined by ", ".
     Text Take() {
@@ -67,6 +77,7 @@ private:
         }
         void SetFocus() override { Note("focus"); }
         void SetZOrder(bool toBack) override { Note(toBack ? "back" : "front"); }
+        void SetToolTip(const Text& text) override { Note("tip " + text); }
 
     protected:
         void Note(const Text& call) { m_System.Calls.push_back(m_Name + "." + call); }
@@ -91,6 +102,39 @@ public:
 
 private:
     std::int32_t m_SelStart = 0;
+};
+
+class FakeWindowSystem::Area : public Remembered<BoxPeer> {
+public:
+    using Remembered::Remembered;
+    const Text& Name() const { return m_Name; }
+};
+
+class FakeWindowSystem::Sign : public Remembered<WindowPeer> {
+public:
+    using Remembered::Remembered;
+};
+
+class FakeWindowSystem::Push : public Remembered<CommandButtonPeer> {
+public:
+    Push(FakeWindowSystem& system, ButtonEvents& events, const Text& name) : Remembered(system, name) {
+        m_System.Buttons[m_Name] = &events;
+    }
+    ~Push() override { m_System.Buttons.erase(m_Name); }
+
+    void SetDefault(bool isDefault) override { Note(isDefault ? "default" : "not default"); }
+    void SetCancel(bool isCancel) override { Note(isCancel ? "cancel" : "not cancel"); }
+};
+
+class FakeWindowSystem::Option : public Remembered<OptionButtonPeer> {
+public:
+    Option(FakeWindowSystem& system, ButtonEvents& events, const Text& name) : Remembered(system, name) {
+        m_System.Buttons[m_Name] = &events;
+    }
+    ~Option() override { m_System.Buttons.erase(m_Name); }
+
+    void SetSelected(bool selected) override { Note(selected ? "select" : "unselect"); }
+    void SetTabStop(bool tabStop) override { Note(tabStop ? "stop" : "no stop"); }
 };
 
 class FakeWindowSystem::Clockwork : public TimerPeer {
@@ -137,6 +181,10 @@ public:
         Note("foreground");
         return true;
     }
+    void SetTopMost(bool onTop) override { Note(onTop ? "top-most" : "not top-most"); }
+    void SetMousePointer(MousePointers pointer) override {
+        Note("pointer " + std::to_string(static_cast<int>(pointer)));
+    }
     std::int32_t PopupMenu(const std::vector<MenuRow>& rows, std::uint32_t flags) override {
         // The window may go while the menu is open.
         FakeWindowSystem& system = m_System;
@@ -144,6 +192,18 @@ public:
         system.MenuRows = rows;
         if (system.WhileMenuIsOpen) system.WhileMenuIsOpen();
         return system.MenuAnswer;
+    }
+    std::unique_ptr<BoxPeer> MakeBox(BoxPeer* box, bool hasBorder) override {
+        return std::make_unique<Area>(m_System, Inside(box, hasBorder ? "frame" : "area"));
+    }
+    std::unique_ptr<WindowPeer> MakeLabel(BoxPeer* box, bool useMnemonic) override {
+        return std::make_unique<Sign>(m_System, Inside(box, useMnemonic ? "label" : "literal"));
+    }
+    std::unique_ptr<CommandButtonPeer> MakeCommandButton(BoxPeer* box, ButtonEvents& events) override {
+        return std::make_unique<Push>(m_System, events, Inside(box, "button"));
+    }
+    std::unique_ptr<OptionButtonPeer> MakeOptionButton(BoxPeer* box, ButtonEvents& events) override {
+        return std::make_unique<Option>(m_System, events, Inside(box, "option"));
     }
     std::unique_ptr<TextBoxPeer> MakeTextBox(TextBoxEvents& events, bool multiLine) override {
         const Text name = m_Name + ".box" + std::to_string(++m_BoxesMade);
@@ -155,7 +215,14 @@ public:
     }
 
 private:
+    // "form1.button3", in a box "form1.area2.option3".
+    Text Inside(BoxPeer* box, const char* kind) {
+        const Text holder = box != nullptr ? static_cast<Area*>(box)->Name() : m_Name;
+        return holder + "." + kind + std::to_string(++m_ControlsMade);
+    }
+
     TwipRect m_Bounds;
+    int m_ControlsMade = 0;
     int m_BoxesMade = 0;
     int m_TimersMade = 0;
 };

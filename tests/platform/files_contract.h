@@ -167,10 +167,44 @@ TYPED_TEST_P(FilesContract, DeletesAReadOnlyFileWhoseAttributesWereCleared) {
     EXPECT_EQ(Raised([&] { this->Storage().Times(this->In("fixed")); }), 53);
 }
 
+TYPED_TEST_P(FilesContract, KeepsTheTimesThatAFileIsGiven) {
+    Files& files = this->Storage();
+    const auto path = this->In("dated");
+    this->Write(path, "x");
+    const Date winter(CivilDate{2000, 1, 1, 0, 0, 0});
+    const Date summer(CivilDate{2005, 7, 15, 23, 59, 58});
+    for (const Date& date : {winter, summer}) {
+        files.SetTimes(path, {date, date, date}, true);
+        EXPECT_EQ(files.Times(path).Created, date);
+    }
+    files.SetTimes(path, {summer, summer, winter}, true);
+    EXPECT_EQ(files.Times(path).Modified, summer);
+    EXPECT_EQ(files.Times(path).Accessed, winter);
+    EXPECT_EQ(Raised([&] { files.SetTimes(this->In("absent"), {}, true); }), 53);
+}
+
+TYPED_TEST_P(FilesContract, GivesAFileBackTheAttributesItHad) {
+    Files& files = this->Storage();
+    const auto path = this->In("fixed");
+    this->Write(path, "x");
+    const FileAttributes before = files.Attributes(path);
+    this->m_Kit.MakeReadOnly(path);
+    const FileAttributes fixed = files.Attributes(path);
+    EXPECT_EQ(Raised([&] { files.SetTimes(path, {}, true); }), 70);
+    files.SetAttributes(path, before);
+    EXPECT_FALSE(files.IsReadOnly(path));
+    files.SetAttributes(path, fixed);
+    EXPECT_TRUE(files.IsReadOnly(path));
+    EXPECT_EQ(files.Attributes(path), fixed);
+    EXPECT_EQ(Raised([&] { files.Attributes(this->In("absent")); }), 53);
+    EXPECT_EQ(Raised([&] { files.SetAttributes(this->In("absent"), fixed); }), 53);
+}
+
 REGISTER_TYPED_TEST_SUITE_P(FilesContract, KeepsEveryByte, EmptiesAFileThatIsWrittenAnew,
                             TellsAMissingFileFromAMissingFolder, TakesNoFolderForAFile, ReplacesInOneStep,
                             LeavesAFileAloneThatIsBeingRead, RefusesToDeleteOrOverwriteAReadOnlyFile,
                             ListsFilesByTheirFullNames, AppendsToAFileOrMakesIt, MakesFoldersOfOneLevel,
-                            DeletesAReadOnlyFileWhoseAttributesWereCleared);
+                            DeletesAReadOnlyFileWhoseAttributesWereCleared, KeepsTheTimesThatAFileIsGiven,
+                            GivesAFileBackTheAttributesItHad);
 
 }  // namespace tb

@@ -1,7 +1,9 @@
 // The program around the controller, without Windows: fakes, the start chain, and what later parts would answer.
 #pragma once
 
+#include "components/tbXML/Document.h"
 #include "fakes/FakePlatform.h"
+#include "fakes/FakeSender.h"
 #include "fakes/FakeSound.h"
 #include "fakes/FakeTrayIcon.h"
 #include "shell/Start.h"
@@ -11,12 +13,13 @@ namespace tb {
 // Notes what it is asked, in order.
 class RecordedServices : public ControllerServices {
 public:
-    void UpdateEvilDB(const Text& clientKey) override {
-        Did("update " + clientKey);
+    void Asked(const FakeWeb::Request& request) {
+        Did("update " + request.Key);
         if (OnUpdate) OnUpdate();
     }
     bool SendVersions() override {
         Did("versions");
+        if (OnVersions) OnVersions();
         return ReportsTaken;
     }
     bool CanUpdate(Text& reason) override {
@@ -39,7 +42,7 @@ public:
     }
     void CloseDropZone() override { Did("close drop zone"); }
     bool ShowAbout() override { return HasWindows; }
-    void DropDatabases() override { Did("drop"); }
+    void DropSubmissions() override { Did("drop"); }
     void CloseNotifications() override { Did("close notifications"); }
     void ShowProgress(std::int16_t percent) override { Did("progress " + std::to_string(percent)); }
 
@@ -52,6 +55,7 @@ public:
 
     std::vector<Text> Done;
     std::function<void()> OnUpdate;
+    std::function<void()> OnVersions;
     std::function<void()> OnSubmissions;
     Text Reason = "not now";
     bool ReportsTaken = false;
@@ -61,7 +65,10 @@ public:
 
 class RecordedGates : public StartGates {
 public:
-    bool CheckLoadDefaults() override { return Pass("defaults"); }
+    bool CheckLoadDefaults() override {
+        if (OnDefaults) OnDefaults();
+        return Pass("defaults");
+    }
     bool CheckInstallPendingUpdates() override { return Pass("pending"); }
     bool CheckName() override { return Pass("name"); }
     bool CheckUpdaterRunning() override { return Pass("updater"); }
@@ -76,10 +83,13 @@ public:
 
     bool Pass(const Text& gate) {
         Passed.push_back(gate);
+        if (OnGate) OnGate(gate);
         if (gate == Throws) throw RuntimeError(5, "planted");
         return gate == Stops;
     }
 
+    std::function<void()> OnDefaults;
+    std::function<void(const Text& gate)> OnGate;
     std::vector<Text> Passed;
     Text Stops;
     Text Throws;
@@ -91,12 +101,21 @@ struct ShellRig {
             System.Files.Contents["/app/Trawlbeam.ini"] =
                 "<INI DATE='01/01/2026 00:00:00'>\r\n" + settings + "</INI>\r\n";
         }
+        Gates.OnDefaults = [this] {
+            Document servers;
+            servers.LoadXML("<SERVERS NAME='SERVERS'><ELEMENT NAME='EVILDBSVR'/></SERVERS>");
+            Program.Settings->ReplaceGlobals("SERVERS", servers.Root());
+        };
+        Web.Meanwhile = [this](const FakeWeb::Request& request) { Services.Asked(request); };
         Chain = std::make_unique<Start>(Program, Log, Gates, [this] {
-            return std::make_shared<frmController>(
-                Windows, frmController::Parts{Program, Log, Services, Tray, Device, [this](const Text& line) {
+            auto made = std::make_shared<frmController>(
+                Windows, frmController::Parts{Program, Log, Services, Tables, Web.Factory(), Tray, Device,
+                                              [this](const Text& line) {
                                                   Log.WriteLog(line, LogLevel::Always);
                                                   BrokenLines.push_back(line);
                                               }});
+            if (OnMade) OnMade(*made);
+            return made;
         });
     }
     static Text Section(const Text& name, const Text& key, const Text& value) {
@@ -111,8 +130,11 @@ struct ShellRig {
     FakeTrayIcon Tray;
     FakeSound Device;
     RecordedServices Services;
+    SiteTables Tables{Program};
+    FakeWeb Web;
     RecordedGates Gates;
     std::vector<Text> BrokenLines;
+    std::function<void(frmController&)> OnMade;
     std::unique_ptr<Start> Chain;
 };
 

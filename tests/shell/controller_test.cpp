@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "shell/ShellRig.h"
@@ -9,8 +10,9 @@ using Lines = std::vector<Text>;
 
 class ControllerWindowTest : public ::testing::Test {
 protected:
-    void Run(const Text& settings = {}) {
+    void Run(const Text& settings = {}, const std::function<void(FakeSystem&)>& prepare = {}) {
         m_Rig = std::make_unique<ShellRig>(settings);
+        if (prepare) prepare(m_Rig->System);
         ASSERT_TRUE(m_Rig->Chain->Main());
         m_Rig->System.TakeLog();
         m_Rig->Services.Take();
@@ -30,30 +32,31 @@ protected:
 };
 
 TEST_F(ControllerWindowTest, TheTrayComesLastWithItsMenu) {
+    const auto keys = [this] {
+        std::vector<Text> found;
+        for (std::int32_t index = 0; Controller().SysTray()->MenuItem(index) != nullptr; ++index) {
+            found.push_back(Controller().SysTray()->MenuItem(index)->Key());
+        }
+        return Join(found, " ");
+    };
     Run();
-    std::vector<Text> rows;
-    for (std::int32_t index = 0; Controller().SysTray()->MenuItem(index) != nullptr; ++index) {
-        rows.push_back(Controller().SysTray()->MenuItem(index)->Caption());
-    }
-    EXPECT_EQ(rows,
-              (Lines{"Trawlbeam Anti-Scam System", "-", "&Main", "&Submit Scams", "&Preferences", "Trawlbeam Ho&mepage",
-                     "-", "Hide Trawlbeam &DropZone", "-", "&Help...", "&About...", "-", "&Exit"}));
+    EXPECT_EQ(keys(), "dblclick  menu1 menu2 menu3 trawlweb  trawldrop  help about  exit");
     EXPECT_EQ(Controller().SysTray()->Tooltip(), "Trawlbeam");
     EXPECT_EQ(Controller().Caption(), "Trawlbeam Controller");
     EXPECT_FALSE(Controller().Visible());
+    Run({}, [](FakeSystem& system) { system.Machine.System = {4, 0, 1381, 2}; });
+    EXPECT_EQ(keys(), "dblclick  menu1 menu2 menu3 trawlweb  help about  exit") << "no drop zone";
+    EXPECT_THAT(m_Rig->Gates.Passed, testing::Not(testing::Contains("drop zone")));
     Run(ShellRig::Section("Main", DebugSwitch(), "1") + ShellRig::Section("Desktop", "Show", "0"));
-    EXPECT_EQ(Controller().SysTray()->MenuItem(7)->Caption(), "Hide Debu&g Diagnostics");
-    EXPECT_EQ(Controller().SysTray()->MenuItem(9)->Caption(), "Show Trawlbeam &DropZone");
+    EXPECT_EQ(keys(), "dblclick  menu1 menu2 menu3 trawlweb  diag  trawldrop  help about  exit");
     EXPECT_EQ(Controller().Caption(), "Trawlbeam Controller Debug");
     EXPECT_TRUE(Controller().Visible());
 }
 
 TEST_F(ControllerWindowTest, ARequestIsJudgedWithTheProgramsSettings) {
-    Run(ShellRig::Section("Main", "AlertSound", "1"));
     const Text wave("RIFF\x24\0\0\0WAVEfmt \x10\0\0\0\x01\0\x01\0\x40\x1f\0\0\x40\x1f\0\0\x01\0\x08\0data\0\0\0\0", 44);
-    m_Rig = std::make_unique<ShellRig>(ShellRig::Section("Main", "AlertSound", "1"));
-    m_Rig->System.Resources.Customs["ALERT"] = wave;
-    ASSERT_TRUE(m_Rig->Chain->Main());
+    Run(ShellRig::Section("Main", "AlertSound", "1"),
+        [&](FakeSystem& system) { system.Resources.Customs["ALERT"] = wave; });
     Controller().Sites()->AddToDB("http://evil.example", "2", "d");
     Text reply;
     Controller().CheckEvil({"1", "Check", "http://evil.example/"}, reply);
@@ -63,7 +66,7 @@ TEST_F(ControllerWindowTest, ARequestIsJudgedWithTheProgramsSettings) {
     m_Rig->Program.Settings->WriteXMLString("MAIN", "ALERTSOUND", "0");
     Controller().CheckEvil({"1", "Check", "http://evil.example/"}, reply);
     EXPECT_EQ(m_Rig->Device.Played.size(), 1U);
-    EXPECT_EQ(m_Rig->System.TakeLog().size(), 2U + 2U) << "the start's two lines and one for each hit";
+    EXPECT_EQ(m_Rig->System.TakeLog().size(), 2U) << "one line for each hit";
 }
 
 TEST_F(ControllerWindowTest, AnUpdateCycleComesEveryPeriodAndOneTick) {
@@ -106,7 +109,7 @@ TEST_F(ControllerWindowTest, ACycleUpdatesReportsAndLooksForTheProgram) {
 
 TEST_F(ControllerWindowTest, AFailingTickIsOneLineAndTheTimerGoesOn) {
     Run(ShellRig::Section("Timers", "EVILDB_INTERVAL", "0"));
-    m_Rig->Services.OnUpdate = [] { throw RuntimeError(5, "planted"); };
+    m_Rig->Services.OnVersions = [] { throw RuntimeError(5, "planted"); };
     Controller().tmUpdate.Tick();
     EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Update timer error planted"});
     EXPECT_TRUE(Controller().tmUpdate.Enabled());
@@ -138,6 +141,17 @@ TEST_F(ControllerWindowTest, SubmissionsRunByTheirPeriodAndAtOnceWhenAsked) {
     Controller().tmSub.Tick();
     EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Error Submissions Timer Tick: planted"});
     EXPECT_EQ(Controller().Controller().ActivityCount(), 0);
+    EXPECT_FALSE(Controller().tmSub.Enabled()) << "until the next submission";
+    m_Rig->System.Files.FailAt(1, ErrorNumber::PermissionDenied);
+    EXPECT_FALSE(Controller().CheckSubmissionRetry());
+    EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Error CheckSubmissionRetry: 70 Permission denied"});
+}
+
+TEST_F(ControllerWindowTest, TheLongestPeriodHasRoomForItsPhase) {
+    Run(ShellRig::Section("Timers", "SUBDB_INTERVAL", "2147483"));
+    Controller().tmSub.SetEnabled(true);
+    Controller().tmSub.Tick();
+    EXPECT_TRUE(m_Rig->Services.Take().empty());
 }
 
 TEST_F(ControllerWindowTest, TrayCommandsActOrSayWhichWindowIsMissing) {

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "base/codepage.h"
+#include "base/numbers.h"
 #include "components/tbXML/Document.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/Raised.h"
@@ -42,14 +45,20 @@ TEST(CodePage, ConvertsEveryByteThereAndBack) {
 }
 
 TEST(Versions, CompareByTheFirstTwoPartsThenTheThird) {
-    EXPECT_FALSE(IsVersionNewerThan("1.2", "1.2.0", false));
-    EXPECT_TRUE(IsVersionNewerThan("1.2", "1.2.0", true));
-    EXPECT_TRUE(IsVersionNewerThan("1.2.3", "1.2", false));
-    EXPECT_TRUE(IsVersionNewerThan("1.10.0", "1.9.9", false));
-    EXPECT_FALSE(IsVersionNewerThan("1.2.3.9", "1.2.3.1", false));
-    EXPECT_TRUE(IsVersionNewerThan("1.65536.1", "2.0.0", false));
-    EXPECT_TRUE(IsVersionNewerThan("2", "1.65535.9", false));
-    EXPECT_FALSE(IsVersionNewerThan("", "", false));
+    struct Row {
+        const char* A;
+        const char* B;
+        bool Newer;
+        bool OrEqual;
+    };
+    for (const Row& row :
+         {Row{"1.2", "1.2.0", false, true}, Row{"1.2.3", "1.2", true, true}, Row{"1.2.3", "1.2.3", false, true},
+          Row{"1.10.0", "1.9.9", true, true}, Row{"1.2.3.9", "1.2.3.1", false, true},
+          Row{"1.65536.1", "2.0.0", true, true}, Row{"2", "1.65535.9", true, true}, Row{"1.2.9", "1.3", false, false},
+          Row{"", "..", false, true}, Row{"1..3", "1.0.2", true, true}}) {
+        EXPECT_EQ(IsVersionNewerThan(row.A, row.B, false), row.Newer) << row.A << " " << row.B;
+        EXPECT_EQ(IsVersionNewerThan(row.A, row.B, true), row.OrEqual) << row.A << " " << row.B;
+    }
     EXPECT_EQ(Raised([] { IsVersionNewerThan("32768", "1", false); }), 6);
     EXPECT_EQ(Raised([] { IsVersionNewerThan("1.x", "1", false); }), 13);
 }
@@ -67,16 +76,25 @@ TEST(Versions, HttpDatesReadByColumns) {
     }
 }
 
-TEST(WindowPosition, KeepsAPartOfTheWindowOnTheScreen) {
-    const WindowExtent window{6000, 4000};
-    const WindowExtent screen{15360, 11520};
-    const WindowPosition far = KeptReachable({99999, 99999}, window, screen);
-    EXPECT_EQ(far.Top, 10320);
-    EXPECT_EQ(far.Left, 14160);
-    const WindowPosition near = KeptReachable({-99999, -99999}, window, screen);
-    EXPECT_EQ(near.Top, -2800);
-    EXPECT_EQ(near.Left, -4800);
-    EXPECT_EQ(Centred(window, screen).Left, 4680);
+// A window of 6000 by 4000 on a screen of 15360 by 11520.
+TEST_F(HelpersTest, AWindowComesBackWhereItCanBeReached) {
+    const auto restored = [&](std::optional<double> top = {}, std::optional<double> left = {}) {
+        const WindowPosition position = RestoreWindowPosition(m_App, "Main", {6000, 4000}, top, left);
+        return ToText(position.Top) + " " + ToText(position.Left);
+    };
+    EXPECT_EQ(restored(), "3760 4680");
+    EXPECT_EQ(restored(100, 20000), "100 14160");
+    for (const auto& [top, left, expected] :
+         std::vector<std::tuple<Text, Text, Text>>{{"99999", "99999", "10320 14160"},
+                                                   {"-99999", "-99999", "-2800 -4800"},
+                                                   {"-7", "7.5", "-7 7.5"},
+                                                   {"", "0", "3760 0"}}) {
+        Set("MAIN", "LASTTOP", top);
+        Set("Main", "LastLeft", left);
+        EXPECT_EQ(restored(), expected);
+    }
+    Set("Main", "LastTop", "high");
+    EXPECT_EQ(Raised([&] { restored(); }), 13);
 }
 
 TEST_F(HelpersTest, TimersComeFromTheSettingsThenTheDefaultsThenTheCaller) {
@@ -130,15 +148,18 @@ TEST_F(HelpersTest, ComponentsAreOutOfDateByVersionElseByDate) {
     EXPECT_TRUE(IsComponentOutOfDate(m_App, "a.dll", "1.0.0", date));
     m_System.Files.Contents["/app/a.dll"] = "x";
     m_System.Files.Contents["/app/b.chm"] = "x";
+    m_System.Files.Contents["/app/c.bin"] = "x";
     EXPECT_EQ(Raised([&] { IsComponentOutOfDate(m_App, "a.dll", "1.0.0", date); }), 91);
     m_App.Components = std::make_unique<ComponentList>();
     EXPECT_EQ(Raised([&] { IsComponentOutOfDate(m_App, "a.dll", "1.0.0", date); }), 5);
     m_App.Components->Add({"A.dll", "", "1.0.0", date, date, true, false});
     m_App.Components->Add({"b.chm", "", "0.0.0", date, date, true, false});
+    m_App.Components->Add({"c.bin", "", "", {}, {}, true, false});
     EXPECT_FALSE(IsComponentOutOfDate(m_App, "a.dll", "1.0.0", date.PlusSeconds(9)));
     EXPECT_TRUE(IsComponentOutOfDate(m_App, "a.dll", "1.0.1", date));
     EXPECT_FALSE(IsComponentOutOfDate(m_App, "b.chm", "9.9.9", date));
     EXPECT_TRUE(IsComponentOutOfDate(m_App, "b.chm", "9.9.9", date.PlusSeconds(1)));
+    EXPECT_TRUE(IsComponentOutOfDate(m_App, "c.bin", "0.0.1", date)) << "a record without a date is the oldest";
 }
 
 TEST_F(HelpersTest, SystemInformation) {
@@ -148,12 +169,21 @@ TEST_F(HelpersTest, SystemInformation) {
     EXPECT_EQ(info.PercentMemoryFree(), 38) << "37.5, halves to even";
     EXPECT_EQ(info.FreeMegaBytesOnDisk(), 5120);
     EXPECT_TRUE(IsWindowsNT("6.1.7601.2"));
+    EXPECT_TRUE(IsWindows2000OrLater(m_App));
     EXPECT_FALSE(IsWindowsNT("4.90.3000.1"));
     EXPECT_FALSE(IsWindows2000OrLater("4.90.3000.1"));
     EXPECT_FALSE(IsDevelopmentRun(m_App));
-    EXPECT_EQ(GetFormBorderMetrics(m_App, 2).Width, 320);
-    EXPECT_EQ(GetFormBorderMetrics(m_App, 4).CaptionHeight, 510);
-    EXPECT_EQ(GetFormBorderMetrics(m_App, 0).Width, 0);
+    // The metric by its number times 10 pixels of 15 twips: dialog frame 7 and frame 32, caption 4 and small
+    // caption 51.
+    Text metrics;
+    for (std::int32_t style = 0; style <= 5; ++style) {
+        const FormBorderMetrics border = GetFormBorderMetrics(m_App, style);
+        metrics += std::to_string(border.Width / 150) + "/" + std::to_string(border.CaptionHeight / 150) + " ";
+    }
+    EXPECT_EQ(metrics, "0/0 7/4 32/4 7/4 7/51 32/51 ");
+    EXPECT_EQ(GetBrowserVersion(m_App), "");
+    m_System.Registry.WriteText(RegistryRoot::LocalMachine, "Software\\Microsoft\\Internet Explorer", "Version", "8.0");
+    EXPECT_EQ(GetBrowserVersion(m_App), "8.0");
 }
 
 TEST_F(HelpersTest, TheRegistryCursorTellsWhatFailed) {

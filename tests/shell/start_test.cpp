@@ -37,11 +37,13 @@ TEST(Start, AFirstStartLosesTheLinesBeforeItsFoldersAndRunsOn) {
 TEST(Start, ADebugStartTellsEachStep) {
     ShellRig rig(ShellRig::Section("Main", DebugSwitch(), "1") + ShellRig::Section("Desktop", "Size", ""));
     ASSERT_TRUE(rig.Chain->Main());
-    EXPECT_EQ(rig.System.TakeLog(), (Lines{Hyphens, "   Starting 1.0.0", " D 25000 Trawlbeam.ini initialized",
-                                           " D 25000 Controller StartActivity (Count = 1): Trawlbeam Setup",
-                                           " D 25000 Submission Timer 62.5 seconds", " D 25000 EvilDB Timer 60 seconds",
-                                           " D 25000 FreeMem Timer 1800 seconds",
-                                           " D 25000 Controller EndActivity (Count = 0): Trawlbeam Setup"}));
+    EXPECT_EQ(
+        rig.System.TakeLog(),
+        (Lines{Hyphens, "   Starting 1.0.0", " D 25000 Trawlbeam.ini initialized",
+               " D 25000 Controller StartActivity (Count = 1): Trawlbeam Setup",
+               " D 25000 MalDB.Update: No data - TS=200001010000", " D 25000 MalDB.Update: No data - TS=200001010000",
+               " D 25000 Submission Timer 62.5 seconds", " D 25000 EvilDB Timer 60 seconds",
+               " D 25000 FreeMem Timer 1800 seconds", " D 25000 Controller EndActivity (Count = 0): Trawlbeam Setup"}));
     EXPECT_EQ(rig.Program.Settings->GetXMLString("DESKTOP", "SIZE", ""), "Large") << "an empty value counts as none";
 }
 
@@ -69,12 +71,33 @@ TEST(Start, EveryGateCanStopTheStart) {
         ASSERT_GE(log.size(), 3U);
         EXPECT_EQ(Lines(log.end() - 3, log.end()), (Lines{" D 25000 " + line, " D 25000 Trawlbeam AllDone", ended}));
     }
+    ShellRig declined(ShellRig::Section("Main", DebugSwitch(), "1"));
+    declined.OnMade = [](frmController& made) { made.Controller().NeedToExit(true); };
+    EXPECT_FALSE(declined.Chain->Main());
+    const Lines log = declined.System.TakeLog();
+    EXPECT_EQ(Lines(log.end() - 4, log.end()),
+              (Lines{" D 25000 Controller StartActivity DECLINED: Trawlbeam Setup",
+                     " D 25000 Controller StartActivity FALSE, exiting", " D 25000 Trawlbeam AllDone",
+                     " D Controller EndActivity UNDERRUN: Trawlbeam Setup"}));
     ShellRig early;
     early.Gates.Stops = "defaults";
     EXPECT_FALSE(early.Chain->Main());
     EXPECT_EQ(early.System.TakeLog(), (Lines{Hyphens, "   Starting 1.0.0", "   CheckLoadDefaults TRUE, exiting"}));
     EXPECT_EQ(early.Chain->Controller(), nullptr);
     EXPECT_TRUE(early.System.Dialogs.Shown.empty());
+}
+
+// A gate that asks the user or waits for the network serves messages.
+TEST(Start, TheSessionMayEndInsideAGate) {
+    for (const Text where : {"pending", "updater", "missing", "version", "reference"}) {
+        ShellRig rig;
+        rig.Gates.OnGate = [&](const Text& gate) {
+            if (gate == where) rig.Controller().Unload(UnloadMode::Session);
+        };
+        EXPECT_FALSE(rig.Chain->Main()) << where;
+        EXPECT_EQ(rig.Gates.Passed.back(), where);
+        EXPECT_TRUE(rig.System.Dialogs.Shown.empty());
+    }
 }
 
 TEST(Start, AnUnexpectedErrorIsShownAndEndsTheStart) {

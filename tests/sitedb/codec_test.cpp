@@ -18,6 +18,13 @@ TEST(Checksums, CheckValuesAndSeeds) {
     EXPECT_EQ(crc.GetStringCrc32("6789", crc.GetStringCrc32("12345", 0)), -873187034);
     EXPECT_EQ(static_cast<std::uint32_t>(crc.GetStringCrc32("hello", 0)), 0x3610A686U);
     EXPECT_EQ(crc.GetStringCrc32("", 0), 0);
+    // However it is cut, at each length of what goes in steps of many bytes and of what is left.
+    const Text text = "The quick brown fox jumps over the lazy dog, \x80\xFF again and again.";
+    for (size_t cut = 0; cut <= text.size(); ++cut) {
+        std::int32_t bytewise = 0;
+        for (const char character : text.substr(0, cut)) bytewise = crc.GetStringCrc32({&character, 1}, bytewise);
+        EXPECT_EQ(crc.GetStringCrc32(text.substr(0, cut), 0), bytewise);
+    }
     EXPECT_EQ(CRC16().GetStringCRC16("123456789"), -17603);
 }
 

@@ -1,13 +1,15 @@
-// The scrambling key must stand whole in nothing that is built or kept: programs, libraries, tools, tests, sources.
+// What must not stand whole: the scrambling key in anything that is built or kept, programs, libraries, tools, tests,
+// sources; the key of the debug switch in programs, tests apart.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <set>
 
 #include "base/text.h"
 #include "fakes/TestFolder.h"
+#include "shell/helpers/DebugSwitch.h"
 #include "sitedb/codec/Encryption.h"
 
 namespace tb {
@@ -23,21 +25,49 @@ Text Wide(const Text& text) {
 
 bool Holds(const fs::path& path, const std::vector<Text>& needles) {
     std::ifstream file(path, std::ios::binary);
-    const Text content((std::istreambuf_iterator<char>(file)), {});
+    Text content(fs::file_size(path), '\0');
+    file.read(content.data(), static_cast<std::streamsize>(content.size()));
     return std::any_of(needles.begin(), needles.end(),
                        [&](const Text& needle) { return content.find(needle) != Text::npos; });
 }
 
-// The key, and its halves, since one half betrays nearly as much; forwards, backwards and as wide characters.
-std::vector<Text> Needles() {
-    const Text& key = GetScrambleKey();
+// Each text forwards, backwards and as wide characters.
+std::vector<Text> Needles(const std::vector<Text>& texts) {
     std::vector<Text> needles;
-    for (const Text& part : {key.substr(0, key.size() / 2), key.substr(key.size() / 2)}) {
-        needles.push_back(part);
-        needles.emplace_back(part.rbegin(), part.rend());
-        needles.push_back(Wide(part));
+    for (const Text& text : texts) {
+        needles.push_back(text);
+        needles.emplace_back(text.rbegin(), text.rend());
+        needles.push_back(Wide(text));
     }
     return needles;
+}
+
+fs::path ThisProgram() { return fs::read_symlink("/proc/self/exe"); }
+
+// What has been built so far in any tree, this program's own included.
+std::vector<fs::path> Programs() {
+    std::set<fs::path> folders{ThisProgram().parent_path()};
+    const fs::path trees = fs::path(TRAWLBEAM_SOURCE) / "build";
+    if (fs::exists(trees)) {
+        for (const auto& tree : fs::directory_iterator(trees)) folders.insert(tree.path() / "bin");
+    }
+    std::vector<fs::path> programs;
+    for (const fs::path& folder : folders) {
+        if (!fs::is_directory(folder)) continue;
+        for (const auto& entry : fs::directory_iterator(folder)) {
+            if (entry.is_regular_file()) programs.push_back(entry.path());
+        }
+    }
+    return programs;
+}
+
+// The search itself must be able to find.
+void ExpectFound(const Text& key, const std::vector<Text>& needles) {
+    const TestFolder folder;
+    for (const Text& bait : {key, Text(key.rbegin(), key.rend()), Wide(key)}) {
+        folder.Write("bait", "x" + bait + "y");
+        EXPECT_TRUE(Holds(folder.Path() / "bait", needles));
+    }
 }
 
 TEST(ScrambleKey, IsSomeDozensOfPrintableCharacters) {
@@ -47,26 +77,30 @@ TEST(ScrambleKey, IsSomeDozensOfPrintableCharacters) {
 }
 
 TEST(ScrambleKey, StandsWholeInNoBinaryAndNoSource) {
-    const fs::path root = TRAWLBEAM_SOURCE;
-    const std::vector<Text> needles = Needles();
-    std::vector<fs::path> folders{root / "src", root / "tests", root / "bench", root / "fuzz", root / "docs"};
-    int programs = 0;
-    for (const auto& tree : fs::directory_iterator(root / "build")) {
-        if (fs::is_directory(tree.path() / "bin")) folders.push_back(tree.path() / "bin");
-    }
-    for (const fs::path& place : folders) {
-        if (!fs::exists(place)) continue;
-        for (const auto& entry : fs::recursive_directory_iterator(place)) {
-            if (!entry.is_regular_file()) continue;
-            if (place.filename() == "bin") ++programs;
-            EXPECT_FALSE(Holds(entry.path(), needles)) << entry.path();
+    const Text& key = GetScrambleKey();
+    // One half betrays nearly as much.
+    const std::vector<Text> needles = Needles({key.substr(0, key.size() / 2), key.substr(key.size() / 2)});
+    ExpectFound(key, needles);
+    std::vector<fs::path> files = Programs();
+    EXPECT_GE(files.size(), 1U);
+    for (const char* folder : {"src", "tests", "bench", "fuzz", "docs"}) {
+        for (const auto& entry : fs::recursive_directory_iterator(fs::path(TRAWLBEAM_SOURCE) / folder)) {
+            if (entry.is_regular_file()) files.push_back(entry.path());
         }
     }
-    EXPECT_GT(programs, 1);
-    // The search itself must be able to find: a file that does hold the key.
-    const TestFolder folder;
-    folder.Write("bait", "x" + GetScrambleKey() + "y");
-    EXPECT_TRUE(Holds(folder.Path() / "bait", needles));
+    for (const fs::path& file : files) EXPECT_FALSE(Holds(file, needles)) << file;
+}
+
+// The switch's code is in this program too, so that the compiler's joining of pieces shows before the product is built.
+TEST(DebugSwitchKey, StandsWholeInNoProgramButTests) {
+    const Text key = DebugSwitch();
+    EXPECT_EQ(key.size(), 8U);
+    const std::vector<Text> needles = Needles({key, UpperCase(key), LowerCase(key)});
+    ExpectFound(key, needles);
+    for (const fs::path& program : Programs()) {
+        const bool mayNameIt = program.filename().string().find("_test") != Text::npos && program != ThisProgram();
+        EXPECT_FALSE(!mayNameIt && Holds(program, needles)) << program;
+    }
 }
 
 }  // namespace

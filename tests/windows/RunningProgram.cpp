@@ -1,7 +1,6 @@
 #include "windows/RunningProgram.h"
 
 #include "components/tbBHBridge/ChannelNames.h"
-#include "platform/win32/Win32Errors.h"
 #include "platform/win32/Win32Files.h"
 #include "sitedb/EvilDB.h"
 
@@ -9,7 +8,6 @@ namespace tb {
 
 namespace {
 
-constexpr DWORD EndMs = 10000;
 constexpr const char* ProgramName = "Trawlbeam.exe";
 // "mm/dd/yyyy hh:mm:ss".
 constexpr size_t LogPrefix = 19;
@@ -20,12 +18,6 @@ struct NoReferenceData : EvilDBHost {
 };
 
 }  // namespace
-
-std::filesystem::path BuiltProgram(const char* name) {
-    wchar_t own[MAX_PATH];
-    GetModuleFileNameW(nullptr, own, MAX_PATH);
-    return std::filesystem::path(own).parent_path() / name;
-}
 
 ProgramFolder::ProgramFolder() {
     std::filesystem::copy_file(BuiltProgram(ProgramName), Path() / ProgramName);
@@ -45,6 +37,12 @@ void ProgramFolder::WriteSetting(const Text& section, const Text& key, const Tex
     const auto file = Win32Files().OpenForWriting(Path() / "Trawlbeam.ini");
     file->Write("<INI DATE='01/01/2026 00:00:00'>\r\n<SECTION name='" + section + "'>\r\n<ELEMENT NAME='" + key + "'>" +
                 value + "</ELEMENT>\r\n</SECTION>\r\n</INI>\r\n");
+    file->Finish();
+}
+
+void ProgramFolder::WriteData(const char* name, const Text& bytes) const {
+    const auto file = Win32Files().OpenForWriting(Path() / "Data" / name);
+    file->Write(bytes);
     file->Finish();
 }
 
@@ -69,44 +67,17 @@ Text ProgramFolder::Log() const {
     return lines;
 }
 
-ProgramProcess::ProgramProcess(const std::filesystem::path& program, const std::wstring& arguments) {
-    STARTUPINFOW start{};
-    start.cb = sizeof start;
-    PROCESS_INFORMATION made{};
-    std::wstring line = L"program " + arguments;
-    if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                        program.parent_path().c_str(), &start, &made)) {
-        throw SystemError("CreateProcess", GetLastError());
-    }
-    m_Process = OwnedObject(made.hProcess);
-    m_Id = made.dwProcessId;
-    CloseHandle(made.hThread);
-}
-
-ProgramProcess::~ProgramProcess() {
-    TerminateProcess(m_Process.Get(), 99);
-    WaitForSingleObject(m_Process.Get(), EndMs);
-}
-
-DWORD ProgramProcess::WaitForEnd(DWORD milliseconds) const {
-    WaitForSingleObject(m_Process.Get(), milliseconds);
-    DWORD status = STILL_ACTIVE;
-    GetExitCodeProcess(m_Process.Get(), &status);
-    return status;
-}
-
 RunningProgram::RunningProgram() : RunningProgram(std::make_shared<ProgramFolder>()) {}
 
-RunningProgram::RunningProgram(std::shared_ptr<ProgramFolder> folder)
+RunningProgram::RunningProgram(std::shared_ptr<ProgramFolder> folder, const Text& lastLine)
     : m_Folder(std::move(folder)), m_Process(m_Folder->Path() / ProgramName) {
-    WaitUntilReady();
+    WaitUntilReady(lastLine);
 }
 
-void RunningProgram::WaitUntilReady() {
-    const bool ready = Eventually([this] { return Box() != 0 || m_Process.WaitForEnd(0) != STILL_ACTIVE; });
+void RunningProgram::WaitUntilReady(const Text& lastLine) {
+    const bool ready = Eventually(
+        [&] { return (Box() != 0 && m_Folder->Log().ends_with(lastLine)) || m_Process.WaitForEnd(0) != STILL_ACTIVE; });
     if (!ready || Box() == 0) throw RuntimeError(1, "the program does not come up: " + m_Folder->Log());
-    // The start has returned to the message loop.
-    WaitForInputIdle(Process(), EndMs);
     m_ReadyAt = m_Folder->Log().size();
 }
 

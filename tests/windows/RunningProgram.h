@@ -1,9 +1,9 @@
 // The real program in a folder of the test's own, running for as long as the object lives.
 #pragma once
 
-#include "platform/win32/Handle.h"
 #include "platform/win32/Win32WindowText.h"
 #include "windows/OnlyProgram.h"
+#include "windows/ProgramProcess.h"
 #include "windows/ScratchFolder.h"
 
 namespace tb {
@@ -21,31 +21,14 @@ public:
     // Writes a settings file with one value.
     void WriteSetting(const Text& section, const Text& key, const Text& value) const;
     Text Settings() const;
+    // Writes a file of the Data folder.
+    void WriteData(const char* name, const Text& bytes) const;
     // The lines of the log from character 20 on, behind date and time, each with a line feed; empty without a log.
     Text Log() const;
 
 private:
     void WriteSnapshot() const;
     ScratchFolder m_Folder;
-};
-
-// A process of a program folder, or of any program of the build.
-class ProgramProcess {
-public:
-    explicit ProgramProcess(const std::filesystem::path& program, const std::wstring& arguments = {});
-    ProgramProcess(const ProgramProcess&) = delete;
-    ProgramProcess& operator=(const ProgramProcess&) = delete;
-    // Ends the process if it still runs.
-    ~ProgramProcess();
-
-    HANDLE Handle() const { return m_Process.Get(); }
-    DWORD Id() const { return m_Id; }
-    // The exit status, or STILL_ACTIVE when it has not ended after `milliseconds`.
-    DWORD WaitForEnd(DWORD milliseconds = 10000) const;
-
-private:
-    OwnedObject m_Process;
-    DWORD m_Id = 0;
 };
 
 class RunningProgram {
@@ -55,8 +38,8 @@ public:
 
     // Returns when the channel answers. Throws a RuntimeError when the program does not come up.
     RunningProgram();
-    // In a folder that exists already and was prepared.
-    explicit RunningProgram(std::shared_ptr<ProgramFolder> folder);
+    // In a folder that exists already and was prepared; returns when the log ends with `lastLine`, too.
+    explicit RunningProgram(std::shared_ptr<ProgramFolder> folder, const Text& lastLine = {});
 
     const ProgramFolder& Folder() const { return *m_Folder; }
     HANDLE Process() const { return m_Process.Handle(); }
@@ -72,7 +55,7 @@ public:
     Text Log() const { return m_Folder->Log().substr(m_ReadyAt); }
 
 private:
-    void WaitUntilReady();
+    void WaitUntilReady(const Text& lastLine);
 
     OnlyProgram m_OnlyOne;
     std::shared_ptr<ProgramFolder> m_Folder;
@@ -80,9 +63,6 @@ private:
     ProgramProcess m_Process;
     size_t m_ReadyAt = 0;
 };
-
-// Programs of a build lie in one folder.
-std::filesystem::path BuiltProgram(const char* name);
 
 // Polls until `done`, half a minute at most; whether it came.
 template <typename Condition>

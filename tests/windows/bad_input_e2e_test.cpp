@@ -3,17 +3,16 @@
 #include <windows.h>
 
 #include <gtest/gtest.h>
-#include <psapi.h>
 
 #include <algorithm>
 #include <random>
 
-#include "components/tbBHBridge/ChannelClient.h"
-#include "platform/win32/ReplyWindow.h"
 #include "platform/win32/Win32Files.h"
 #include "urlcheck/BrowserChannel.h"
 #include "urlcheck/StandaloneVerdictHost.h"
 #include "urlcheck/UrlVerdict.h"
+#include "windows/Browser.h"
+#include "windows/FlatMemory.h"
 #include "windows/RunningProgram.h"
 
 namespace tb {
@@ -48,9 +47,12 @@ private:
 // Request fields of any bytes but NUL, which ends a text. Unknown commands stay out: their message waits for a user.
 class RandomRequests {
 public:
+    explicit RandomRequests(bool allows) : m_Allows(allows) {}
     Text Next(size_t length) {
-        Text fields = m_Random() % 8 == 0 ? "Allow\t" : "Check\t";
-        if (m_Random() % 2 == 0) fields += m_Random() % 2 == 0 ? "http://evil.example/offer" : "https://phish.test";
+        const bool allow = m_Allows && m_Random() % 8 == 0;
+        Text fields = allow ? "Allow\thttp://allowed.example/" : "Check\t";
+        if (!allow && m_Random() % 2 == 0)
+            fields += m_Random() % 2 == 0 ? "http://evil.example/offer" : "https://phish.test";
         while (fields.size() < length) AppendPiece(fields);
         return fields;
     }
@@ -69,59 +71,42 @@ private:
         }
     }
 
+    const bool m_Allows;
     std::mt19937 m_Random{20261121};
 };
 
 class BadInput : public testing::Test {
 protected:
-    BadInput() : m_Client(m_Windows) { m_Client.Locate(); }
-    Text Ask(const Text& fields) {
-        m_Client.Send(m_Reply.Window(), fields);
-        return m_Reply.Take().value_or("(none)");
-    }
-    PROCESS_MEMORY_COUNTERS Memory() const {
-        PROCESS_MEMORY_COUNTERS counters{};
-        GetProcessMemoryInfo(m_Program.Process(), &counters, sizeof counters);
-        return counters;
-    }
-
     RunningProgram m_Program;
-    Win32WindowText m_Windows;
-    ChannelClient m_Client;
-    ReplyWindow m_Reply;
+    Browser m_Browser;
 };
 
 TEST_F(BadInput, IsAnsweredAsTheVerdictDoes) {
     Model model;
-    RandomRequests requests;
+    RandomRequests requests(true);
     int blocked = 0;
     for (int count = 0; count < 1500; ++count) {
         // Mostly short, a few of the full length.
         const size_t length = count % 100 == 0 ? Largest : requests.Below(count % 10 == 0 ? 2000 : 60);
         const Text fields = requests.Next(length);
         const Text expected = model.Answer(fields);
-        ASSERT_EQ(Ask(fields), expected) << "request " << count << ": " << Quoted(fields, 200);
+        ASSERT_EQ(m_Browser.Ask(fields), expected) << "request " << count << ": " << Quoted(fields, 200);
         blocked += expected == RunningProgram::Blocked ? 1 : 0;
     }
     EXPECT_GT(blocked, 100);
 }
 
 TEST_F(BadInput, LeavesMemoryFlat) {
-    constexpr int Requests = 10000;
-    constexpr SIZE_T Allowed = 1 << 20;
-    RandomRequests requests;
+    RandomRequests requests(false);
     const auto send = [&](int count) {
-        for (int index = 0; index < count; ++index) Ask(requests.Next(requests.Below(index % 100 == 0 ? 4000 : 200)));
+        for (int index = 0; index < count; ++index)
+            m_Browser.Ask(requests.Next(requests.Below(index % 100 == 0 ? 4000 : 200)));
     };
-    send(1000);
-    const PROCESS_MEMORY_COUNTERS before = Memory();
-    send(Requests);
-    const PROCESS_MEMORY_COUNTERS after = Memory();
-    std::printf("private %zu -> %zu, working set %zu -> %zu bytes\n", before.PagefileUsage, after.PagefileUsage,
-                before.WorkingSetSize, after.WorkingSetSize);
-    ASSERT_GT(before.WorkingSetSize, 0U);
-    EXPECT_LT(after.PagefileUsage, before.PagefileUsage + Allowed);
-    EXPECT_LT(after.WorkingSetSize, before.WorkingSetSize + Allowed);
+    // What the start left behind goes within seconds.
+    send(3000);
+    const FlatMemory memory(m_Program.Process());
+    send(10000);
+    memory.Expect("10000 requests");
 }
 
 }  // namespace

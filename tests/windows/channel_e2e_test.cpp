@@ -5,30 +5,11 @@
 #include <atomic>
 #include <thread>
 
-#include "components/tbBHBridge/ChannelClient.h"
-#include "platform/win32/ReplyWindow.h"
+#include "windows/Browser.h"
 #include "windows/RunningProgram.h"
 
 namespace tb {
 namespace {
-
-// One browser window: its own thread uses it.
-class Browser {
-public:
-    Browser() : m_Client(m_Windows) { m_Client.Locate(); }
-    // The reply, or "(none)".
-    Text Ask(const Text& fields) {
-        m_Client.Send(m_Reply.Window(), fields);
-        return m_Reply.Take().value_or("(none)");
-    }
-    ChannelClient& Client() { return m_Client; }
-    WindowHandle ReplyHandle() const { return m_Reply.Window(); }
-
-private:
-    Win32WindowText m_Windows;
-    ChannelClient m_Client;
-    ReplyWindow m_Reply;
-};
 
 class Channel : public testing::Test {
 protected:

@@ -5,6 +5,7 @@
 
 #include "components/tbBHBridge/ChannelNames.h"
 #include "fakes/FakePlatform.h"
+#include "fakes/FakeSender.h"
 #include "fakes/FakeSound.h"
 #include "platform/win32/Handle.h"
 #include "platform/win32/ReplyWindow.h"
@@ -13,25 +14,20 @@
 #include "shell/Start.h"
 #include "ui/window/win32/Win32WindowSystem.h"
 #include "windows/OnlyProgram.h"
+#include "windows/TrayMenu.h"
 
 namespace tb {
 namespace {
 
-constexpr UINT GetMenuOfWindow = 0x1E1;  // MN_GETHMENU
-constexpr UINT PollMs = 5;
+constexpr DWORD PollMs = 5;
 constexpr int MostPolls = 1000;
 // The controller's timers by the numbers of their messages.
 constexpr WPARAM UpdateTimer = 1;
 constexpr WPARAM SubmissionTimer = 2;
 
-void Serve() {
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
-}
-
 class CountedServices : public ControllerServices {
 public:
-    void UpdateEvilDB(const Text& /*clientKey*/) override { ++Updates; }
+    bool SendVersions() override { return ++Updates == 0; }
     void ProcessSubmissions() override { ++Submissions; }
     int Updates = 0;
     int Submissions = 0;
@@ -58,17 +54,7 @@ protected:
         return section + "</SECTION>";
     }
 
-    // The captions of the tray's menu, which is opened as the shell does and closed by Escape.
-    std::vector<Text> MenuRows() {
-        s_Rows.clear();
-        s_Polls = 0;
-        s_Owner = m_Tray;
-        const UINT_PTR poll = SetTimer(nullptr, 0, PollMs, &ReadMenu);
-        SendMessageA(m_Tray, TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
-        KillTimer(nullptr, poll);
-        Serve();
-        return s_Rows;
-    }
+    std::vector<Text> MenuRows() { return TrayMenu::Open(m_Tray); }
 
     OnlyProgram m_OnlyOne;
     FakeSystem m_System;
@@ -87,50 +73,23 @@ protected:
     FakeSound m_Sound;
     Forms m_Forms{&m_Windows};
     CountedServices m_Services;
+    SiteTables m_Tables{m_Program};
+    FakeWeb m_Web;
     StartGates m_Gates;
     Start m_Start{m_Program, m_Log, m_Gates, [this] {
                       return std::make_shared<frmController>(
-                          m_Forms, frmController::Parts{m_Program, m_Log, m_Services, m_Icon, m_Sound,
-                                                        [this](const Text& line) { m_Failures.push_back(line); }});
+                          m_Forms,
+                          frmController::Parts{m_Program, m_Log, m_Services, m_Tables, m_Web.Factory(), m_Icon, m_Sound,
+                                               [this](const Text& line) { m_Failures.push_back(line); }});
                   }};
     HWND m_Tray = nullptr;
-
-private:
-    static HWND OpenMenu() {
-        for (HWND menu = nullptr; (menu = FindWindowExA(nullptr, menu, "#32768", nullptr)) != nullptr;) {
-            DWORD process = 0;
-            GetWindowThreadProcessId(menu, &process);
-            if (process == GetCurrentProcessId() && IsWindowVisible(menu)) return menu;
-        }
-        return nullptr;
-    }
-    // Runs inside the menu's loop.
-    static void CALLBACK ReadMenu(HWND, UINT, UINT_PTR, DWORD) {
-        const HWND open = OpenMenu();
-        if (open == nullptr) {
-            if (++s_Polls > MostPolls) SendMessageA(s_Owner, WM_CANCELMODE, 0, 0);
-            return;
-        }
-        if (!s_Rows.empty()) return;
-        const HMENU menu = reinterpret_cast<HMENU>(SendMessageA(open, GetMenuOfWindow, 0, 0));
-        for (int row = 0; row < GetMenuItemCount(menu); ++row) {
-            char caption[64] = "";
-            GetMenuStringA(menu, static_cast<UINT>(row), caption, sizeof caption, MF_BYPOSITION);
-            s_Rows.emplace_back(caption);
-        }
-        PostMessageA(s_Owner, WM_KEYDOWN, VK_ESCAPE, 0);
-    }
-
-    inline static std::vector<Text> s_Rows;
-    inline static int s_Polls = 0;
-    inline static HWND s_Owner = nullptr;
 };
 
 TEST_F(ControllerWindowTest, TheMenuHasItsRows) {
     Run("");
-    EXPECT_EQ(MenuRows(), (std::vector<Text>{"Trawlbeam Anti-Scam System", "", "&Main", "&Submit Scams", "&Preferences",
-                                             "Trawlbeam Ho&mepage", "", "Hide Trawlbeam &DropZone", "", "&Help...",
-                                             "&About...", "", "&Exit"}));
+    EXPECT_EQ(MenuRows(), (std::vector<Text>{"Trawlbeam Anti-Scam System", "-", "&Main", "&Submit Scams",
+                                             "&Preferences", "Trawlbeam Ho&mepage", "-", "Hide Trawlbeam &DropZone",
+                                             "-", "&Help...", "&About...", "-", "&Exit"}));
     EXPECT_FALSE(IsWindowVisible(ToHwnd(Controller().hWnd())));
     EXPECT_TRUE(m_Failures.empty());
 }
@@ -140,7 +99,7 @@ TEST_F(ControllerWindowTest, InDebugModeTheMenuFollowsTheDiagnosticsWindow) {
     std::vector<Text> rows = MenuRows();
     ASSERT_EQ(rows.size(), 15U);
     EXPECT_EQ(rows[7], "Hide Debu&g Diagnostics");
-    EXPECT_EQ(rows[8], "");
+    EXPECT_EQ(rows[8], "-");
     EXPECT_EQ(rows[9], "Show Trawlbeam &DropZone");
     const HWND diagnostics = ToHwnd(Controller().hWnd());
     EXPECT_TRUE(IsWindowVisible(diagnostics));

@@ -6,23 +6,13 @@
 #include "platform/win32/Win32Sound.h"
 #include "platform/win32/Win32TrayIcon.h"
 #include "platform/win32/Win32WindowText.h"
-#include "ui/window/Timer.h"
 #include "ui/window/win32/Win32WindowSystem.h"
 #include "urlcheck/sounds/Sounds.h"
 #include "urlcheck/tray/frmSysTray.h"
+#include "windows/TrayMenu.h"
 
 namespace tb {
 namespace {
-
-constexpr UINT GetMenuOfWindow = 0x1E1;  // MN_GETHMENU
-constexpr int Openings = 200;
-constexpr int PollMs = 10;
-constexpr int MostPolls = 500;
-
-void Serve() {
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
-}
 
 // The real icon; what is told to the shell is counted.
 class CountedTrayIcon : public Win32TrayIcon {
@@ -51,8 +41,6 @@ protected:
         m_Tray.SysTrayDoubleClick.Connect(
             [this](std::int32_t button) { m_Events += "double" + std::to_string(button) + " "; });
         m_Tray.SysTrayMouseMove.Connect([this] { m_Events += "move "; });
-        m_Poll.SetInterval(PollMs);
-        m_Poll.TimerEvent.Connect([this] { Poll(); });
         // Tests of several processes may run at once.
         m_Tray.SetCaption("Trawlbeam tray test " + std::to_string(GetCurrentProcessId()));
         m_Tray.Load();
@@ -69,54 +57,7 @@ protected:
 
     HWND Window() { return ToHwnd(m_Tray.hWnd()); }
 
-    // The menu of this process that is open.
-    static HWND OpenMenu() {
-        for (HWND menu = nullptr; (menu = FindWindowExA(nullptr, menu, "#32768", nullptr)) != nullptr;) {
-            DWORD process = 0;
-            GetWindowThreadProcessId(menu, &process);
-            if (process == GetCurrentProcessId() && IsWindowVisible(menu)) return menu;
-        }
-        return nullptr;
-    }
-    // Runs inside the menu's loop: reads the menu once it is open and presses the keys.
-    void Poll() {
-        const HWND open = OpenMenu();
-        if (open == nullptr) {
-            if (++m_Polls > MostPolls) SendMessageA(Window(), WM_CANCELMODE, 0, 0);
-            return;
-        }
-        m_Poll.SetEnabled(false);
-        const HMENU menu = reinterpret_cast<HMENU>(SendMessageA(open, GetMenuOfWindow, 0, 0));
-        m_Rows.clear();
-        for (int row = 0; row < GetMenuItemCount(menu); ++row) m_Rows.push_back(Describe(menu, static_cast<UINT>(row)));
-        for (const WPARAM key : m_Keys) PostMessageA(Window(), WM_KEYDOWN, key, 0);
-    }
-    static Text Describe(HMENU menu, UINT row) {
-        char caption[64] = "";
-        MENUITEMINFOA item{};
-        item.cbSize = sizeof item;
-        item.fMask = MIIM_FTYPE | MIIM_STATE | MIIM_STRING;
-        item.dwTypeData = caption;
-        item.cch = sizeof caption;
-        GetMenuItemInfoA(menu, row, TRUE, &item);
-        if ((item.fType & MFT_SEPARATOR) != 0) return "-";
-        return Text(caption) + ((item.fState & MFS_DEFAULT) != 0 ? " bold" : "") +
-               ((item.fState & MFS_DISABLED) != 0 ? " grey" : "");
-    }
-    // Opens the menu as the shell does and returns when it is closed.
-    void OpenWith(std::vector<WPARAM> keys) {
-        m_Keys = std::move(keys);
-        m_Polls = 0;
-        m_Poll.SetEnabled(true);
-        SendMessageA(Window(), TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
-        m_Poll.SetEnabled(false);
-        Serve();
-    }
-
     Text m_Events;
-    std::vector<Text> m_Rows;
-    std::vector<WPARAM> m_Keys;
-    int m_Polls = 0;
     std::vector<Text> m_Failures;
     const std::function<void(const RuntimeError&)> m_Failed = [this](const RuntimeError& error) {
         m_Failures.push_back(error.Line());
@@ -130,7 +71,6 @@ protected:
         m_Forms,
         {m_Icon, m_Windows, WindowsVersion{2, 6, 1}, [this](const Text& line) { return m_Channel.Handle(line); },
          [this](const Text& line) { m_Failures.push_back(line); }}};
-    Timer& m_Poll = m_Tray.Add<Timer>("tmPoll");
 };
 
 TEST_F(TrayWindowTest, TheIconIsShownChangedAndTakenAway) {
@@ -157,26 +97,13 @@ TEST_F(TrayWindowTest, OnlyMessagesOfTheIconAreEvents) {
 }
 
 TEST_F(TrayWindowTest, TheMenuShowsItsItemsInOrder) {
-    OpenWith({VK_ESCAPE});
-    EXPECT_EQ(m_Rows, (std::vector<Text>{"Trawlbeam Anti-Scam System bold", "-", "&Main", "&About... grey", "&Exit"}));
+    EXPECT_EQ(TrayMenu::Open(Window()),
+              (std::vector<Text>{"Trawlbeam Anti-Scam System bold", "-", "&Main", "&About... grey", "&Exit"}));
     EXPECT_EQ(m_Events, "down2 ");
-    EXPECT_EQ(OpenMenu(), nullptr);
-    OpenWith({VK_DOWN, VK_DOWN, VK_RETURN});
+    EXPECT_EQ(OpenMenu(GetCurrentProcessId()), nullptr);
+    TrayMenu::Open(Window(), {VK_DOWN, VK_DOWN, VK_RETURN});
     EXPECT_EQ(m_Events, "down2 down2 click menu1 ");
     EXPECT_TRUE(m_Failures.empty());
-}
-
-TEST_F(TrayWindowTest, OpeningTheMenuLeavesNothingBehind) {
-    OpenWith({VK_ESCAPE});
-    const std::int32_t before = HandleCount::Live();
-    for (int opening = 0; opening < Openings; ++opening) {
-        m_Rows.clear();
-        OpenWith({VK_ESCAPE});
-        ASSERT_EQ(m_Rows.size(), 5U) << "opening " << opening;
-    }
-    EXPECT_EQ(HandleCount::Live(), before);
-    EXPECT_EQ(OwnedMenu::Live(), 0);
-    std::printf("%d openings: %d live handles before, %d after\n", Openings, before, HandleCount::Live());
 }
 
 TEST_F(TrayWindowTest, RequestsAreAnsweredThroughTheBox) {

@@ -9,6 +9,7 @@
 #include "ui/window/TextBox.h"
 #include "ui/window/Timer.h"
 #include "ui/window/win32/Win32WindowSystem.h"
+#include "windows/TrayMenu.h"
 
 namespace tb {
 namespace {
@@ -25,13 +26,6 @@ protected:
     HWND Window() { return ToHwnd(m_Form.hWnd()); }
     HWND Child() { return GetWindow(Window(), GW_CHILD); }
 
-    static void Serve() {
-        MSG message;
-        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&message);
-            DispatchMessageA(&message);
-        }
-    }
     // Serves messages until `done`; false when that takes too long.
     template <typename Condition>
     static bool ServeUntil(Condition done) {
@@ -167,6 +161,29 @@ TEST_F(UiWindowTest, AShownBoxOfOneLineTellsOfEachTextOnce) {
     SendFromOutside(Child(), "another");
     SendMessageA(Child(), WM_CHAR, '!', 0);
     EXPECT_EQ(seen, (std::vector<Text>{"program", "another", "!another"}));
+}
+
+TEST_F(UiWindowTest, TopMostStaysAboveTheOthersUntilItEnds) {
+    m_Form.SetTopMost(true);
+    m_Form.Show();
+    const Twips width = m_Form.Width();
+    const OwnedWindow other(
+        CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 99, 99, nullptr, nullptr, nullptr, nullptr));
+    // Brings the other one up as far as it gets.
+    const auto isAbove = [&] {
+        SetWindowPos(other.Get(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        for (HWND above = other.Get(); above != nullptr; above = GetWindow(above, GW_HWNDPREV)) {
+            if (above == Window()) return true;
+        }
+        return false;
+    };
+    EXPECT_TRUE(isAbove()) << "set before there was a window";
+    m_Form.SetTopMost(false);
+    EXPECT_FALSE(isAbove());
+    m_Form.SetTopMost(true);
+    EXPECT_TRUE(isAbove());
+    EXPECT_EQ(m_Form.Width(), width);
+    EXPECT_TRUE((GetWindowLongPtrA(Window(), GWL_EXSTYLE) & WS_EX_TOPMOST) != 0);
 }
 
 TEST_F(UiWindowTest, PlaceStateAndBorderGoBothWays) {

@@ -96,19 +96,17 @@ TEST_F(Win32FilesTest, LetsOthersReadAFileThatIsAppendedTo) {
 
 TEST_F(Win32FilesTest, TellsLocalTimes) {
     Write("x");
-    // 21 November 2026 at 13:14:15, universal time.
-    const SYSTEMTIME moment{2026, 11, 0, 21, 13, 14, 15, 0};
-    FILETIME changed{};
-    SystemTimeToFileTime(&moment, &changed);
-    {
-        const OwnedFile file(CreateFileW(m_Target.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                         nullptr, OPEN_EXISTING, 0, nullptr));
-        ASSERT_TRUE(SetFileTime(file.Get(), nullptr, nullptr, &changed));
+    for (const WORD month : {WORD{1}, WORD{7}}) {
+        const SYSTEMTIME moment{2000, month, 0, 1, 13, 14, 15, 0};
+        const Date universal(CivilDate{2000, month, 1, 13, 14, 15});
+        m_Files.SetTimes(m_Target, {universal, universal, universal}, false);
+        SYSTEMTIME local{};
+        SystemTimeToTzSpecificLocalTime(nullptr, &moment, &local);
+        EXPECT_EQ(m_Files.Times(m_Target).Modified,
+                  Date(CivilDate{local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond}));
     }
-    SYSTEMTIME local{};
-    SystemTimeToTzSpecificLocalTime(nullptr, &moment, &local);
-    EXPECT_EQ(m_Files.Times(m_Target).Modified,
-              Date(CivilDate{local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond}));
+    const Date tooEarly(CivilDate{1600, 12, 31, 0, 0, 0});
+    EXPECT_EQ(Raised([&] { m_Files.SetTimes(m_Target, {tooEarly, tooEarly, tooEarly}, true); }), 5);
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <algorithm>
 
 #include "fakes/Raised.h"
-#include "platform/win32/Handle.h"
 #include "platform/win32/Win32FileVersions.h"
 #include "platform/win32/Win32Machine.h"
 #include "platform/win32/Win32Processes.h"
@@ -16,6 +15,7 @@
 #include "platform/win32/Win32Resources.h"
 #include "platform/win32/Win32Shell.h"
 #include "platform/win32/Win32Text.h"
+#include "windows/ProgramProcess.h"
 #include "windows/ScratchFolder.h"
 
 namespace tb {
@@ -75,41 +75,14 @@ TEST(Win32Resources, AreReadWhole) {
 TEST(Win32FileVersions, AreThoseOfTheResource) {
     Win32FileVersions versions;
     const std::filesystem::path own = Win32Processes().Executable();
-    EXPECT_EQ(versions.FileVersion(own), "3.2.1 caf\xe9") << "without a list of languages";
-    EXPECT_EQ(versions.FileVersion(own.parent_path() / "Trawlbeam.exe"), TRAWLBEAM_VERSION);
-    EXPECT_EQ(versions.FileVersion(own.parent_path() / "absent.exe"), std::nullopt);
-    EXPECT_EQ(versions.FileVersion(own.parent_path()), std::nullopt);
+    using Strings = std::vector<Text>;
+    EXPECT_EQ(versions.Strings(own, {"FileVersion", "Comments"}), (Strings{"3.2.1 caf\xe9", ""}))
+        << "without a list of languages";
+    EXPECT_EQ(versions.Strings(own.parent_path() / "Trawlbeam.exe", {"OriginalFileName", "FileVersion"}),
+              (Strings{"Trawlbeam.exe", TRAWLBEAM_VERSION}));
+    EXPECT_EQ(versions.Strings(own.parent_path() / "absent.exe", {"FileVersion"}), std::nullopt);
+    EXPECT_EQ(versions.Strings(own.parent_path(), {"FileVersion"}), std::nullopt);
 }
-
-// A process of a helper program, which lingers or ends with the answer to the question for another instance.
-class Instance {
-public:
-    Instance(const std::filesystem::path& file, const wchar_t* does) {
-        std::wstring line = L"instance ";
-        line += does;
-        STARTUPINFOW start{};
-        start.cb = sizeof start;
-        PROCESS_INFORMATION made{};
-        CreateProcessW(file.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &made);
-        m_Process = OwnedObject(made.hProcess);
-        OwnedObject(made.hThread).Close();
-    }
-    ~Instance() {
-        TerminateProcess(m_Process.Get(), 99);
-        WaitForSingleObject(m_Process.Get(), DeadlineMs);
-    }
-    Instance(const Instance&) = delete;
-    Instance& operator=(const Instance&) = delete;
-    DWORD Status() const {
-        WaitForSingleObject(m_Process.Get(), DeadlineMs);
-        DWORD status = STILL_ACTIVE;
-        GetExitCodeProcess(m_Process.Get(), &status);
-        return status;
-    }
-
-private:
-    OwnedObject m_Process;
-};
 
 TEST(Win32Processes, KnowAnotherInstanceByItsFile) {
     constexpr DWORD Alone = 40;
@@ -117,15 +90,15 @@ TEST(Win32Processes, KnowAnotherInstanceByItsFile) {
     const ScratchFolder folder;
     const std::filesystem::path one = folder.Path() / "one.exe";
     const std::filesystem::path other = folder.Path() / "other.exe";
-    std::filesystem::copy_file(Win32Processes().Executable().parent_path() / "tbinstance.exe", one);
+    std::filesystem::copy_file(BuiltProgram("tbinstance.exe"), one);
     std::filesystem::copy_file(one, other);
-    EXPECT_EQ(Instance(one, L"ask").Status(), Alone);
+    EXPECT_EQ(ProgramProcess(one, L"ask").WaitForEnd(DeadlineMs), Alone);
     {
-        const Instance first(one, L"linger");
-        EXPECT_EQ(Instance(one, L"ask").Status(), Second);
-        EXPECT_EQ(Instance(other, L"ask").Status(), Alone) << "another file of the folder";
+        const ProgramProcess first(one, L"linger");
+        EXPECT_EQ(ProgramProcess(one, L"ask").WaitForEnd(DeadlineMs), Second);
+        EXPECT_EQ(ProgramProcess(other, L"ask").WaitForEnd(DeadlineMs), Alone) << "another file of the folder";
     }
-    EXPECT_EQ(Instance(one, L"ask").Status(), Alone) << "the first has ended";
+    EXPECT_EQ(ProgramProcess(one, L"ask").WaitForEnd(DeadlineMs), Alone) << "the first has ended";
 }
 
 TEST(Win32Processes, StartAndKnowModulesAndErrors) {
@@ -136,6 +109,9 @@ TEST(Win32Processes, StartAndKnowModulesAndErrors) {
     EXPECT_EQ(processes.Start("\"no such program.exe\" argument"), 0U);
     const std::uint32_t started = processes.Start("cmd.exe /c exit");
     EXPECT_NE(started, 0U);
+    const std::filesystem::path shell = std::filesystem::path(L"C:\\windows\\system32") / L"cmd.exe";
+    EXPECT_NE(processes.StartProgram(shell, "no such program.exe /c exit"), 0U) << "only the file counts";
+    EXPECT_EQ(processes.StartProgram(L"no such program.exe", "cmd.exe /c exit"), 0U);
     EXPECT_EQ(processes.SetWorkingSetSize(3145728, 6291456), 0U);
     const Text denied = processes.SystemErrorText(ERROR_ACCESS_DENIED);
     EXPECT_NE(denied.find("ccess"), Text::npos) << denied;

@@ -54,7 +54,7 @@ public:
 
     // The element with its subtree as text: opening tag with its attributes in single quotes, body, children, closing
     // tag, CR LF. Never self-closing; markup characters are escaped, all other bytes stand as they are. Parsing it
-    // gives an equal element.
+    // gives an equal element, but for blanks around a body that has children behind it, and up to the parser's depth.
     Text XML() const;
 
     // Appends a child; error 91 for null.

@@ -16,6 +16,8 @@ namespace {
 using Path = std::filesystem::path;
 using OpenPaths = std::multiset<Path>;
 
+constexpr mode_t PermissionBits = 07777;
+
 [[noreturn]] void Fail(int code, const Path& about) {
     switch (code) {
     case ENOENT: {
@@ -139,9 +141,16 @@ bool PosixFiles::IsReadOnly(const Path& path) {
     return ::stat(path.c_str(), &status) == 0 && (status.st_mode & S_IWUSR) == 0;
 }
 
-void PosixFiles::ClearAttributes(const Path& path) {
+FileAttributes PosixFiles::Attributes(const Path& path) {
     struct stat status {};
-    if (::stat(path.c_str(), &status) != 0 || ::chmod(path.c_str(), status.st_mode | S_IWUSR) != 0) Fail(errno, path);
+    if (::stat(path.c_str(), &status) != 0) Fail(errno, path);
+    return status.st_mode & PermissionBits;
+}
+
+void PosixFiles::ClearAttributes(const Path& path) { SetAttributes(path, Attributes(path) | S_IWUSR); }
+
+void PosixFiles::SetAttributes(const Path& path, FileAttributes attributes) {
+    if (::chmod(path.c_str(), attributes) != 0) Fail(errno, path);
 }
 
 bool PosixFiles::Exists(const Path& path) {
@@ -164,7 +173,14 @@ FileTimes PosixFiles::Times(const Path& path) {
     struct stat status {};
     if (::stat(path.c_str(), &status) != 0) Fail(errno, path);
     const Date changed = LocalDate(status.st_mtime);
-    return {changed, changed};
+    return {changed, changed, LocalDate(status.st_atime)};
+}
+
+void PosixFiles::SetTimes(const Path& path, const FileTimes& times, bool local) {
+    if (IsReadOnly(path)) throw Error(ErrorNumber::PermissionDenied);
+    const auto moment = [&](const Date& date) { return timespec{local ? LocalMoment(date) : date.Seconds(), 0}; };
+    const timespec values[] = {moment(times.Accessed), moment(times.Modified)};
+    if (::utimensat(AT_FDCWD, path.c_str(), values, 0) != 0) Fail(errno, path);
 }
 
 std::vector<Path> PosixFiles::List(const Path& folder) {

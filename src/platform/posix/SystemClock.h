@@ -10,6 +10,10 @@ namespace tb {
 // A moment of the system in the local time of this machine.
 Date LocalDate(std::time_t moment);
 
+// The moment at which the local time of this machine is `local`, the earlier or the later where the clocks are set
+// back.
+std::time_t LocalMoment(const Date& local);
+
 class SystemClock : public Clock {
 public:
     Date Now() override;

@@ -1,19 +1,59 @@
 #include "platform/win32/MessageLoop.h"
 
-#include <windows.h>
+#include "platform/win32/Win32Errors.h"
 
 namespace tb {
+
+namespace {
+
+constexpr const char* DialogKeys = "TrawlbeamDialogKeys";
+
+bool IsKeyOfDialog(MSG& message) {
+    if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
+    const HWND window = GetAncestor(message.hwnd, GA_ROOT);
+    return window != nullptr && GetPropA(window, DialogKeys) != nullptr && IsDialogMessageA(window, &message) != FALSE;
+}
+
+void Handle(MSG& message) {
+    if (IsKeyOfDialog(message)) return;
+    TranslateMessage(&message);
+    DispatchMessageA(&message);
+}
+
+}  // namespace
 
 int RunMessageLoop() {
     MSG message{};
     // Zero ends the loop, -1 means a parameter that is wrong; both end here.
-    while (GetMessageA(&message, nullptr, 0, 0) > 0) {
-        TranslateMessage(&message);
-        DispatchMessageA(&message);
-    }
+    while (GetMessageA(&message, nullptr, 0, 0) > 0) Handle(message);
     return message.message == WM_QUIT ? static_cast<int>(message.wParam) : 1;
 }
 
 void EndMessageLoop(int status) { PostQuitMessage(status); }
+
+bool ServeWaitingMessages(int limit) {
+    MSG message{};
+    for (int served = 0; served < limit && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE); ++served) {
+        if (message.message == WM_QUIT) {
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return false;
+        }
+        Handle(message);
+    }
+    return true;
+}
+
+bool ServeMessagesUntil(const std::function<bool()>& done) {
+    while (!done()) {
+        // One at a time, or a flood of them would hold up the end.
+        if (!ServeWaitingMessages(1)) return false;
+        if (done()) break;
+        const DWORD woken = MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+        if (woken == WAIT_FAILED) throw SystemError("MsgWaitForMultipleObjectsEx", GetLastError());
+    }
+    return true;
+}
+
+void UseDialogKeys(HWND window) { SetPropA(window, DialogKeys, window); }
 
 }  // namespace tb

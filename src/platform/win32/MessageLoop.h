@@ -1,12 +1,30 @@
-// The main loop of a program with windows.
+// The message queue of the calling thread.
 #pragma once
+
+#include <windows.h>
+
+#include <climits>
+#include <functional>
 
 namespace tb {
 
-// Serves messages of the calling thread until EndMessageLoop; returns its status.
+// The main loop of a program with windows: serves messages until EndMessageLoop; returns its status.
 int RunMessageLoop();
 
 // Ends the loop of the calling thread, and the modal boxes open above it, once the present message is handled.
 void EndMessageLoop(int status);
+
+// Handles the messages that wait, `limit` of them at most besides what other threads send, and returns. False when the
+// end of the loop is due; it stays so.
+bool ServeWaitingMessages(int limit = INT_MAX);
+
+// Waits for messages and handles them until `done`, which is asked at first and after each. False when the end of the
+// loop is due; it stays so.
+bool ServeMessagesUntil(const std::function<bool()>& done);
+
+// From now on the keys of a dialog work in this window, in all loops above: Tab and the arrows move the focus, Enter
+// and Escape come as commands IDOK and IDCANCEL, Alt and a letter press a button. The window must not be destroyed
+// inside these commands before whoever handles them is done.
+void UseDialogKeys(HWND window);
 
 }  // namespace tb

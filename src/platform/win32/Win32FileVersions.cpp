@@ -3,7 +3,8 @@
 #include <windows.h>
 
 #include <cstdio>
-#include <vector>
+#include <cstring>
+#include <string>
 
 #include "platform/win32/Win32Text.h"
 
@@ -17,9 +18,6 @@ struct Translation {
     WORD CodePage;
 };
 
-// What files without such a list use: US English in code page 1252, in Unicode, and in none.
-constexpr Translation UsualTranslations[] = {{0x0409, 1252}, {0x0409, 1200}, {0x0409, 0}};
-
 using VersionBlock = std::vector<char>;
 
 VersionBlock ReadBlock(const std::filesystem::path& path) {
@@ -31,35 +29,37 @@ VersionBlock ReadBlock(const std::filesystem::path& path) {
     return block;
 }
 
-std::vector<Translation> Translations(const VersionBlock& block) {
+// Where the block keeps its strings, with a backslash behind.
+std::wstring StringFolder(const VersionBlock& block) {
+    Translation first{};
     void* place = nullptr;
     UINT bytes = 0;
-    std::vector<Translation> list;
-    if (VerQueryValueW(block.data(), L"\\VarFileInfo\\Translation", &place, &bytes)) {
-        const auto* const first = static_cast<const Translation*>(place);
-        list.assign(first, first + bytes / sizeof(Translation));
+    if (VerQueryValueW(block.data(), L"\\VarFileInfo\\Translation", &place, &bytes) && bytes >= sizeof first) {
+        std::memcpy(&first, place, sizeof first);
     }
-    list.insert(list.end(), std::begin(UsualTranslations), std::end(UsualTranslations));
-    return list;
+    wchar_t folder[64];
+    std::swprintf(folder, std::size(folder), L"\\StringFileInfo\\%04x%04x\\", first.Language, first.CodePage);
+    return folder;
 }
 
 }  // namespace
 
-std::optional<Text> Win32FileVersions::FileVersion(const std::filesystem::path& path) {
+std::optional<std::vector<Text>> Win32FileVersions::Strings(const std::filesystem::path& path,
+                                                            const std::vector<Text>& names) {
     const VersionBlock block = ReadBlock(path);
     if (block.empty()) return std::nullopt;
-    for (const Translation& translation : Translations(block)) {
-        wchar_t name[64];
-        std::swprintf(name, std::size(name), L"\\StringFileInfo\\%04x%04x\\FileVersion", translation.Language,
-                      translation.CodePage);
+    const std::wstring folder = StringFolder(block);
+    std::vector<Text> strings;
+    for (const Text& name : names) {
+        Text& value = strings.emplace_back();
         void* place = nullptr;
         UINT length = 0;
-        if (!VerQueryValueW(block.data(), name, &place, &length)) continue;
+        if (!VerQueryValueW(block.data(), (folder + ToSystem(name)).c_str(), &place, &length)) continue;
         // The length may count the closing NUL.
-        const std::wstring_view value(static_cast<const wchar_t*>(place), length);
-        return FromSystem(value.substr(0, value.find(L'\0')));
+        const std::wstring_view text(static_cast<const wchar_t*>(place), length);
+        value = FromSystem(text.substr(0, text.find(L'\0')));
     }
-    return std::nullopt;
+    return strings;
 }
 
 }  // namespace tb

@@ -7,8 +7,8 @@ namespace tb {
 
 class Win32FileVersions : public FileVersions {
 public:
-    // In the first of the file's languages that has the string, otherwise in US English.
-    std::optional<Text> FileVersion(const std::filesystem::path& path) override;
+    std::optional<std::vector<Text>> Strings(const std::filesystem::path& path,
+                                             const std::vector<Text>& names) override;
 };
 
 }  // namespace tb

@@ -15,6 +15,9 @@ using std::filesystem::path;
 // One call moves at most this much, well below the 32 bits of its count.
 constexpr size_t LargestTransfer = size_t{1} << 26;
 
+constexpr DWORD SettableAttributes = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
+                                     FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+
 constexpr int ReplaceAttempts = 6;
 constexpr DWORD ReplacePauseMs = 20;
 
@@ -110,8 +113,18 @@ void Win32Files::Delete(const path& name) {
 
 bool Win32Files::IsReadOnly(const path& name) { return HasAttribute(name, FILE_ATTRIBUTE_READONLY); }
 
-void Win32Files::ClearAttributes(const path& name) {
-    if (!SetFileAttributesW(name.c_str(), FILE_ATTRIBUTE_NORMAL)) Fail(name, GetLastError());
+FileAttributes Win32Files::Attributes(const path& name) {
+    const DWORD attributes = GetFileAttributesW(name.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) Fail(name, GetLastError());
+    return attributes;
+}
+
+void Win32Files::ClearAttributes(const path& name) { SetAttributes(name, 0); }
+
+void Win32Files::SetAttributes(const path& name, FileAttributes attributes) {
+    // The others cannot be set, and none at all has a bit of its own.
+    const DWORD settable = attributes & SettableAttributes;
+    if (!SetFileAttributesW(name.c_str(), settable == 0 ? FILE_ATTRIBUTE_NORMAL : settable)) Fail(name, GetLastError());
 }
 
 bool Win32Files::Exists(const path& name) {
@@ -135,7 +148,16 @@ void Win32Files::Append(const path& name, TextView bytes) {
 FileTimes Win32Files::Times(const path& name) {
     WIN32_FILE_ATTRIBUTE_DATA data{};
     if (!GetFileAttributesExW(name.c_str(), GetFileExInfoStandard, &data)) Fail(name, GetLastError());
-    return {LocalDate(data.ftCreationTime), LocalDate(data.ftLastWriteTime)};
+    return {LocalDate(data.ftCreationTime), LocalDate(data.ftLastWriteTime), LocalDate(data.ftLastAccessTime)};
+}
+
+void Win32Files::SetTimes(const path& name, const FileTimes& times, bool local) {
+    if (IsReadOnly(name)) throw Error(ErrorNumber::PermissionDenied);
+    const FILETIME created = Moment(times.Created, local);
+    const FILETIME accessed = Moment(times.Accessed, local);
+    const FILETIME modified = Moment(times.Modified, local);
+    const OwnedFile file = Open(name, FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING);
+    if (!SetFileTime(file.Get(), &created, &accessed, &modified)) Fail(name, GetLastError());
 }
 
 std::vector<path> Win32Files::List(const path& folder) {

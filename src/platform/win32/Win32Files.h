@@ -15,12 +15,15 @@ public:
     void Replace(const std::filesystem::path& from, const std::filesystem::path& to) override;
     void Delete(const std::filesystem::path& path) override;
     bool IsReadOnly(const std::filesystem::path& path) override;
+    FileAttributes Attributes(const std::filesystem::path& path) override;
     void ClearAttributes(const std::filesystem::path& path) override;
+    void SetAttributes(const std::filesystem::path& path, FileAttributes attributes) override;
     bool Exists(const std::filesystem::path& path) override;
     bool FolderExists(const std::filesystem::path& folder) override;
     void MakeFolder(const std::filesystem::path& folder) override;
     void Append(const std::filesystem::path& path, TextView bytes) override;
     FileTimes Times(const std::filesystem::path& path) override;
+    void SetTimes(const std::filesystem::path& path, const FileTimes& times, bool local) override;
     std::vector<std::filesystem::path> List(const std::filesystem::path& folder) override;
 };
 

@@ -44,6 +44,20 @@ bool Runs(DWORD processId, const std::wstring& image) {
            WaitForSingleObject(process.Get(), 0) == WAIT_TIMEOUT && IsInThisSession(processId);
 }
 
+// Without `file` the command line's first word is looked for.
+std::uint32_t StartFile(const wchar_t* file, const Text& commandLine) {
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    start.dwFlags = STARTF_USESHOWWINDOW;
+    start.wShowWindow = SW_SHOWNORMAL;
+    PROCESS_INFORMATION made{};
+    std::wstring line = ToSystem(commandLine);
+    if (!CreateProcessW(file, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &made)) return 0;
+    const OwnedObject thread(made.hThread);
+    const OwnedObject process(made.hProcess);
+    return made.dwProcessId;
+}
+
 }  // namespace
 
 std::filesystem::path Win32Processes::Executable() {
@@ -70,17 +84,10 @@ bool Win32Processes::IsModuleLoaded(const Text& fileName) {
     return GetModuleHandleW(ToSystem(fileName).c_str()) != nullptr;
 }
 
-std::uint32_t Win32Processes::Start(const Text& commandLine) {
-    STARTUPINFOW start{};
-    start.cb = sizeof start;
-    start.dwFlags = STARTF_USESHOWWINDOW;
-    start.wShowWindow = SW_SHOWNORMAL;
-    PROCESS_INFORMATION made{};
-    std::wstring line = ToSystem(commandLine);
-    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &made)) return 0;
-    const OwnedObject thread(made.hThread);
-    const OwnedObject process(made.hProcess);
-    return made.dwProcessId;
+std::uint32_t Win32Processes::Start(const Text& commandLine) { return StartFile(nullptr, commandLine); }
+
+std::uint32_t Win32Processes::StartProgram(const std::filesystem::path& program, const Text& commandLine) {
+    return StartFile(program.c_str(), commandLine);
 }
 
 std::uint32_t Win32Processes::SetWorkingSetSize(std::int64_t minimum, std::int64_t maximum) {

@@ -13,6 +13,7 @@ public:
     bool IsPreviousInstance() override;
     bool IsModuleLoaded(const Text& fileName) override;
     std::uint32_t Start(const Text& commandLine) override;
+    std::uint32_t StartProgram(const std::filesystem::path& program, const Text& commandLine) override;
     std::uint32_t SetWorkingSetSize(std::int64_t minimum, std::int64_t maximum) override;
     Text SystemErrorText(std::uint32_t number) override;
     [[noreturn]] void Exit(std::int32_t status) override;

@@ -2,12 +2,14 @@
 #include <windows.h>
 
 #include "components/tbBHBridge/ChannelNames.h"
+#include "components/tbSender/tbSender.h"
 #include "platform/win32/MessageLoop.h"
 #include "platform/win32/RegionalSettings.h"
 #include "platform/win32/Win32Clock.h"
 #include "platform/win32/Win32Dialogs.h"
 #include "platform/win32/Win32FileVersions.h"
 #include "platform/win32/Win32Files.h"
+#include "platform/win32/Win32Http.h"
 #include "platform/win32/Win32Machine.h"
 #include "platform/win32/Win32Processes.h"
 #include "platform/win32/Win32Pump.h"
@@ -19,8 +21,13 @@
 #include "platform/win32/Win32TrayIcon.h"
 #include "platform/win32/Win32WindowText.h"
 #include "programs/Trawlbeam/Deployment.h"
+#include "shell/ProgramGates.h"
+#include "shell/ProgramServices.h"
 #include "shell/Start.h"
 #include "shell/helpers/GeneralHelpers.h"
+#include "submissions/win32/OleSession.h"
+#include "submissions/win32/Win32ClipboardFormats.h"
+#include "submissions/win32/Win32DropTargets.h"
 #include "ui/window/win32/Win32WindowSystem.h"
 
 namespace {
@@ -47,8 +54,13 @@ private:
     }
     std::shared_ptr<tb::frmController> MakeController() {
         return std::make_shared<tb::frmController>(
-            m_Forms, tb::frmController::Parts{m_App, m_Log, m_Services, m_Tray, m_Sound,
+            m_Forms, tb::frmController::Parts{m_App, m_Log, m_Services, m_Tables, m_Access.MakeSender, m_Tray, m_Sound,
                                               [this](const tb::Text& line) { EndBroken(line); }});
+    }
+    std::unique_ptr<tb::Sender> MakeSender() {
+        return std::make_unique<tb::tbSender>(tb::tbSender::Parts{
+            m_Http, m_Random, m_Files,
+            [this] { return m_Start.Controller() && m_Start.Controller()->Controller().NeedToExit(); }});
     }
     // The first field of a request is a contract. The one place where the program ends on purpose without being asked:
     // at once, without a dialog and without an exception through the window procedure.
@@ -71,7 +83,7 @@ private:
     tb::Win32WindowText m_WindowText;
     tb::App m_App{{m_Clock, m_Random, m_Pump, m_Files, m_Dialogs, m_Resources, m_Processes, m_Shell, m_FileVersions,
                    m_Registry, m_Machine, m_WindowText},
-                  {tb::ProductName, tb::ProgramVersion, tb::HomePage, tb::RegionalSeparators()}};
+                  {tb::ProductName, tb::ProgramVersion, tb::HomePage, tb::RegionalSeparators(), tb::ServerTemplate}};
     tb::ProgramLog m_Log{m_App};
     // What handlers of windows and of the icon throw ends here.
     const std::function<void(const tb::RuntimeError&)> m_Failed = [this](const tb::RuntimeError& error) {
@@ -81,8 +93,15 @@ private:
     tb::Win32TrayIcon m_Tray{m_Failed};
     tb::Win32Sound m_Sound;
     tb::Forms m_Forms{&m_Windows};
-    tb::ControllerServices m_Services;
-    tb::StartGates m_Gates;
+    tb::Win32Http m_Http{tb::Text(tb::ProductName) + "/" + tb::ProgramVersion};
+    const tb::ServiceAccess m_Access{m_App, m_Log, [this] { return MakeSender(); }};
+    tb::SiteTables m_Tables{m_App};
+    tb::OleSession m_Ole;
+    tb::Win32ClipboardFormats m_Formats;
+    tb::Win32DropTargets m_Targets{m_Failed};
+    tb::ProgramServices m_Services{
+        {m_Access, m_Forms, m_Formats, m_Targets, [this] { return m_Start.Controller().get(); }}};
+    tb::ProgramGates m_Gates{m_Access, m_Tables};
     tb::Start m_Start{m_App, m_Log, m_Gates, [this] { return MakeController(); }};
 };
 

@@ -8,8 +8,11 @@
 namespace {
 
 constexpr const char* Usage = R"(usage: tbtool COMMAND
-  check (--list FILE | --snapshot FILE) [--stats]
-      judges request lines on standard input, one reply a line
+  check (--list FILE | --snapshot FILE) [--overrides FILE] [--reference FILE] [--stats]
+      judges request lines on standard input, one reply a line; "Allow" changes
+      memory only; --reference takes a reference document, plain or framed
+  score --reference FILE [--home COUNTRY]
+      scores lines "URL TAB addresses" on standard input: "score TAB country"
   frame      puts the checked, scrambled frame around standard input
   unframe    takes the text out of a frame
   snapshot save --list FILE --stamp YYYYMMDDHHMM --out DIR
@@ -26,6 +29,7 @@ struct Command {
 
 constexpr Command Commands[] = {
     {"check", tb::CheckCommand},
+    {"score", tb::ScoreCommand},
     {"frame", tb::FrameCommand},
     {"unframe", tb::UnframeCommand},
     {"snapshot save", tb::SnapshotSaveCommand},

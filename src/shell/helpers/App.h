@@ -48,6 +48,8 @@ struct Deployment {
     Text HomePage;
     // Of the user's locale, for the dates in files.
     DateSeparators Separators;
+    // The base address of the ten numbered servers that the defaults come from, "{?}" for the number.
+    Text ServerTemplate;
 };
 
 class App {

@@ -11,6 +11,11 @@ void ComponentList::Add(ComponentRecord record) {
     m_Records.push_back(std::move(record));
 }
 
+void ComponentList::Replace(ComponentRecord record) {
+    const ComponentRecord& old = Item(record.FILENAME);
+    At(m_Records, static_cast<size_t>(&old - m_Records.data())) = std::move(record);
+}
+
 const ComponentRecord& ComponentList::Item(TextView fileName) const {
     const ComponentRecord* const found = Find(fileName);
     if (found == nullptr) throw Error(ErrorNumber::InvalidCall);

@@ -27,15 +27,17 @@ class ComponentList {
 public:
     // Error 457 when the file is entered already.
     void Add(ComponentRecord record);
+    // In the place of the record of that file; error 5 when there is none.
+    void Replace(ComponentRecord record);
     // Error 5 when there is no record of that file.
     const ComponentRecord& Item(TextView fileName) const;
+    // Null when there is none. The record lasts until the list changes.
+    const ComponentRecord* Find(TextView fileName) const;
 
     std::vector<ComponentRecord>::const_iterator begin() const { return m_Records.begin(); }
     std::vector<ComponentRecord>::const_iterator end() const { return m_Records.end(); }
 
 private:
-    const ComponentRecord* Find(TextView fileName) const;
-
     std::vector<ComponentRecord> m_Records;
 };
 

@@ -8,6 +8,8 @@ Text DebugSwitch() { return Piece("Dri") + Piece("ftN") + Piece("et"); }
 
 bool DebugMode::IsOn() {
     const xmlINI* const settings = m_App.Settings.get();
+    // Settings made anew may stand in the same place.
+    if (settings == nullptr) m_Settings = nullptr;
     if (settings == nullptr) return false;
     if (settings != m_Settings || settings->Revision() != m_Revision) {
         m_Settings = settings;

@@ -35,11 +35,17 @@ ElementPtr Default(const App& app, TextView section, TextView attribute, TextVie
 
 }  // namespace
 
+bool DirectoryExists(const App& app, const std::filesystem::path& folder) {
+    return app.System.Files.FolderExists(folder);
+}
+
 void EnsureDirectory(const App& app, const std::filesystem::path& folder) {
-    if (!app.System.Files.FolderExists(folder)) app.System.Files.MakeFolder(folder);
+    if (!DirectoryExists(app, folder)) app.System.Files.MakeFolder(folder);
 }
 
 bool IsSoundEnabled(const App& app) { return Setting(app, "MAIN", "SOUND", "0") == "1"; }
+
+Text GetAppVersion(const App& app) { return app.Product.Version; }
 
 Text GetGlobalBody(const App& app, TextView section, TextView attribute, TextView value) {
     const ElementPtr element = Default(app, section, attribute, value);
@@ -106,15 +112,17 @@ bool IsWindows2000OrLater(const App& app) {
 }
 
 WindowPosition RestoreWindowPosition(const App& app, TextView section, const WindowExtent& window,
-                                     const WindowPosition& otherwise) {
-    const Machine::ScreenState screen = app.System.Machine.Screen();
+                                     std::optional<double> defaultTop, std::optional<double> defaultLeft) {
+    const Machine::ScreenState state = app.System.Machine.Screen();
+    const WindowExtent screen{static_cast<double>(state.Width) * state.TwipsPerPixel,
+                              static_cast<double>(state.Height) * state.TwipsPerPixel};
     const auto stored = [&](TextView key, double fallback) {
         const Text text = Setting(app, section, key, "");
         return text.empty() ? fallback : ToDouble(text);
     };
-    return KeptReachable({stored("LastTop", otherwise.Top), stored("LastLeft", otherwise.Left)}, window,
-                         {static_cast<double>(screen.Width) * screen.TwipsPerPixel,
-                          static_cast<double>(screen.Height) * screen.TwipsPerPixel});
+    const WindowPosition position{stored("LastTop", defaultTop.value_or((screen.Height - window.Height) / 2)),
+                                  stored("LastLeft", defaultLeft.value_or((screen.Width - window.Width) / 2))};
+    return KeptReachable(position, window, screen);
 }
 
 bool IsDevelopmentRun(const App& app) {
@@ -122,8 +130,10 @@ bool IsDevelopmentRun(const App& app) {
 }
 
 FormBorderMetrics GetFormBorderMetrics(const App& app, std::int32_t borderStyle) {
+    Machine& machine = app.System.Machine;
     const auto metrics = [&](std::int32_t width, std::int32_t height) {
-        return FormBorderMetrics{app.System.Machine.Metric(width), app.System.Machine.Metric(height)};
+        const std::int32_t twips = machine.Screen().TwipsPerPixel;
+        return FormBorderMetrics{machine.Metric(width) * twips, machine.Metric(height) * twips};
     };
     switch (borderStyle) {
     case 1:

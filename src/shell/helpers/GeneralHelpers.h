@@ -18,11 +18,15 @@ inline constexpr std::int32_t Information = 64;
 inline constexpr std::int32_t AnswerYes = 6;
 inline constexpr std::int32_t AnswerNo = 7;
 
+bool DirectoryExists(const App& app, const std::filesystem::path& folder);
 // Makes a folder that is not there, one level of it. Raises what making it raises.
 void EnsureDirectory(const App& app, const std::filesystem::path& folder);
 
 // The setting "SOUND" is "1".
 bool IsSoundEnabled(const App& app);
+
+// "major.minor.revision" of the running program.
+Text GetAppVersion(const App& app);
 
 // The text of the element that carries the attribute with the value in a global of the data files; empty when the
 // global or the element is missing.
@@ -56,9 +60,10 @@ bool IsWindowsNT(const App& app);
 bool IsWindows2000OrLater(const App& app);
 
 // Where a window of that size was left, "LastTop" and "LastLeft" of a section, so far on the screen that it can be
-// reached; `otherwise` when nothing is stored. Sizes in twips. Raises 13 for a stored text that is no number.
+// reached; where nothing is stored the default, which is the middle of the screen if it is not given. All in twips.
+// Raises 13 for a stored text that is no number.
 WindowPosition RestoreWindowPosition(const App& app, TextView section, const WindowExtent& window,
-                                     const WindowPosition& otherwise);
+                                     std::optional<double> defaultTop = {}, std::optional<double> defaultLeft = {});
 
 // The program does not run as its own executable.
 bool IsDevelopmentRun(const App& app);
@@ -67,7 +72,7 @@ struct FormBorderMetrics {
     std::int32_t Width = 0;
     std::int32_t CaptionHeight = 0;
 };
-// Border width and caption height of a window by its border style, in pixels; zero for style 0.
+// Border width and caption height of a window by its border style, in twips; zero for style 0.
 FormBorderMetrics GetFormBorderMetrics(const App& app, std::int32_t borderStyle);
 
 // Of the system's browser; empty when it is not known.

@@ -31,7 +31,7 @@ Text BehindProduct(const Text& name, const Text& product) {
 void ProgramLog::WriteLog(const Text& message, const Text& logFile, LogLevel level) noexcept {
     Trap(
         [&] {
-            if (level == LogLevel::Debug && m_App.Settings && !IsDebugMode()) return;
+            if (!Writes(level)) return;
             const Text line = Line(message, level);
             if (m_App.HasController && IsDebugMode()) m_App.DebugMessage.Raise(line);
             const Text name = FileName(logFile.empty() ? LogFilePattern : logFile);

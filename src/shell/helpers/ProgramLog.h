@@ -20,6 +20,10 @@ public:
     void WriteLog(const Text& message, const Text& logFile, LogLevel level) noexcept;
     void WriteLog(const Text& message, LogLevel level) noexcept override { WriteLog(message, {}, level); }
 
+    bool Writes(LogLevel level) noexcept override {
+        return level == LogLevel::Always || !m_App.Settings || IsDebugMode();
+    }
+
     bool IsDebugMode() { return m_Debug.IsOn(); }
 
     // Deletes the product's log files whose month began more than `days` days ago. `folder` is the log's folder as

@@ -13,10 +13,6 @@ double Kept(double stored, double window, double screen, double hidden) {
 
 }  // namespace
 
-WindowPosition Centred(const WindowExtent& window, const WindowExtent& screen) {
-    return {(screen.Height - window.Height) / 2, (screen.Width - window.Width) / 2};
-}
-
 WindowPosition KeptReachable(const WindowPosition& stored, const WindowExtent& window, const WindowExtent& screen) {
     return {Kept(stored.Top, window.Height, screen.Height, 0.7), Kept(stored.Left, window.Width, screen.Width, 0.8)};
 }

@@ -14,9 +14,6 @@ struct WindowExtent {
     double Height = 0;
 };
 
-// The middle of the screen.
-WindowPosition Centred(const WindowExtent& window, const WindowExtent& screen);
-
 // A stored position moved so far that the window can be reached: at least 30 percent of its height and 20 percent of
 // its width stay on the screen.
 WindowPosition KeptReachable(const WindowPosition& stored, const WindowExtent& window, const WindowExtent& screen);

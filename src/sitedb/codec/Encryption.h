@@ -24,6 +24,9 @@ Text UnscrambleString(TextView text, std::int16_t offset);
 // lengths do not look alike. Error 9 for an empty text, error 6 from 32768 characters on.
 Text ScrambleByLength(TextView text);
 Text UnscrambleByLength(TextView text);
+// The same into the caller's memory, as many bytes as the text has; it may be the text's own.
+void ScrambleByLength(TextView text, char* target);
+inline void UnscrambleByLength(TextView text, char* target) { ScrambleByLength(text, target); }
 
 // Scrambled, then Base64; and back.
 Text ScrambleToBase64(TextView text, std::int16_t offset);

@@ -7,6 +7,7 @@
 #include "components/tbXML/Document.h"
 #include "components/tbXML/XmlText.h"
 #include "platform/AtomicWrite.h"
+#include "platform/BadFile.h"
 
 namespace tb {
 
@@ -17,16 +18,6 @@ constexpr std::int32_t ExclamationBox = 48;
 
 bool IsFileNotFound(const RuntimeError& error) {
     return error.Number == static_cast<std::int32_t>(ErrorNumber::FileNotFound);
-}
-
-bool Exists(Files& files, const std::filesystem::path& path) {
-    try {
-        files.OpenForReading(path);
-        return true;
-    } catch (const RuntimeError& error) {
-        if (!IsFileNotFound(error)) throw;
-        return false;
-    }
 }
 
 template <typename Held>
@@ -103,7 +94,9 @@ bool xmlINI::LoadINI(const std::filesystem::path& FileName) noexcept {
         [&] {
             m_INIFileName = FileName;
             m_KeepBadFile = false;
-            if (!Exists(m_Around.Storage, FileName)) WriteWhole(FileName, FirstLine() + "</INI>\r\n");
+            DropUnfinished(m_Around.Storage, FileName);
+            DropUnfinished(m_Around.Storage, BadFile(FileName));
+            if (!IsThere(m_Around.Storage, FileName)) WriteWhole(FileName, FirstLine() + "</INI>\r\n");
             Document document;
             document.Load(m_Around.Storage, FileName);
             LoadSections(*document.Root());
@@ -130,7 +123,8 @@ bool xmlINI::SaveXMLINI() noexcept {
     bool result = false;
     Trap(
         [&] {
-            KeepBadFile();
+            if (m_KeepBadFile) KeepBadFile(m_Around.Storage, m_INIFileName);
+            m_KeepBadFile = false;
             WriteWhole(m_INIFileName, FileText());
             result = true;
         },
@@ -138,16 +132,6 @@ bool xmlINI::SaveXMLINI() noexcept {
             Trap([&] { ShowError("Error saving XML INI " + error.Description, PlainBox); }, [](const RuntimeError&) {});
         });
     return result;
-}
-
-void xmlINI::KeepBadFile() {
-    if (!m_KeepBadFile) return;
-    if (Exists(m_Around.Storage, m_INIFileName)) {
-        std::filesystem::path copy = m_INIFileName;
-        copy += BadSuffix;
-        WriteWhole(copy, ReadWholeFile(m_Around.Storage, m_INIFileName));
-    }
-    m_KeepBadFile = false;
 }
 
 void xmlINI::WriteWhole(const std::filesystem::path& path, TextView content) {

@@ -31,8 +31,6 @@ public:
         // Of the message boxes.
         Text Title;
     };
-    // Appended to the name of a file that could not be loaded, for the copy made before it is replaced.
-    static constexpr TextView BadSuffix = ".bad";
 
     explicit xmlINI(Surroundings surroundings) : m_Around(std::move(surroundings)) {}
 
@@ -61,7 +59,7 @@ public:
     // if the file cannot be parsed.
     bool LoadINI(const std::filesystem::path& FileName) noexcept;
     // Writes all sections; the file is the old or the new one at any moment. A file that did not load is first copied
-    // to its name and BadSuffix. On a failure, a read-only file among them, a message box says so, the file stays,
+    // to its name and ".bad". On a failure, a read-only file among them, a message box says so, the file stays,
     // False.
     bool SaveXMLINI() noexcept;
 
@@ -88,7 +86,6 @@ private:
     Text FileText() const;
     Text FirstLine() const;
     void WriteWhole(const std::filesystem::path& path, TextView content);
-    void KeepBadFile();
     void ShowError(const Text& prompt, std::int32_t buttons) noexcept;
 
     Surroundings m_Around;

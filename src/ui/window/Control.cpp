@@ -108,7 +108,7 @@ void VisualControl::SetVisible(bool visible) {
 void VisualControl::SetEnabled(bool enabled) {
     if (m_Enabled == enabled) return;
     m_Enabled = enabled;
-    if (WindowPeer* const peer = Peer()) peer->SetEnabled(enabled);
+    if (WindowPeer* const peer = Peer()) peer->SetEnabled(PeerEnabled());
 }
 
 void VisualControl::SetBackColor(Color color) {
@@ -119,6 +119,16 @@ void VisualControl::SetBackColor(Color color) {
 void VisualControl::SetForeColor(Color color) {
     m_Colors.Fore = color;
     if (WindowPeer* const peer = Peer()) peer->SetColors(m_Colors);
+}
+
+void VisualControl::SetToolTipText(const Text& text) {
+    m_ToolTipText = text;
+    if (WindowPeer* const peer = Peer()) peer->SetToolTip(text);
+}
+
+BoxPeer* VisualControl::Around() const {
+    const auto* const holder = dynamic_cast<const VisualControl*>(Container());
+    return holder != nullptr ? holder->Inside() : nullptr;
 }
 
 void VisualControl::SetFocus() {
@@ -135,7 +145,8 @@ void VisualControl::ZOrder(std::optional<std::int32_t> position) {
 void VisualControl::DressPeer(WindowPeer& peer) const {
     peer.SetBounds(m_Bounds);
     peer.SetColors(m_Colors);
-    peer.SetEnabled(m_Enabled);
+    peer.SetEnabled(PeerEnabled());
+    if (!m_ToolTipText.empty()) peer.SetToolTip(m_ToolTipText);
 }
 
 }  // namespace tb

@@ -100,9 +100,9 @@ public:
     void SetBackColor(Color color);
     Color ForeColor() const { return m_Colors.Fore; }
     void SetForeColor(Color color);
-    // Stored; shown once the widgets land that have tips.
+    // Shown when the mouse rests on the control; that of a form is only stored.
     Text ToolTipText() const { return m_ToolTipText; }
-    void SetToolTipText(const Text& text) { m_ToolTipText = text; }
+    void SetToolTipText(const Text& text);
 
     // Moves the keyboard focus here. Error 5 while the control is hidden or disabled.
     void SetFocus();
@@ -114,6 +114,12 @@ protected:
 
     // The window behind it, null while there is none.
     virtual WindowPeer* Peer() const = 0;
+    // The window that holds those of other controls; null for all but boxes.
+    virtual BoxPeer* Inside() const { return nullptr; }
+    // Where the control's window goes: the box that holds it, or null for its form.
+    BoxPeer* Around() const;
+    // Whether the window takes input.
+    virtual bool PeerEnabled() const { return m_Enabled; }
     // Hands all properties of this class to a new peer.
     void DressPeer(WindowPeer& peer) const;
     // The place has changed; what follows from that.

@@ -33,7 +33,7 @@ public:
                  std::vector<MethodEntry> methods = {})
         : m_Name(name), m_Base(base), m_Properties(std::move(properties)), m_Methods(std::move(methods)) {}
 
-    // The kind of control as a skin calls it: "Form", "TextBox", "Timer", "Menu".
+    // The kind of control as a skin calls it: "Form", "TextBox", "Timer".
     const char* Name() const { return m_Name; }
     // Null when neither this class nor one it comes from has the name.
     const PropertyEntry* FindProperty(TextView name) const;

@@ -45,6 +45,7 @@ const ControlClass& Form::StaticClass() {
                                         Property<&Form::WindowState, &Form::SetWindowState>("WindowState"),
                                         Property<&Form::BorderStyle, &Form::SetBorderStyle>("BorderStyle"),
                                         Property<&Form::Icon, &Form::SetIcon>("Icon"),
+                                        Property<&Form::MousePointer, &Form::SetMousePointer>("MousePointer"),
                                         Property<&Form::Appearance, &Form::SetAppearance>("Appearance"),
                                         Property<&Form::AutoRedraw, &Form::SetAutoRedraw>("AutoRedraw"),
                                         Property<&Form::FillColor, &Form::SetFillColor>("FillColor"),
@@ -76,6 +77,8 @@ void Form::MakePeers() {
         m_Peer->SetText(m_Caption);
         m_Peer->SetIcon(m_Icon);
         m_Peer->SetWindowState(m_State);
+        if (m_TopMost) m_Peer->SetTopMost(true);
+        if (m_MousePointer != MousePointers::Default) m_Peer->SetMousePointer(m_MousePointer);
         DressPeer(*m_Peer);
         for (const auto& control : m_Controls) control->MakePeer(*m_Peer);
     } catch (...) {
@@ -85,37 +88,43 @@ void Form::MakePeers() {
 }
 
 void Form::DropPeers() noexcept {
-    for (const auto& control : m_Controls) control->DropPeer();
+    // What a box holds goes before the box.
+    for (size_t index = m_Controls.size(); index-- > 0;) m_Controls[index]->DropPeer();
     m_Peer.reset();
 }
 
 bool Form::Unload(UnloadMode mode) {
     if (!m_Loaded) return true;
-    if (m_Unloading) return false;
+    if (m_Querying || m_Unloading) return false;
     const auto alive = KeepAlive();
+    const bool may = MayUnload(mode);
+    // The session may have ended while a handler asked the user.
+    if (!may || !m_Loaded) return !m_Loaded;
     {
         const Raised unloading(m_Unloading);
         bool cancel = false;
-        QueryUnloadEvent.Raise(cancel, mode);
-        if (!cancel) UnloadEvent.Raise(cancel);
+        UnloadEvent.Raise(cancel);
         if (cancel) return false;
     }
     Finish();
     return true;
 }
 
-bool Form::SessionEnding() {
+bool Form::MayUnload(UnloadMode mode) {
+    const Raised querying(m_Querying);
     bool cancel = false;
-    if (!m_Unloading) {
-        const Raised unloading(m_Unloading);
-        QueryUnloadEvent.Raise(cancel, UnloadMode::Session);
-    }
+    QueryUnloadEvent.Raise(cancel, mode);
     return !cancel;
 }
 
+bool Form::SessionEnding() {
+    // A form that is asking already does not ask twice, and holds up no session.
+    return m_Querying || m_Unloading || MayUnload(UnloadMode::Session);
+}
+
 void Form::SessionEnds() {
-    if (!m_Loaded) return;
-    if (!m_Unloading) {
+    if (!m_Loaded || m_Unloading) return;
+    {
         const Raised unloading(m_Unloading);
         bool ignored = false;
         UnloadEvent.Raise(ignored);
@@ -124,6 +133,8 @@ void Form::SessionEnds() {
 }
 
 void Form::Finish() {
+    // While this window still stands, or the system would bring up one of another program.
+    m_Forms.EndModal(*this);
     m_Loaded = false;
     m_Visible = false;
     m_WasShown = false;
@@ -135,11 +146,26 @@ void Form::SetVisible(bool visible) {
     const auto alive = KeepAlive();
     if (visible) Load();
     if (!m_Loaded || m_Visible == visible) return;
+    if (!visible) m_Forms.EndModal(*this);
     m_Visible = visible;
     if (m_Peer) m_Peer->SetVisible(visible);
     if (!visible || m_WasShown) return;
     m_WasShown = true;
     ResizeEvent.Raise();
+}
+
+void Form::ShowModal() {
+    const auto alive = KeepAlive();
+    SetVisible(true);
+    if (m_Forms.System() == nullptr) return;
+    m_Forms.BeginModal(*this);
+    SetForeground();
+    m_Forms.System()->ServeUntil([this] { return !m_Visible; });
+    m_Forms.EndModal(*this);
+}
+
+void Form::ApplyEnabled() {
+    if (m_Peer) m_Peer->SetEnabled(PeerEnabled());
 }
 
 void Form::Placed(const TwipRect& before) {
@@ -181,6 +207,12 @@ void Form::SetIcon(const PictureRef& icon) {
     if (m_Peer) m_Peer->SetIcon(icon);
 }
 
+void Form::SetMousePointer(std::int32_t pointer) {
+    if (pointer != 0 && pointer != 11) throw Error(ControlErrorNumber::InvalidValue);
+    m_MousePointer = static_cast<MousePointers>(pointer);
+    if (m_Peer) m_Peer->SetMousePointer(m_MousePointer);
+}
+
 IconNumber Form::WindowIcon() const { return m_Peer ? m_Peer->Icon() : 0; }
 
 WindowHandle Form::hWnd() const { return m_Peer ? m_Peer->Window() : 0; }
@@ -191,6 +223,11 @@ Twips Form::ScaleHeight() const { return m_Peer ? m_Peer->ClientSize().Height : 
 
 bool Form::SetForeground() { return m_Peer && m_Peer->SetForeground(); }
 
+void Form::SetTopMost(bool onTop) {
+    m_TopMost = onTop;
+    if (m_Peer) m_Peer->SetTopMost(onTop);
+}
+
 Control& Form::AddControl(const std::shared_ptr<Control>& control) {
     const Text name = LowerCase(control->Name());
     for (const auto& other : m_Controls) {
@@ -199,8 +236,13 @@ Control& Form::AddControl(const std::shared_ptr<Control>& control) {
         if (!elements) throw Error(ControlErrorNumber::NameInUse);
         if (other->Index() == control->Index()) throw Error(ControlErrorNumber::AlreadyLoaded);
     }
-    if (m_Peer) control->MakePeer(*m_Peer);
     m_Controls.push_back(control);
+    try {
+        if (m_Peer) control->MakePeer(*m_Peer);
+    } catch (...) {
+        m_Controls.pop_back();
+        throw;
+    }
     return *control;
 }
 
@@ -212,12 +254,12 @@ void Form::Remove(Control& control) {
     if (place == m_Controls.end()) return;
     const std::shared_ptr<Control> kept = *place;
     m_Controls.erase(place);
-    kept->DropPeer();
     std::vector<Control*> held;
     for (const auto& one : m_Controls) {
         if (one->Container() == &control) held.push_back(one.get());
     }
     for (Control* const one : held) Remove(*one);
+    kept->DropPeer();
 }
 
 Control* Form::Find(TextView name, std::int32_t index) const {

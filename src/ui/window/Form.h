@@ -40,6 +40,10 @@ public:
     bool Unload(UnloadMode mode = UnloadMode::Code);
     // Shows it, loading it first.
     void Show() { SetVisible(true); }
+    // Shows it in front of all others and returns when it is hidden or unloaded, or when the program's message loop
+    // ends. Messages are served meanwhile, but the windows that were visible before take no input. Whoever owns the
+    // form keeps it until then. Without a system it returns at once.
+    void ShowModal();
     void Hide() { SetVisible(false); }
     // True loads the form first; False for a form that is not loaded does nothing.
     void SetVisible(bool visible) override;
@@ -62,6 +66,9 @@ public:
     // The room inside the frame; without a window the whole size.
     Twips ScaleWidth() const;
     Twips ScaleHeight() const;
+    // 0 the usual one, 11 the hourglass; error 380 for others.
+    std::int32_t MousePointer() const { return static_cast<std::int32_t>(m_MousePointer); }
+    void SetMousePointer(std::int32_t pointer);
     // Stored for the drawing that lands with the skin.
     std::int32_t Appearance() const { return m_Appearance; }
     void SetAppearance(std::int32_t appearance) { m_Appearance = appearance; }
@@ -72,6 +79,9 @@ public:
 
     // Makes the window the foreground window; False when the system refuses or there is no window.
     bool SetForeground();
+    // Keeps the window above all others that are not kept so, or ends that. A form that is not loaded takes it when it
+    // is; place and size stay. Activates a window that is shown.
+    void SetTopMost(bool onTop);
     // Shows the visible items of a menu at the mouse, `defaultItem` in bold, and raises the chosen one's ClickEvent
     // before it returns. Does nothing without a window, while another menu of this form is open, or without a visible
     // item.
@@ -95,12 +105,16 @@ public:
 
 protected:
     WindowPeer* Peer() const override { return m_Peer.get(); }
+    bool PeerEnabled() const override { return Enabled() && !m_Forms.IsBlocked(*this); }
     void Placed(const TwipRect& before) override;
 
 private:
+    friend class Forms;
+    void ApplyEnabled();
     Control& AddControl(const std::shared_ptr<Control>& control);
     void MakePeers();
     void DropPeers() noexcept;
+    bool MayUnload(UnloadMode mode);
     void Finish();
 
     void WindowPlaced(WindowStates state, const TwipRect& bounds) override;
@@ -112,12 +126,16 @@ private:
     Text m_Caption;
     WindowStates m_State = WindowStates::Normal;
     BorderStyles m_BorderStyle = BorderStyles::Sizable;
+    MousePointers m_MousePointer = MousePointers::Default;
     PictureRef m_Icon;
     std::int32_t m_Appearance = 1;
     bool m_AutoRedraw = false;
     Color m_FillColor = 0;
+    bool m_TopMost = false;
     bool m_Loaded = false;
     bool m_WasShown = false;
+    // The form asks whether it may be unloaded, and is being unloaded.
+    bool m_Querying = false;
     bool m_Unloading = false;
     bool m_MenuOpen = false;
     std::vector<std::shared_ptr<Control>> m_Controls;

@@ -32,9 +32,19 @@ private:
     void Add(Form& form);
     // `raise`: tell when it was the last one.
     void Remove(Form& form, bool raise);
+    void BeginModal(Form& form);
+    // Does nothing for a form that is not shown modally.
+    void EndModal(Form& form);
+    bool IsBlocked(const Form& form) const;
 
     WindowSystem* m_System;
+    // A form that is shown modally, and those that take no input until it goes.
+    struct Modal {
+        Form* Shown;
+        std::vector<Form*> Blocked;
+    };
     std::vector<Form*> m_Loaded;
+    std::vector<Modal> m_Modals;
 };
 
 }  // namespace tb

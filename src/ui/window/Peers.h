@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -42,6 +43,8 @@ enum class BorderStyles : std::int32_t {
     SizableTool = 5,
 };
 
+enum class MousePointers : std::int32_t { Default = 0, Hourglass = 11 };
+
 // One row of a popup menu; its rows are those of a menu below it.
 struct MenuRow {
     // What PopupMenu answers, from 1 on.
@@ -66,7 +69,12 @@ public:
     virtual void SetColors(const ControlColors& colors) = 0;
     virtual void SetFocus() = 0;
     virtual void SetZOrder(bool toBack) = 0;
+    // Shown when the mouse rests on the window; empty for none. A form has none.
+    virtual void SetToolTip(const Text& text) = 0;
 };
+
+// A window inside a form that holds others.
+class BoxPeer : public WindowPeer {};
 
 class TextBoxPeer : public WindowPeer {
 public:
@@ -82,6 +90,29 @@ public:
     virtual std::shared_ptr<void> KeepAlive() = 0;
     // The text was changed by the user or by another process, not by SetText.
     virtual void TextChanged(const Text& text) = 0;
+};
+
+class CommandButtonPeer : public WindowPeer {
+public:
+    // Enter presses it wherever the focus is, but on another command button.
+    virtual void SetDefault(bool isDefault) = 0;
+    // Escape presses it.
+    virtual void SetCancel(bool isCancel) = 0;
+};
+
+class OptionButtonPeer : public WindowPeer {
+public:
+    virtual void SetSelected(bool selected) = 0;
+    // The Tab key reaches it; arrow keys always do.
+    virtual void SetTabStop(bool tabStop) = 0;
+};
+
+class ButtonEvents {
+public:
+    virtual ~ButtonEvents() = default;
+    virtual std::shared_ptr<void> KeepAlive() = 0;
+    // By the mouse or by a key. The peer may be gone afterwards.
+    virtual void Clicked() = 0;
 };
 
 class TimerPeer {
@@ -112,10 +143,20 @@ public:
     virtual IconNumber Icon() const = 0;
     // False when the system refuses.
     virtual bool SetForeground() = 0;
+    // Above all windows that are not so themselves, or among the others again. Activates a window that is shown.
+    virtual void SetTopMost(bool onTop) = 0;
+    // Over the form and all that stands on it.
+    virtual void SetMousePointer(MousePointers pointer) = 0;
     // Shows the rows at the mouse and returns the id of the chosen one, 0 for none. `flags` are those of TrackPopupMenu
     // (2 takes the right button too). Messages are served meanwhile.
     virtual std::int32_t PopupMenu(const std::vector<MenuRow>& rows, std::uint32_t flags) = 0;
 
+    // Hidden, after all others in the order of the Tab key. `box` holds the window; null is the form itself.
+    virtual std::unique_ptr<BoxPeer> MakeBox(BoxPeer* box, bool hasBorder) = 0;
+    // With `useMnemonic`, "&" stands before the letter that moves the focus behind the label.
+    virtual std::unique_ptr<WindowPeer> MakeLabel(BoxPeer* box, bool useMnemonic) = 0;
+    virtual std::unique_ptr<CommandButtonPeer> MakeCommandButton(BoxPeer* box, ButtonEvents& events) = 0;
+    virtual std::unique_ptr<OptionButtonPeer> MakeOptionButton(BoxPeer* box, ButtonEvents& events) = 0;
     virtual std::unique_ptr<TextBoxPeer> MakeTextBox(TextBoxEvents& events, bool multiLine) = 0;
     virtual std::unique_ptr<TimerPeer> MakeTimer(TimerEvents& events) = 0;
 };
@@ -143,6 +184,8 @@ public:
     // The whole of the main screen.
     virtual TwipSize ScreenSize() const = 0;
     virtual TwipScale Scale() const = 0;
+    // Serves messages until `done`, which is asked after each, or until the end of the program's message loop is due.
+    virtual void ServeUntil(const std::function<bool()>& done) = 0;
 };
 
 }  // namespace tb

@@ -73,6 +73,7 @@ TEST_F(FormTest, TheWindowGetsEverythingThatWasSetBefore) {
     Noted form(m_Forms);
     form.SetCaption("Title");
     form.SetBorderStyle(1);
+    form.SetTopMost(true);
     form.Move(150, 300, 3000, 1500);
     TextBox& box = form.Add<TextBox>("txt");
     box.SetMultiLine(true);
@@ -83,8 +84,9 @@ TEST_F(FormTest, TheWindowGetsEverythingThatWasSetBefore) {
     EXPECT_EQ(m_System.Live, 0);
     form.Load();
     EXPECT_EQ(m_System.Take(),
-              "form1.border 1, form1.text Title, form1.own icon, form1.state 0, form1.bounds 150 300 3000 1500, "
-              "form1.colors -2147483633 -2147483630, form1.enable, form1.box1.lines, form1.box1.bounds 0 0 1215 495, "
+              "form1.border 1, form1.text Title, form1.own icon, form1.state 0, form1.top-most, "
+              "form1.bounds 150 300 3000 1500, form1.colors -2147483633 -2147483630, form1.enable, form1.box1.lines, "
+              "form1.box1.bounds 0 0 1215 495, "
               "form1.box1.colors -2147483643 -2147483640, form1.box1.enable, form1.box1.text lines, form1.box1.lock, "
               "form1.box1.show, form1.timer1.stop");
     timer.SetEnabled(true);
@@ -94,9 +96,11 @@ TEST_F(FormTest, TheWindowGetsEverythingThatWasSetBefore) {
     EXPECT_EQ(form.ScaleHeight(), 1100);
     EXPECT_EQ(m_System.Live, 4);
     m_System.Take();
+    form.SetTopMost(false);
+    EXPECT_EQ(m_System.Take(), "form1.not top-most");
     form.Unload();
     EXPECT_EQ(m_System.Live, 0);
-    EXPECT_EQ(m_System.Take(), "form1.box1.gone, form1.box2.gone, form1.gone") << "children first";
+    EXPECT_EQ(m_System.Take(), "form1.box2.gone, form1.box1.gone, form1.gone") << "children first";
     EXPECT_EQ(box.GetText(), "lines");
 }
 
@@ -156,6 +160,23 @@ TEST_F(FormTest, AFormIsNotUnloadedTwiceAtATime) {
     EXPECT_TRUE(form.Unload());
     EXPECT_FALSE(inner);
     EXPECT_EQ(form.Take(), "load query1 unload ");
+}
+
+// As long as a handler asks the user, messages are served.
+TEST_F(FormTest, TheSessionMayEndWhileTheFormAsks) {
+    for (const bool answer : {true, false}) {
+        Noted form(m_Forms);
+        form.Load();
+        form.Keep = answer;
+        form.QueryUnloadEvent.Connect([&](bool&, UnloadMode) {
+            FormEvents& window = *m_System.FormsByName.begin()->second;
+            EXPECT_TRUE(window.SessionEnding());
+            window.SessionEnds();
+        });
+        EXPECT_TRUE(form.Unload());
+        EXPECT_EQ(form.Take(), "load query1 unload ") << "saved once, whatever the answer is";
+        EXPECT_FALSE(form.IsLoaded());
+    }
 }
 
 TEST_F(FormTest, ASharedFormMayBeDroppedInsideItsOwnEvents) {

@@ -3,6 +3,9 @@
 #include "platform/win32/Win32Errors.h"
 #include "platform/win32/Win32WindowText.h"
 #include "platform/win32/WindowClass.h"
+#include "ui/window/win32/Win32BoxPeer.h"
+#include "ui/window/win32/Win32ButtonPeers.h"
+#include "ui/window/win32/Win32LabelPeer.h"
 #include "ui/window/win32/Win32PopupMenu.h"
 #include "ui/window/win32/Win32TextBoxPeer.h"
 #include "ui/window/win32/Win32TimerPeer.h"
@@ -104,8 +107,48 @@ IconNumber Win32FormPeer::Icon() const { return static_cast<IconNumber>(reinterp
 
 bool Win32FormPeer::SetForeground() { return SetForegroundWindow(Handle()) != FALSE; }
 
+void Win32FormPeer::SetTopMost(bool onTop) {
+    SetWindowPos(Handle(), onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+}
+
+void Win32FormPeer::SetMousePointer(MousePointers pointer) {
+    m_Pointer = pointer;
+    // Where the mouse stands now; from the next move on the window is asked.
+    POINT mouse{};
+    GetCursorPos(&mouse);
+    const HWND below = WindowFromPoint(mouse);
+    if (below != Handle() && !IsChild(Handle(), below)) return;
+    SetCursor(LoadCursorA(nullptr, pointer == MousePointers::Hourglass ? IDC_WAIT : IDC_ARROW));
+}
+
+void Win32FormPeer::RemoveChild(HWND window) {
+    m_Children.erase(window);
+    m_Tips.Remove(window);
+    if (m_DefaultButton == window) m_DefaultButton = nullptr;
+    if (m_CancelButton == window) m_CancelButton = nullptr;
+    if (m_Focused == window) m_Focused = nullptr;
+}
+
+void Win32FormPeer::SetTip(HWND child, const Text& text) { m_Tips.Set(Handle(), child, text); }
+
 std::int32_t Win32FormPeer::PopupMenu(const std::vector<MenuRow>& rows, std::uint32_t flags) {
     return TrackPopup(Handle(), rows, flags);
+}
+
+std::unique_ptr<BoxPeer> Win32FormPeer::MakeBox(BoxPeer* box, bool hasBorder) {
+    return std::make_unique<Win32BoxPeer>(m_System, *this, box, hasBorder);
+}
+
+std::unique_ptr<WindowPeer> Win32FormPeer::MakeLabel(BoxPeer* box, bool useMnemonic) {
+    return std::make_unique<Win32LabelPeer>(m_System, *this, box, useMnemonic);
+}
+
+std::unique_ptr<CommandButtonPeer> Win32FormPeer::MakeCommandButton(BoxPeer* box, ButtonEvents& events) {
+    return std::make_unique<Win32CommandButtonPeer>(m_System, *this, box, events);
+}
+
+std::unique_ptr<OptionButtonPeer> Win32FormPeer::MakeOptionButton(BoxPeer* box, ButtonEvents& events) {
+    return std::make_unique<Win32OptionButtonPeer>(m_System, *this, box, events);
 }
 
 std::unique_ptr<TextBoxPeer> Win32FormPeer::MakeTextBox(TextBoxEvents& events, bool multiLine) {

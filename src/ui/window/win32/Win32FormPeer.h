@@ -5,6 +5,7 @@
 
 #include "ui/window/win32/Win32Icon.h"
 #include "ui/window/win32/Win32Peer.h"
+#include "ui/window/win32/Win32ToolTips.h"
 
 namespace tb {
 
@@ -22,7 +23,13 @@ public:
     void SetIcon(const PictureRef& picture) override;
     IconNumber Icon() const override;
     bool SetForeground() override;
+    void SetTopMost(bool onTop) override;
+    void SetMousePointer(MousePointers pointer) override;
     std::int32_t PopupMenu(const std::vector<MenuRow>& rows, std::uint32_t flags) override;
+    std::unique_ptr<BoxPeer> MakeBox(BoxPeer* box, bool hasBorder) override;
+    std::unique_ptr<WindowPeer> MakeLabel(BoxPeer* box, bool useMnemonic) override;
+    std::unique_ptr<CommandButtonPeer> MakeCommandButton(BoxPeer* box, ButtonEvents& events) override;
+    std::unique_ptr<OptionButtonPeer> MakeOptionButton(BoxPeer* box, ButtonEvents& events) override;
     std::unique_ptr<TextBoxPeer> MakeTextBox(TextBoxEvents& events, bool multiLine) override;
     std::unique_ptr<TimerPeer> MakeTimer(TimerEvents& events) override;
 
@@ -30,7 +37,14 @@ public:
 
     // Children tell when their window comes and goes, timers when they run and stop.
     void AddChild(HWND window, Win32Child& child) { m_Children[window] = &child; }
-    void RemoveChild(HWND window) { m_Children.erase(window); }
+    void RemoveChild(HWND window);
+    // The text that is shown when the mouse rests on a child.
+    void SetTip(HWND child, const Text& text);
+    // The buttons that Enter and Escape press; null for none.
+    void SetDefaultButton(HWND button) { m_DefaultButton = button; }
+    HWND DefaultButton() const { return m_DefaultButton; }
+    void SetCancelButton(HWND button) { m_CancelButton = button; }
+    HWND CancelButton() const { return m_CancelButton; }
     void TimerRuns(UINT_PTR id, TimerEvents& events) { m_Timers[id] = &events; }
     void TimerStops(UINT_PTR id) { m_Timers.erase(id); }
 
@@ -40,7 +54,12 @@ private:
     bool Dispatch(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
     void OnPlaced();
     void OnTimer(UINT_PTR id);
-    bool OnCommand(HWND child, WORD code);
+    bool OnCommand(HWND child, WORD id, WORD code);
+    // Enter or Escape: the button that they press here and now.
+    HWND ButtonOfKey(WORD id) const;
+    void OnActivate(bool active);
+    bool OnFocus();
+    bool OnCursor(WORD area);
     bool OnColor(HWND child, HDC context, LRESULT& result);
     void OnEraseBackground(HDC context);
     Win32Child* Child(HWND window) const;
@@ -55,6 +74,12 @@ private:
     std::map<HWND, Win32Child*> m_Children;
     std::map<UINT_PTR, TimerEvents*> m_Timers;
     UINT_PTR m_TimersMade = 0;
+    HWND m_DefaultButton = nullptr;
+    HWND m_CancelButton = nullptr;
+    // The child that had the focus when another window became the active one.
+    HWND m_Focused = nullptr;
+    MousePointers m_Pointer = MousePointers::Default;
+    Win32ToolTips m_Tips;
 };
 
 }  // namespace tb

@@ -33,7 +33,11 @@ bool Win32FormPeer::Dispatch(UINT message, WPARAM wParam, LPARAM lParam, LRESULT
     case WM_MOVE:
     case WM_SIZE: OnPlaced(); return true;
     case WM_TIMER: OnTimer(wParam); return true;
-    case WM_COMMAND: return OnCommand(reinterpret_cast<HWND>(lParam), HIWORD(wParam));
+    case WM_COMMAND: return OnCommand(reinterpret_cast<HWND>(lParam), LOWORD(wParam), HIWORD(wParam));
+    case WM_ACTIVATE: OnActivate(LOWORD(wParam) != WA_INACTIVE); return false;
+    case WM_SETFOCUS: return OnFocus();
+    case WM_SETCURSOR: result = TRUE; return OnCursor(LOWORD(lParam));
+    case WM_CTLCOLORBTN:
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORSTATIC: return OnColor(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam), result);
     case WM_ERASEBKGND:
@@ -80,10 +84,42 @@ Win32Child* Win32FormPeer::Child(HWND window) const {
     return child != m_Children.end() ? child->second : nullptr;
 }
 
-bool Win32FormPeer::OnCommand(HWND child, WORD code) {
-    Win32Child* const sender = Child(child);
+bool Win32FormPeer::OnCommand(HWND child, WORD id, WORD code) {
+    Win32Child* sender = Child(child);
+    // The keys come as commands that no child has sent.
+    if (sender == nullptr && (id == IDOK || id == IDCANCEL)) {
+        const HWND button = ButtonOfKey(id);
+        if (button == nullptr || !IsWindowEnabled(button) || !IsWindowVisible(button)) return true;
+        sender = Child(button);
+        code = BN_CLICKED;
+    }
     if (sender == nullptr) return false;
     sender->OnCommand(code);
+    return true;
+}
+
+HWND Win32FormPeer::ButtonOfKey(WORD id) const {
+    if (id == IDCANCEL) return m_CancelButton;
+    const HWND focused = GetFocus();
+    const LRESULT code = Child(focused) != nullptr ? SendMessageA(focused, WM_GETDLGCODE, 0, 0) : 0;
+    return (code & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0 ? focused : m_DefaultButton;
+}
+
+void Win32FormPeer::OnActivate(bool active) {
+    if (active) return;
+    const HWND focused = GetFocus();
+    if (IsChild(Handle(), focused)) m_Focused = focused;
+}
+
+bool Win32FormPeer::OnFocus() {
+    if (m_Focused == nullptr || !IsWindowEnabled(m_Focused) || !IsWindowVisible(m_Focused)) return false;
+    ::SetFocus(m_Focused);
+    return true;
+}
+
+bool Win32FormPeer::OnCursor(WORD area) {
+    if (m_Pointer != MousePointers::Hourglass || area != HTCLIENT) return false;
+    SetCursor(LoadCursorA(nullptr, IDC_WAIT));
     return true;
 }
 

@@ -20,11 +20,11 @@ class Win32Child {
 public:
     virtual ~Win32Child() = default;
     // A notification of the child.
-    virtual void OnCommand(WORD code) = 0;
+    virtual void OnCommand(WORD /*code*/) {}
     // Sets the colours of its text and returns the brush of its ground, which the system owns.
     virtual HBRUSH OnColor(HDC context) = 0;
     // The form is shown or hidden from now on.
-    virtual void OnFormVisible(bool visible) = 0;
+    virtual void OnFormVisible(bool /*visible*/) {}
 };
 
 template <typename Base>
@@ -50,11 +50,20 @@ public:
         InvalidateRect(Handle(), nullptr, TRUE);
     }
     void SetFocus() override { ::SetFocus(Handle()); }
+    void SetToolTip(const Text& /*text*/) override {}
     void SetZOrder(bool toBack) override {
         SetWindowPos(Handle(), toBack ? HWND_BOTTOM : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     }
 
 protected:
+    // Sets this window's colours for text drawn in a context; returns the brush of its ground.
+    HBRUSH Colored(HDC context) const {
+        SetTextColor(context, ToColorRef(m_Colors.Fore));
+        SetBkColor(context, ToColorRef(m_Colors.Back));
+        SetDCBrushColor(context, ToColorRef(m_Colors.Back));
+        return static_cast<HBRUSH>(GetStockObject(DC_BRUSH));
+    }
+
     explicit Win32Peer(const Win32WindowSystem& system) : m_System(system) {}
     // No message reaches the object while its window goes.
     ~Win32Peer() override {

@@ -97,13 +97,6 @@ void Win32TextBoxPeer::OnCommand(WORD code) {
     m_Events.TextChanged(text);
 }
 
-HBRUSH Win32TextBoxPeer::OnColor(HDC context) {
-    SetTextColor(context, ToColorRef(m_Colors.Fore));
-    SetBkColor(context, ToColorRef(m_Colors.Back));
-    SetDCBrushColor(context, ToColorRef(m_Colors.Back));
-    return static_cast<HBRUSH>(GetStockObject(DC_BRUSH));
-}
-
 void Win32TextBoxPeer::SetVisible(bool visible) {
     m_Visible = visible;
     ShowText();

@@ -15,6 +15,7 @@ public:
 
     void SetVisible(bool visible) override;
     void SetText(const Text& text) override;
+    void SetToolTip(const Text& text) override { m_Form.SetTip(Handle(), text); }
     void SetLocked(bool locked) override;
     std::int32_t SelStart() const override;
     void SetSelStart(std::int32_t position) override;
@@ -26,7 +27,7 @@ private:
     LRESULT CallEdit(UINT message, WPARAM wParam, LPARAM lParam) const;
 
     void OnCommand(WORD code) override;
-    HBRUSH OnColor(HDC context) override;
+    HBRUSH OnColor(HDC context) override { return Colored(context); }
     void OnFormVisible(bool visible) override;
     // Follows from both visibilities.
     void ShowText();

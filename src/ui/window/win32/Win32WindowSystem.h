@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "base/errors.h"
+#include "platform/win32/MessageLoop.h"
 #include "ui/window/Peers.h"
 #include "ui/window/win32/GuiHandles.h"
 
@@ -27,6 +28,7 @@ public:
     std::unique_ptr<FormPeer> MakeForm(FormEvents& events) override;
     TwipSize ScreenSize() const override;
     TwipScale Scale() const override { return m_Scale; }
+    void ServeUntil(const std::function<bool()>& done) override { ServeMessagesUntil(done); }
 
     const ClassNames& Names() const { return m_Names; }
     // Of controls whose font was not chosen.

@@ -1,0 +1,168 @@
+#!/usr/bin/env python3
+"""submission_wait.py BIN PROGRAM: what sending 500 queued submissions costs the browsers.
+
+Measures the 99th percentile of round trips over the channel while the program of a staged folder, of which a copy is made,
+sends 500 queued mails to the real service, against quiet blocks in turns, the medians of five each. BIN is the folder of
+the Windows programs. TBSERVICE, TBTOOL and BENCH name the native programs if they are not in build/native/bin. Needs a
+display and no other instance. Exit status 1 when the busy p99 is above the quiet one and twice one save of the store, as
+bench_submissions measures it natively, or a block was not within one run."""
+import argparse
+import contextlib
+import json
+import os
+import pathlib
+import re
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+from served_wait import ROOT, measure, running, wine
+
+BLOCKS = 5
+REQUESTS = 200
+FILES = 500
+DEADLINE = 120
+CAPTION = "Trawlbeam Tray"
+# Of a kind that is never sent: while it is there, the program looks for others each interval.
+STAYS = "stays.x"
+# The list has this many entries in the middle of the measurement.
+SAVE = "Save/1000"
+
+
+def native(variable, name):
+    return str(pathlib.Path(os.environ.get(variable, ROOT / "build/native/bin" / name)).resolve())
+
+
+def save_seconds():
+    done = subprocess.run([native("BENCH", "bench_submissions"), f"--benchmark_filter={SAVE}$", "--benchmark_format=json",
+                           "--benchmark_repetitions=5"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True)
+    times = [one["real_time"] for one in json.loads(done.stdout)["benchmarks"] if one["run_type"] == "iteration"]
+    return statistics.median(times) / 1000
+
+
+class Queue:
+    """The queue folder of the program, filled at one stroke: the folder is exchanged for a full one."""
+
+    def __init__(self, program):
+        self.folder, self.next, self.old = (program / "Data" / name for name in ("InProcess", "next", "old"))
+        self.log = program / "Log"
+        self.number = 0
+        (self.folder / "Error").mkdir(parents=True)
+        (self.folder / STAYS).write_bytes(b"")
+
+    def waiting(self):
+        return sum(name.endswith(".E") for name in os.listdir(self.folder))
+
+    def fill(self):
+        (self.next / "Error").mkdir(parents=True)
+        (self.next / STAYS).write_bytes(b"")
+        for _ in range(FILES):
+            self.number += 1
+            body = f"Mail {self.number}: http://www.evil{self.number}.example/login\r\n" + "All that a mail says.\r\n" * 100
+            head = f"From: sender{self.number}@evil.example\r\nSubject: Your account {self.number}\r\n\r\n"
+            (self.next / f"{self.number}.E").write_bytes(f" 2 , 3 , {sum(body.encode())} \r\n{head}{body}\r\n".encode())
+        self.folder.rename(self.old)
+        self.next.rename(self.folder)
+        shutil.rmtree(self.old)
+
+    def wait(self, most):
+        deadline = time.monotonic() + DEADLINE
+        while self.waiting() > most:
+            if time.monotonic() > deadline:
+                sys.exit(f"submission_wait: {self.waiting()} submissions still wait")
+            time.sleep(0.005)
+
+    def runs(self):
+        """How many files each run of the program sent."""
+        text = "".join(file.read_text("latin-1") for file in sorted(self.log.glob("*.log")))
+        names = re.findall(r"Processing Submission File (\S+)", text)
+        ends = [place for place, name in enumerate(names) if name == STAYS]
+        return [size for size in (end - begin - 1 for begin, end in zip([-1, *ends], ends)) if size]
+
+
+@contextlib.contextmanager
+def service(folder):
+    command = [native("TBSERVICE", "tbservice"), "--data", folder]
+    process = subprocess.Popen([*command, "serve", "--port", "0"], stdout=subprocess.PIPE, text=True)
+    try:
+        yield command, re.match(r"listening on port (\d+) ", process.stdout.readline())[1]
+    finally:
+        process.terminate()
+        process.wait()
+
+
+def prepare(program, port):
+    text = "<DEFAULTS Version='29990101'><SERVERS NAME='SERVERS'><ELEMENT NAME='SUBDBSVR'>" \
+           f"<Server WEIGHT='100' ACTIVE='Y'>http://127.0.0.1:{port}</Server></ELEMENT></SERVERS>" \
+           "<TIMERS NAME='TIMERS'></TIMERS></DEFAULTS>"
+    frame = subprocess.run([native("TBTOOL", "tbtool"), "frame"], input=text.encode(), stdout=subprocess.PIPE,
+                           check=True).stdout
+    (program / "Data").mkdir(exist_ok=True)
+    (program / "Data" / "defaults.bin").write_bytes(frame)
+    (program / "Trawlbeam.ini").write_text(
+        "<INI DATE='01/01/2026 00:00:00'><SECTION name='TIMERS'><ELEMENT NAME='SUBDB_INTERVAL'>1</ELEMENT>"
+        "</SECTION></INI>")
+
+
+def blocks(probe, queue):
+    """The p99 of quiet and busy blocks, and how long each run of 500 took."""
+    quiet, busy, lasted = [], [], []
+
+    def busy_block():
+        queue.fill()
+        queue.wait(FILES - 1)
+        begun = time.monotonic()
+        busy.append(measure(probe, CAPTION, REQUESTS))
+        print(f"    {queue.waiting()} of {FILES} still waited when a block was over", flush=True)
+        if queue.waiting() == 0:
+            sys.exit("submission_wait: the queue was empty before the block was over")
+        queue.wait(0)
+        lasted.append(time.monotonic() - begun)
+
+    for block in range(BLOCKS):
+        # Who goes first alternates: a drift of the machine's speed favours neither.
+        if block % 2:
+            busy_block()
+        quiet.append(measure(probe, CAPTION, REQUESTS))
+        if block % 2 == 0:
+            busy_block()
+    return quiet, busy, lasted
+
+
+def main():
+    parser = argparse.ArgumentParser(usage="submission_wait.py BIN PROGRAM")
+    parser.add_argument("bin", type=pathlib.Path)
+    parser.add_argument("program", type=pathlib.Path)
+    options = parser.parse_args()
+    probe = options.bin / "tbprobe.exe"
+    with contextlib.ExitStack() as stack:
+        scratch = pathlib.Path(stack.enter_context(tempfile.TemporaryDirectory()))
+        program = scratch / "program"
+        shutil.copytree(options.program, program)
+        command, port = stack.enter_context(service(scratch / "service"))
+        prepare(program, port)
+        queue = Queue(program)
+        save = [save_seconds()]
+        with running(probe, CAPTION, program / "Trawlbeam.exe"):
+            quiet, busy, lasted = blocks(probe, queue)
+        save.append(save_seconds())
+        runs = queue.runs()
+        held = len(subprocess.run([*command, "submissions", "list"], stdout=subprocess.PIPE, check=True)
+                   .stdout.splitlines())
+    one_save = statistics.median(save) * 1e6
+    limit = statistics.median(quiet) + 2 * one_save
+    print(f"p99 quiet {statistics.median(quiet):.0f} us, while sending {statistics.median(busy):.0f} us; one save "
+          f"{one_save:.0f} us, so the limit is {limit:.0f} us")
+    print(f"    quiet {[round(one) for one in quiet]}, while sending {[round(one) for one in busy]}")
+    print(f"    runs of {runs} files, {[round(one, 1) for one in lasted]} s; the service holds {held}")
+    whole = runs == [FILES] * BLOCKS and held == FILES * BLOCKS
+    if not whole:
+        print("not all was sent, or not in one run each")
+    return 0 if whole and statistics.median(busy) <= limit else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())

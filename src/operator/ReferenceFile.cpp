@@ -1,0 +1,66 @@
+#include "operator/ReferenceFile.h"
+
+#include "base/errors.h"
+#include "components/tbXML/Document.h"
+#include "operator/LastLine.h"
+#include "operator/Options.h"
+#include "refdata/BuiltInReference.h"
+#include "sitedb/codec/Encryption.h"
+
+namespace tb {
+
+namespace {
+
+ElementPtr Parse(TextView text) {
+    Document document;
+    document.LoadXML(text);
+    return document.Root();
+}
+
+// The text of a document that may lie in its frame.
+Text Unframed(const Text& content) {
+    // No frame begins with the sign that every document begins with.
+    const TextView trimmed = Trim(content);
+    if (!trimmed.empty() && trimmed.front() == '<') return content;
+    LastLine log;
+    Text plain;
+    if (!ChkEncryptString(content, plain, log)) {
+        throw InputError("neither an XML document nor an intact frame around one");
+    }
+    return plain;
+}
+
+}  // namespace
+
+ReferenceFile::ReferenceFile() : m_Root(Parse(BuiltInReference())), m_Path("the built-in document") {}
+
+ReferenceFile::ReferenceFile(Files& files, const Text& path) : m_Path(path) {
+    try {
+        m_Root = Parse(Unframed(ReadWholeFile(files, path)));
+    } catch (const RuntimeError& error) {
+        throw InputError(path + ": " + error.Description);
+    } catch (const InputError& error) {
+        throw InputError(path + ": " + error.what());
+    }
+    if (const ElementPtr words = m_Root->FindElement("EVILWORDS")) m_Words = words->Body();
+}
+
+Text ReferenceFile::CategoryName(const Text& id) const {
+    const ElementPtr categories = m_Root->FindElement("CATEGORIES");
+    const ElementPtr category = categories ? categories->FindElementAttribute2("ID", id) : nullptr;
+    if (!category) throw Error(ErrorNumber::ObjectNotSet);
+    return category->FindAttributeValue("NAME");
+}
+
+void ReferenceFile::Fill(GeoIP& geo) const {
+    const ElementPtr countries = m_Root->FindElement("COUNTRIES");
+    if (!countries) throw InputError(m_Path + ": there are no COUNTRIES");
+    try {
+        geo.LoadCountries({countries->begin(), countries->end()});
+    } catch (const RuntimeError& error) {
+        throw InputError(m_Path + ", COUNTRIES: " + error.Description);
+    }
+    if (const ElementPtr table = m_Root->FindElement("GEOIP")) geo.LoadIPCountry(table->Body());
+}
+
+}  // namespace tb

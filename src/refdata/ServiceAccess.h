@@ -1,0 +1,26 @@
+// What everything here works with: the program's values, its log, and a way to the web services.
+#pragma once
+
+#include "base/log.h"
+#include "components/tbSender/Sender.h"
+#include "shell/helpers/App.h"
+
+namespace tb {
+
+// All that it names outlives whoever holds it. While a sender waits, handlers run that may end the program's settings.
+struct ServiceAccess {
+    App& Program;
+    LogSink& Log;
+    // Gives each exchange a sender of its own.
+    SenderFactory MakeSender;
+
+    // Error 91 before the settings exist and after they have gone.
+    xmlINI& Settings() const;
+    // The server element of a service in the defaults data; null when they have none of that name, error 5 when they
+    // have no servers at all.
+    ElementPtr Servers(TextView service) const;
+    // A file of the data folder, by its name.
+    std::filesystem::path DataFile(TextView name) const;
+};
+
+}  // namespace tb

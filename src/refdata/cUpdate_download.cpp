@@ -1,0 +1,117 @@
+#include "base/codepage.h"
+#include "base/errors.h"
+#include "refdata/Components.h"
+#include "refdata/PendingUpdates.h"
+#include "refdata/cUpdate.h"
+#include "refdata/mFileInfo.h"
+#include "shell/helpers/GeneralHelpers.h"
+
+namespace tb {
+
+namespace {
+
+// By the picture "###,###,###,##0"; `number` is not negative.
+Text Grouped(std::uint64_t number) {
+    Text digits = std::to_string(number);
+    for (size_t place = digits.size(); place > 3;) digits.insert(place -= 3, 1, ',');
+    return digits;
+}
+
+// Where the service keeps a file of the update with that number.
+Text UpdateFilePage(const Text& folder, const Text& name) { return folder + "/" + name; }
+
+}  // namespace
+
+bool cUpdate::AreFilesSound(const Element& manifest) {
+    bool sound = true;
+    Trap(
+        [&] {
+            for (const ElementPtr& child : manifest) {
+                if (!TakesPart(*child)) continue;
+                const UpdateFile file = ReadFileElement(*child, {});
+                if (IsPlainFileName(file.FILE)) continue;
+                Log("   Download file " + Quoted(file.FILE) + " failure: not a plain file name");
+                sound = false;
+            }
+        },
+        [&](const RuntimeError& error) {
+            Log("DownloadFile: " + error.Line());
+            sound = false;
+        });
+    return sound;
+}
+
+bool cUpdate::DownloadUpdateFile(Sender& sender, const Element& child, const Text& folder, Staged& staged) noexcept {
+    bool done = false;
+    Trap([&] { done = Fetch(sender, ReadFileElement(child, Program().System.Clock.Now()), folder, staged); },
+         [&](const RuntimeError& error) { Log("DownloadFile: " + error.Line()); });
+    return done;
+}
+
+bool cUpdate::Fetch(Sender& sender, const UpdateFile& file, const Text& folder, Staged& staged) {
+    const ElementPtr servers = m_Access.Settings().TryGlobalsElement("SERVERS", "NAME", "GetUpdatesSVR");
+    if (servers == nullptr) {
+        Log("DownloadFile: no servers!");
+        return false;
+    }
+    const Text& name = file.FILE;
+    const std::filesystem::path local = UpdatesFolder(Program()) / TextPath(name);
+    LogVersions(file);
+    if (!IsComponentOutOfDate(Program(), name, file.VERSION, file.ModifiedDate)) return true;
+    staged.Names += (staged.Names.empty() ? "" : ", ") + name;
+    Log("   Downloading file: " + name + " " + file.VERSION + " " + Grouped(static_cast<std::uint64_t>(file.SIZE)));
+    const Text error = sender.DownloadFile(servers, UpdateFilePage(folder, name), {}, local);
+    if (!error.empty()) {
+        Log("   Download file " + name + " failure: " + error);
+        return false;
+    }
+    SetFileDates(Program().System.Files, local, file.CreatedDate, file.AccessedDate, file.ModifiedDate, true);
+    Log("   Received download file: " + name + " " + file.VERSION + " " + std::to_string(file.SIZE) + " success");
+    const bool whole = HasSize(file, local);
+    if (UpperCase(name) == UpperCase(UpdaterName)) {
+        // It comes into use at once, unlike the others, which the updater looks at first.
+        if (whole) InstallUpdater(local);
+        return whole;
+    }
+    ++staged.Count;
+    return true;
+}
+
+void cUpdate::LogVersions(const UpdateFile& file) {
+    const DateSeparators& separators = Program().Product.Separators;
+    const ComponentRecord* const known = Program().Components ? Program().Components->Find(file.FILE) : nullptr;
+    Text version;
+    Text modified;
+    if (known != nullptr) {
+        version = known->VERSION;
+        if (known->MODIFIEDDATE) modified = FormatDateTime(*known->MODIFIEDDATE, separators);
+    }
+    Log("Current: " + file.FILE + " " + version + " " + modified + " Update: " + file.VERSION + " " +
+            FormatDateTime(file.ModifiedDate, separators),
+        LogLevel::Debug);
+}
+
+bool cUpdate::HasSize(const UpdateFile& file, const std::filesystem::path& local) {
+    const std::uint64_t actual = Program().System.Files.OpenForReading(local)->Size();
+    const auto expected = static_cast<std::uint64_t>(file.SIZE);
+    if (actual == expected) return true;
+    Log("   Download file " + file.FILE + " size incorrect: " + Grouped(expected) + ", actual size:" + Grouped(actual));
+    return false;
+}
+
+void cUpdate::InstallUpdater(const std::filesystem::path& local) {
+    Files& files = Program().System.Files;
+    const std::filesystem::path target = Program().Path() / TextPath(UpdaterName);
+    Log("   Copying tbUpdater.exe to: " + PathText(target));
+    Trap(
+        [&] {
+            if (files.Exists(target)) files.ClearAttributes(target);
+            files.Replace(local, target);
+            // Or it would count as old for the rest of the run, and be fetched again and again.
+            RefreshComponent(Program(), UpdaterName);
+            Log("   Installation of tbUpdater.exe success");
+        },
+        [&](const RuntimeError&) { Log("   Move tbUpdater.exe failed, tried to move from:" + PathText(local)); });
+}
+
+}  // namespace tb

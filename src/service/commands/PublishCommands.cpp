@@ -1,0 +1,45 @@
+#include <cstdio>
+
+#include "base/errors.h"
+#include "operator/Options.h"
+#include "platform/posix/PosixFiles.h"
+#include "service/commands/ServiceCommands.h"
+#include "service/store/Documents.h"
+#include "service/store/ServiceStore.h"
+
+namespace tb {
+
+namespace {
+
+using Publishing = StoredDocument (Documents::*)(const Text& xml);
+
+void Publish(const std::filesystem::path& folder, const Words& words, TextView name, Publishing publish) {
+    const Options options(words, {});
+    if (options.Words().size() != 1) throw UsageError("publish takes one file");
+    const Text& path = options.Words().front();
+    try {
+        PosixFiles files;
+        const Text xml = ReadWholeFile(files, path);
+        ServiceStore store(folder, Database::Opening::OrNew);
+        Documents documents(store);
+        const StoredDocument document = (documents.*publish)(xml);
+        std::printf("published %s, version %s, %zu bytes\n", Text(name).c_str(), Quoted(document.Version).c_str(),
+                    document.Framed.size());
+    } catch (const RuntimeError& error) {
+        throw InputError(path + ": " + error.Description);
+    } catch (const DocumentError& error) {
+        throw InputError(path + ": " + error.what());
+    }
+}
+
+}  // namespace
+
+void PublishDefaultsCommand(const std::filesystem::path& folder, const Words& words) {
+    Publish(folder, words, DefaultsFile, &Documents::PublishDefaults);
+}
+
+void PublishReferenceCommand(const std::filesystem::path& folder, const Words& words) {
+    Publish(folder, words, ReferenceFile, &Documents::PublishReference);
+}
+
+}  // namespace tb

@@ -1,0 +1,59 @@
+#include <cstdio>
+
+#include "operator/Options.h"
+#include "service/commands/ServiceCommands.h"
+#include "service/store/Documents.h"
+#include "service/store/Reports.h"
+#include "service/store/ServiceStore.h"
+#include "service/store/SiteHistory.h"
+#include "service/store/Submissions.h"
+
+namespace tb {
+
+namespace {
+
+void PrintSites(Database& store) {
+    SiteHistory history(store);
+    const std::vector<Publication> recorded = history.Recorded();
+    const Publication& latest = recorded.back();
+    std::printf("sites: %lld\nstamp: %s\n", static_cast<long long>(latest.Sites), latest.Stamp.c_str());
+    std::printf("recorded: %lld changes since %s\n",
+                static_cast<long long>(latest.LastChange - recorded.front().LastChange),
+                recorded.front().Stamp.c_str());
+}
+
+void PrintDocuments(Database& store) {
+    Documents documents(store);
+    for (const TextView name : {DefaultsFile, ReferenceFile}) {
+        const auto document = documents.Find(name);
+        std::printf("%s: ", Text(name).c_str());
+        if (document) {
+            std::printf("version %s, %zu bytes, published %s UTC\n", Quoted(document->Version).c_str(),
+                        document->Framed.size(), FormatDateTime(document->Modified).c_str());
+        } else {
+            std::printf("not published\n");
+        }
+    }
+}
+
+void PrintReports(Database& store) {
+    Reports reports(store);
+    std::printf("version reports: %lld\n", static_cast<long long>(reports.Count()));
+    for (const auto& [program, count] : reports.ByProgram()) {
+        std::printf("    %lld of %s\n", static_cast<long long>(count), Quoted(program).c_str());
+    }
+}
+
+}  // namespace
+
+void StatusCommand(const std::filesystem::path& folder, const Words& words) {
+    if (!words.empty()) throw UsageError("unexpected " + words.front());
+    ServiceStore store(folder, Database::Opening::Existing);
+    const Transaction view(store, Transaction::Kind::Read);
+    PrintSites(store);
+    PrintDocuments(store);
+    PrintReports(store);
+    std::printf("submissions: %lld\n", static_cast<long long>(Submissions(store).Count()));
+}
+
+}  // namespace tb

@@ -1,0 +1,4 @@
+// The HTTP library, included in this one place.
+#pragma once
+
+#include <httplib.h>

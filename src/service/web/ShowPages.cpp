@@ -1,0 +1,97 @@
+#include "service/web/ShowPages.h"
+
+#include <algorithm>
+
+namespace tb {
+
+namespace {
+
+constexpr size_t NewsShown = 10;
+
+Text Escaped(TextView text) {
+    Text result;
+    for (const char character : text) {
+        switch (character) {
+        case '<': result += "&lt;"; break;
+        case '>': result += "&gt;"; break;
+        case '&': result += "&amp;"; break;
+        case '"': result += "&quot;"; break;
+        default: result += character;
+        }
+    }
+    return result;
+}
+
+Text Row(const std::vector<Text>& cells, const char* tag = "td") {
+    Text row = "<tr>";
+    for (const Text& cell : cells) row += Text("<") + tag + ">" + Escaped(cell) + "</" + tag + ">";
+    return row + "</tr>\n";
+}
+
+// "2026-11-21 09:31 UTC"
+Text Readable(const Text& stamp) {
+    if (stamp == NoSitesStamp) return "never";
+    return stamp.substr(0, 4) + "-" + stamp.substr(4, 2) + "-" + stamp.substr(6, 2) + " " + stamp.substr(8, 2) + ":" +
+           stamp.substr(10, 2) + " UTC";
+}
+
+Reply HtmlReply(const char* title, const Text& content) {
+    const Text html = Text("<html><head><title>") + title + "</title></head><body><h1>" + title + "</h1>\n" + content +
+                      "</body></html>\n";
+    return {200, "text/html; charset=windows-1252", std::make_shared<const Text>(html), {}};
+}
+
+Reply ShowList(SiteFeed& feed) {
+    const Publication latest = feed.Changes()->Latest();
+    return HtmlReply("Main", "<p>" + std::to_string(latest.Sites) +
+                                 " malicious sites are listed.</p>\n<p>Last change: " + Readable(latest.Stamp) +
+                                 "</p>\n");
+}
+
+Reply ShowNews(SiteFeed& feed, DocumentShelf& shelf) {
+    const auto changes = feed.Changes();
+    Text content = "<table border=1>\n" + Row({"List of", "New", "Gone"}, "th");
+    const size_t shown = std::min(NewsShown, changes->Publications.size());
+    for (size_t index = 0; index < shown; ++index) {
+        const Publication& publication = changes->Publications[index];
+        content +=
+            Row({Readable(publication.Stamp), std::to_string(publication.Added), std::to_string(publication.Removed)});
+    }
+    content += "</table>\n<table border=1>\n" + Row({"File", "Version", "Published"}, "th");
+    for (const TextView name : {DefaultsFile, ReferenceFile}) {
+        const auto document = shelf.Find(Text(name));
+        if (document) content += Row({Text(name), document->Version, FormatDateTime(document->Modified) + " UTC"});
+    }
+    return HtmlReply("News", content + "</table>\n");
+}
+
+Reply ShowStatistics(SiteFeed& feed) {
+    const auto changes = feed.Changes();
+    // The oldest one is there for its stamp; its own changes are not on record.
+    const Publication& oldest = changes->Publications.back();
+    std::int64_t added = 0;
+    std::int64_t removed = 0;
+    for (const Publication& publication : changes->Publications) {
+        if (publication.LastChange == oldest.LastChange) break;
+        added += publication.Added;
+        removed += publication.Removed;
+    }
+    return HtmlReply("Statistics", "<table border=1>\n" + Row({"Sites", std::to_string(changes->Latest().Sites)}) +
+                                       Row({"On record since", Readable(oldest.Stamp)}) +
+                                       Row({"Publications since", std::to_string(changes->Publications.size() - 1)}) +
+                                       Row({"Sites that came", std::to_string(added)}) +
+                                       Row({"Sites that went", std::to_string(removed)}) + "</table>\n");
+}
+
+}  // namespace
+
+void AddShowPages(Pages& pages, SiteFeed& feed, DocumentShelf& shelf) {
+    const auto add = [&](const char* path, std::function<Reply(const Question&)> answer) {
+        pages.push_back({path, true, false, 0, std::move(answer)});
+    };
+    add("/show1.aspx", [&feed](const Question&) { return ShowList(feed); });
+    add("/show2.aspx", [&feed, &shelf](const Question&) { return ShowNews(feed, shelf); });
+    add("/show3.aspx", [&feed](const Question&) { return ShowStatistics(feed); });
+}
+
+}  // namespace tb

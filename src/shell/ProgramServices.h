@@ -1,0 +1,49 @@
+// What the controller drives, as the program has it: the version report, the submissions and their windows.
+#pragma once
+
+#include "refdata/VersionReport.h"
+#include "shell/cController.h"
+#include "shell/frmController.h"
+#include "submissions/forms/frmSubCat.h"
+#include "submissions/forms/frmSubmissions.h"
+
+namespace tb {
+
+class ProgramServices : public ControllerServices, private Activities {
+public:
+    // All of it outlives the services.
+    struct Parts {
+        ServiceAccess Access;
+        tb::Forms& Forms;
+        ClipboardFormats& Formats;
+        DropTargets& Targets;
+        // Null before the start has made it.
+        std::function<frmController*()> Controller;
+    };
+
+    explicit ProgramServices(Parts parts) : m_Parts(std::move(parts)) {}
+
+    bool SendVersions() override { return VersionReport(m_Parts.Access).SendVersions(); }
+    void SetupSubmissions() override;
+    void ProcessSubmissions() override;
+    void DropSubmissions() override;
+    // The panel of submissions alone has a window as yet.
+    bool ShowMainPanel(std::int16_t panel) override;
+    void CloseMainWindow() override;
+
+private:
+    // Hands a drop to the store, and starts the run that posts what it has queued.
+    void Dropped(DropData& dropped);
+
+    bool StartActivity(const Text& name, bool logIt) override;
+    void EndActivity(const Text& name, bool logIt) override;
+    // Error 91 when there is none.
+    frmController& Controller() const;
+
+    Parts m_Parts;
+    SubCatWindows m_Dialogs{m_Parts.Forms, m_Parts.Access.Program};
+    std::shared_ptr<SubmissionDB> oSubmissionDB;
+    std::shared_ptr<frmSubmissions> m_Window;
+};
+
+}  // namespace tb

@@ -1,0 +1,93 @@
+#include <cstdio>
+
+#include "base/numbers.h"
+#include "sitedb/EvilDB.h"
+#include "sitedb/SnapshotFile.h"
+
+namespace tb {
+
+namespace {
+
+// The stamp of a name as far as there is one: the characters behind "TBDB".
+TextView StampPart(const Text& name) { return Mid(name, 5, StampLength); }
+
+}  // namespace
+
+std::vector<EvilDB::FileName> EvilDB::SnapshotNames() {
+    std::vector<FileName> names;
+    Text stamp;
+    // The listing is the system's, which may match more than the name that is shown.
+    for (const FileName& name : m_Files.List(m_Folder)) {
+        if (StampOfName(NameText(name), stamp)) names.push_back(name);
+    }
+    return names;
+}
+
+EvilDB::FileName EvilDB::MaxFileVersion() noexcept {
+    FileName largest;
+    Trap(
+        [&] {
+            for (const FileName& name : SnapshotNames()) {
+                if (NameText(name) > NameText(largest)) largest = name;
+            }
+        },
+        Failure("Malicious Database MaxFileVersion Error: "));
+    return largest;
+}
+
+EvilDB::FileName EvilDB::MinFileVersion(const FileName& Exclude) noexcept {
+    FileName smallest;
+    Trap(
+        [&] {
+            for (const FileName& name : SnapshotNames()) {
+                if (name == Exclude) continue;
+                if (smallest.empty() || NameText(name) < NameText(smallest)) smallest = name;
+            }
+        },
+        Failure("Malicious Database MinFileVersion Error: "));
+    return smallest;
+}
+
+void EvilDB::PruneFiles(std::int16_t Keep, const Text& NewestStamp) noexcept {
+    Trap(
+        [&] {
+            const std::vector<FileName> names = SnapshotNames();
+            for (const FileName& name : names) Log("MalDB.PruneFiles: " + NameText(name));
+            const FileName spared = FindRetainedFile(names, NewestStamp);
+            for (auto left = static_cast<std::int64_t>(names.size()); left > Keep; --left) {
+                const FileName victim = MinFileVersion(spared);
+                if (victim.empty()) throw Error(ErrorNumber::FileNotFound);
+                Log("MalDB.PruneFiles - Delete: " + NameText(victim));
+                m_Files.ClearAttributes(m_Folder / victim);
+                m_Files.Delete(m_Folder / victim);
+            }
+        },
+        Failure("Malicious Database Prune Error: "));
+}
+
+EvilDB::FileName EvilDB::FindRetainedFile(const std::vector<FileName>& Names, const Text& NewestStamp) {
+    const CivilDate moment = StampToDate(NewestStamp).PlusSeconds(-Date::SecondsPerDay).Civil();
+    char cutoff[32];
+    std::snprintf(cutoff, sizeof cutoff, "%04d%02d%02d%02d%02d", moment.Year, moment.Month, moment.Day, moment.Hour,
+                  moment.Minute);
+    FileName retained;
+    Text newest;
+    for (const FileName& name : Names) {
+        const Text text = NameText(name);
+        const TextView stamp = StampPart(text);
+        if (stamp > cutoff || stamp <= newest) continue;
+        newest = stamp;
+        retained = name;
+    }
+    return retained;
+}
+
+Date EvilDB::StampToDate(TextView Stamp) {
+    if (!IsStamp(Left(Stamp, StampLength))) throw Error(ErrorNumber::TypeMismatch);
+    const auto part = [&](long position, long length) {
+        return static_cast<int>(ToInt16(Mid(Stamp, position, length)));
+    };
+    return Date(CivilDate{part(1, 4), part(5, 2), part(7, 2), part(9, 2), part(11, 2), 0});
+}
+
+}  // namespace tb

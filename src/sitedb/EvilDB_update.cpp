@@ -1,0 +1,141 @@
+#include <algorithm>
+#include <array>
+
+#include "sitedb/EvilDB.h"
+#include "sitedb/EvilDB_record.h"
+#include "sitedb/codec/Encryption.h"
+#include "sitedb/codec/UrlEncode.h"
+
+namespace tb {
+
+namespace {
+
+constexpr const char* Page = "MalDB.aspx";
+constexpr TextView StartAnew = "1";
+constexpr TextView Adding = "+";
+constexpr char LineEnd = '\n';
+constexpr size_t ChangeFields = 4;
+// With this many line ends changes are not logged line by line any more.
+constexpr std::int64_t LongUpdate = 50;
+constexpr std::int16_t SnapshotsKept = 5;
+
+class EventLog : public LogSink {
+public:
+    explicit EventLog(const Event<Text, LogLevel>& lines) : m_Lines(lines) {}
+    void WriteLog(const Text& message, LogLevel level) noexcept override { m_Lines.Raise(message, level); }
+
+private:
+    const Event<Text, LogLevel>& m_Lines;
+};
+
+// Takes the text before the first `end` off the front of `rest`, and `end` with it.
+TextView TakeUntil(char end, TextView& rest) {
+    const TextView taken = rest.substr(0, rest.find(end));
+    rest.remove_prefix(std::min(taken.size() + 1, rest.size()));
+    return taken;
+}
+
+std::int64_t CountOf(char character, TextView text) {
+    std::int64_t count = 0;
+    for (size_t at = text.find(character); at != TextView::npos; at = text.find(character, at + 1)) ++count;
+    return count;
+}
+
+}  // namespace
+
+Text EvilDB::Load(const Text& ClientKey) noexcept {
+    Trap(
+        [&] {
+            bool corrupt = false;
+            if (!RestoreDB(corrupt) || corrupt) Update(ClientKey);
+        },
+        Failure("Malicious Database Load Error: "));
+    return {};
+}
+
+Text EvilDB::Update(const Text& ClientKey) noexcept {
+    if (m_IsUpdating) return {};
+    // While it waits handlers run, and one of them may end the list. The sender stays until its request is over.
+    const std::shared_ptr<Sender> sender = m_Sender;
+    const auto isGone = [&] { return sender && sender.use_count() == 1; };
+    Trap(
+        [&] {
+            const Text post = "Key=" + UrlEncode(ClientKey) + "&TS=" + m_LastTimestamp;
+            const ElementPtr servers = m_Host.UpdateServers();
+            if (!servers) return;
+            m_IsUpdating = true;
+            Text reply;
+            const Text error = TheSender().PostRequest(servers, Page, post, reply, {});
+            if (isGone()) return;
+            m_IsUpdating = false;
+            TakeReply(error, std::move(reply));
+        },
+        [&](const RuntimeError& error) {
+            if (isGone()) return;
+            m_IsUpdating = false;
+            Failure("Malicious Database Update Error: ")(error);
+        });
+    return {};
+}
+
+void EvilDB::TakeReply(const Text& error, Text reply) {
+    if (!error.empty()) return Log("MalDB.Update: " + error + SinceStamp());
+    if (reply.empty()) return Log("MalDB.Update: No data" + SinceStamp());
+    Text plain;
+    EventLog lines(LogMessage);
+    if (!ChkEncryptString(reply, plain, lines)) return Log("MalDB.Update: Invalid data format" + SinceStamp());
+    // It can be large.
+    Text().swap(reply);
+    TakeChanges(plain);
+}
+
+void EvilDB::TakeChanges(TextView plain) {
+    const std::int64_t highestLine = CountOf(LineEnd, plain);
+    if (highestLine == 0) throw Error(ErrorNumber::Subscript);
+    TextView rest = plain;
+    const Text stamp(TakeUntil(LineEnd, rest));
+    const TextView mode = TakeUntil(LineEnd, rest);
+    if (mode.empty()) return Log("MalDB.Update: Received update, no data" + SinceStamp());
+    if (mode == StartAnew) {
+        Log("MalDB.Update, RemoveAll" + SinceStamp());
+        m_Domains.RemoveAll();
+    }
+    Log("Received: " + std::to_string(highestLine - 2) + SinceStamp());
+    Changes changes;
+    while (!rest.empty()) Apply(TakeUntil(LineEnd, rest), highestLine < LongUpdate, changes);
+    m_Domains.PackIfSparse();
+    SaveDB(stamp, Fingerprint());
+    // Also when it was not saved: the list is as of this stamp, and the next update saves it.
+    m_LastTimestamp = stamp;
+    PruneFiles(SnapshotsKept, stamp);
+    EvilAdded.Raise(changes.Added, changes.Deleted);
+}
+
+void EvilDB::Apply(TextView line, bool logged, Changes& changes) {
+    if (line.empty()) return;
+    std::array<TextView, ChangeFields> fields;
+    size_t count = 0;
+    for (size_t start = 0, end = 0; end != TextView::npos; start = end + 1, ++count) {
+        end = line.find(FieldEnd, start);
+        if (count < ChangeFields) fields[count] = line.substr(start, end - start);
+    }
+    if (count != ChangeFields) {
+        return Log("MalDB.Update: incorrect urlEntryParts," + Text(line) + ", count (" + std::to_string(count - 1) +
+                   ")");
+    }
+    const auto& [mark, url, category, validated] = fields;
+    const bool adds = mark == Adding;
+    if (logged) {
+        Log(Text("MalDB.Update ") + (adds ? "AddToDB (" : "DelFromDB (") + Text(url) + " " + Text(category) + " " +
+            Text(validated) + ")");
+    }
+    if (adds) {
+        AddToDB(url, category, validated);
+        ++changes.Added;
+    } else {
+        DelFromDB(url, category, validated);
+        ++changes.Deleted;
+    }
+}
+
+}  // namespace tb

@@ -1,0 +1,149 @@
+#include "sitedb/OverDB.h"
+
+#include <algorithm>
+
+#include "base/numbers.h"
+#include "components/tbXML/Document.h"
+#include "components/tbXML/XmlText.h"
+#include "platform/AtomicWrite.h"
+#include "platform/BadFile.h"
+#include "urlcheck/url/UrlDecode.h"
+
+namespace tb {
+
+namespace {
+
+constexpr size_t SchemeLetters = 4;
+
+Text StoredForm(const Text& url) { return Text(WithoutTrailingSlashes(UrlDecode(LowerCase(url)))); }
+
+}  // namespace
+
+OverDB::OverDB(Files& files, Clock& clock, std::filesystem::path file, DateSeparators separators)
+    : m_Files(files),
+      m_Clock(clock),
+      m_File(std::move(file)),
+      m_Separators(separators),
+      // The lines of these operations name the other list, as those who read logs know them.
+      m_Match("Malicious Database ", [this](const Text& line) { Log(line, LogLevel::Always); }) {
+    m_Domains.IgnoreCase(true);
+}
+
+std::vector<Text> OverDB::URLS() const {
+    if (m_Count < 1) throw Error(ErrorNumber::Subscript);
+    std::vector<Text> urls(static_cast<size_t>(m_Count));
+    size_t next = 0;
+    for (const UrlListPtr& list : m_Domains.Values()) {
+        for (const Text& url : *list) At(urls, next++) = url;
+    }
+    return urls;
+}
+
+bool OverDB::IsOverride(const Text& URL) noexcept {
+    bool result = false;
+    Trap([&] { result = FindHit(LowerCase(URL)); }, Failure("Override Database IsOverride Error: "));
+    return result;
+}
+
+bool OverDB::FindHit(TextView loweredUrl) const {
+    const std::vector<TextView> urlParts = SplitViews(loweredUrl, '/');
+    if (urlParts.size() < 3) return false;
+    const std::vector<TextView> labels = SplitViews(urlParts[2], '.');
+    const std::int16_t highest = NarrowToInt16(static_cast<std::int64_t>(labels.size()) - 1);
+    const int last = std::max(highest - 1, 0);
+    for (int first = 0; first <= last; ++first) {
+        const Text suffix = m_Match.SubJoin(labels, static_cast<std::int16_t>(first), highest, ".");
+        const UrlListPtr list = m_Domains.Item(suffix);
+        if (!list) continue;
+        const Text candidate = m_Match.Substitution(urlParts, 2, suffix);
+        const auto matches = [&](const Text& url) { return SiteMatch::InitialMatch(candidate, UrlDecode(url)); };
+        if (std::any_of(list->begin(), list->end(), matches)) return true;
+    }
+    return false;
+}
+
+void OverDB::AddToDB(const Text& URL) noexcept {
+    Trap(
+        [&] {
+            Text url = StoredForm(URL);
+            if (Left(url, SchemeLetters) != "http") url.insert(0, "http://");
+            const std::vector<Text> parts = Split(url, '/');
+            if (parts.size() < 3) return Log("OverDB.AddToDB: bad entry (" + url + ")");
+            const Text& domain = parts[2];
+            UrlListPtr list = m_Domains.Item(domain);
+            if (!list) {
+                m_Domains.Add(domain, std::make_shared<UrlList>(1, url));
+            } else if (std::find(list->begin(), list->end(), url) != list->end()) {
+                return Log("OverDB.AddToDB: dup entry - " + url);
+            } else {
+                list->push_back(url);
+                m_Domains.Item(domain, list);
+            }
+            ++m_Count;
+        },
+        Failure("OverDB.AddToDB Error: "));
+}
+
+void OverDB::DelFromDB(const Text& URL) noexcept {
+    Trap(
+        [&] {
+            const Text url = StoredForm(URL);
+            const std::vector<Text> parts = Split(url, '/');
+            if (parts.size() < 3) return Log("OverDB.DelFromDB: bad entry (" + url + ")");
+            const Text& domain = parts[2];
+            const UrlListPtr list = m_Domains.Item(domain);
+            if (!list) return Log("OverDB.DelFromDB: no domain (" + domain + ")");
+            const auto found = std::find(list->begin(), list->end(), url);
+            if (found != list->end()) {
+                list->erase(found);
+                --m_Count;
+            }
+            if (!list->empty()) return;
+            m_Domains.Remove(domain);
+            Log("OverDB.DelFromDB: domain removed (" + domain + ")");
+        },
+        Failure("OverDB.DelFromDB Error: "));
+}
+
+void OverDB::LoadDB() noexcept {
+    Trap(
+        [&] {
+            m_KeepBadFile = false;
+            if (!IsThere(m_Files, m_File)) SaveDB();
+            Document document;
+            document.Load(m_Files, m_File);
+            m_Domains.RemoveAll();
+            m_Count = 0;
+            for (const ElementPtr& site : document) AddToDB(site->Body());
+            m_Count = document.Root()->Count();
+        },
+        [this](const RuntimeError& error) {
+            m_KeepBadFile = true;
+            Failure("Override Database Load Error: ")(error);
+        });
+}
+
+void OverDB::SaveDB() noexcept {
+    Trap(
+        [&] {
+            const Text content = FileText();
+            if (m_KeepBadFile) KeepBadFile(m_Files, m_File);
+            m_KeepBadFile = false;
+            WriteFileAtomically(m_Files, m_File, [&](FileWriter& writer) { writer.Write(content); });
+        },
+        Failure("Override Database Save Error: "));
+}
+
+Text OverDB::FileText() const {
+    Text text =
+        "<SiteOverrides Date='" + EscapedValue(FormatDateTime(m_Clock.Now(), m_Separators)) + "' Version='1.0'>\r\n";
+    if (m_Domains.Count() != 0) {
+        for (const UrlListPtr& list : m_Domains.Values()) {
+            // Nothing is escaped: the file is for people to read and edit.
+            for (const Text& url : *list) text += "  <Site>" + url + "</Site>\r\n";
+        }
+    }
+    return text + "</SiteOverrides>\r\n";
+}
+
+}  // namespace tb

@@ -1,0 +1,38 @@
+// What the system calls while something is dragged over a window and dropped on it.
+#pragma once
+
+#include <windows.h>
+
+#include <ole2.h>
+
+#include <functional>
+
+#include "base/errors.h"
+#include "submissions/DropData.h"
+#include "submissions/win32/ComObject.h"
+
+namespace tb {
+
+// Everything is taken; what it is shows at the drop. The source is told that it was copied, or linked where it forbids
+// copies, never that it may delete what was dragged. While a drop is being handled others are turned away.
+class Win32DropTarget : public ComObject<IDropTarget> {
+public:
+    // `drop` gets data that is there only until it returns. `failed` gets what it throws, and must not throw.
+    Win32DropTarget(std::function<void(DropData&)> drop, std::function<void(const RuntimeError&)> failed)
+        : m_Drop(std::move(drop)), m_Failed(std::move(failed)) {}
+
+    HRESULT STDMETHODCALLTYPE DragEnter(IDataObject* data, DWORD keys, POINTL place, DWORD* effect) noexcept override;
+    HRESULT STDMETHODCALLTYPE DragOver(DWORD keys, POINTL place, DWORD* effect) noexcept override;
+    HRESULT STDMETHODCALLTYPE DragLeave() noexcept override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE Drop(IDataObject* data, DWORD keys, POINTL place, DWORD* effect) noexcept override;
+
+private:
+    // What happens to what was dragged, out of what the source allows.
+    HRESULT Choose(DWORD* effect) const;
+
+    std::function<void(DropData&)> m_Drop;
+    std::function<void(const RuntimeError&)> m_Failed;
+    bool m_IsBusy = false;
+};
+
+}  // namespace tb

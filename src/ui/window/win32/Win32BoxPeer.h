@@ -1,0 +1,18 @@
+// A window that holds others and passes on to the form what they tell.
+#pragma once
+
+#include "ui/window/win32/Win32ChildPeer.h"
+
+namespace tb {
+
+class Win32BoxPeer : public Win32ChildPeer<BoxPeer> {
+public:
+    // Error 51.
+    Win32BoxPeer(const Win32WindowSystem& system, Win32FormPeer& form, BoxPeer* box, bool hasBorder);
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    static const char* RegisteredClass();
+};
+
+}  // namespace tb

@@ -1,0 +1,194 @@
+#!/usr/bin/env python3
+"""The web service's program as its operator uses it: commands while it serves, one clear line for broken input, the old
+state or the new one after every end.
+
+    tbservice_test.py TBSERVICE TBTOOL
+"""
+
+import base64
+import pathlib
+import re
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+import unittest
+import urllib.parse
+import urllib.request
+
+TBTOOL = sys.argv.pop(2)
+TBSERVICE = sys.argv.pop(1)
+
+
+class TbserviceTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.path = pathlib.Path(self.folder.name)
+        self.data = self.path / "data"
+        self.services = []
+
+    def tearDown(self):
+        for service in self.services:
+            if service.poll() is None:
+                service.kill()
+            service.communicate()
+        self.folder.cleanup()
+
+    def file(self, name, content):
+        (self.path / name).write_bytes(content)
+        return self.path / name
+
+    def command(self, *words):
+        done = subprocess.run([TBSERVICE, "--data", self.data, *words], capture_output=True, timeout=60)
+        return done.returncode, done.stdout.decode("latin-1"), done.stderr.decode("latin-1")
+
+    def succeed(self, *words):
+        status, output, errors = self.command(*words)
+        self.assertEqual((status, errors), (0, ""))
+        return output
+
+    def serve(self, *words):
+        service = subprocess.Popen([TBSERVICE, "--data", self.data, "serve", *words], stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE)
+        self.services.append(service)
+        line = service.stdout.readline().decode()
+        found = re.match(r"listening on port (\d+) of (.*); (\d+) sites as of (\d{12})$", line)
+        self.assertTrue(found, line)
+        return service, int(found[1]), found[2].split(", ")
+
+    def ask(self, port, stamp, host="127.0.0.1"):
+        """The lines of the update reply."""
+        with urllib.request.urlopen(f"http://{host}:{port}/MalDB.aspx", f"Key=k&TS={stamp}".encode(), 20) as reply:
+            framed = reply.read()
+        return subprocess.run([TBTOOL, "unframe"], input=framed, capture_output=True, check=True).stdout.split(b"\n")
+
+    def test_changes_reach_a_running_service(self):
+        service, port, hosts = self.serve("--port", "0")
+        self.assertEqual(hosts, [f"127.0.0.{number}" for number in range(1, 11)])
+        self.assertEqual(self.ask(port, "200001010000"), [b"200001010000", b""])
+        sites = self.file("sites", b"evil.example/x\t2\t11/21/2026\r\n\nhttp://b.example\t9\t\xe9\n")
+        self.assertIn("3 added, 0 changed, 0 unchanged, 0 repeated; 3 sites", self.succeed("sites", "import", sites))
+        stamp, mode, *lines = self.ask(port, "200001010000", "127.0.0.10")
+        self.assertEqual((mode, lines), (b"1", [b"+\thttp://evil.example/x\t2\t11/21/2026",
+                                                b"+\thttps://evil.example/x\t2\t11/21/2026",
+                                                b"+\thttp://b.example\t9\t\xe9", b""]))
+        self.assertEqual(self.ask(port, stamp.decode()), [stamp, b""])
+        self.succeed("sites", "import", self.file("sites", b"http://b.example\t2\t\xe9\n"))
+        self.succeed("sites", "remove", "evil.example/x/")
+        self.assertEqual(self.ask(port, stamp.decode())[1:], [
+            b"0", b"-\thttp://b.example\t9\t\xe9", b"+\thttp://b.example\t2\t\xe9",
+            b"-\thttp://evil.example/x\t2\t11/21/2026", b"-\thttps://evil.example/x\t2\t11/21/2026", b""])
+        self.succeed("publish", "defaults", self.file("d.xml", b"<DEFAULTS Version='20261121'/>"))
+        with urllib.request.urlopen(f"http://127.0.0.7:{port}/Reference/defaults.bin", timeout=20) as reply:
+            self.assertRegex(reply.headers["Last-Modified"], r"^\w{3}, \d\d \w{3} \d{4} \d\d:\d\d:\d\d GMT$")
+        form = b"Key=A%2D1&AppVer=1.0.0&OSVer=6.1.7601.2&IEVer=9.11&OEVer=0&OutVer=0"
+        urllib.request.urlopen(f"http://127.0.0.1:{port}/Versions.aspx", form, 20).close()
+        service.send_signal(signal.SIGTERM)
+        self.assertEqual(service.communicate(timeout=20), (b"stopped\n", b""))
+        self.assertEqual(service.returncode, 0)
+        status = self.succeed("status")
+        for text in ["sites: 1\n", "changes since 200001010000", "defaults.bin: version 20261121, ",
+                     "reference.bin: not published", "version reports: 1\n    1 of 1.0.0"]:
+            self.assertIn(text, status)
+
+    def post(self, port, page, **fields):
+        body = urllib.parse.urlencode({"Key": "AB-1", "Category_ID": 2, "Confidence_ID": 3, **fields}, encoding="latin-1")
+        with urllib.request.urlopen(f"http://127.0.0.3:{port}/{page}.aspx", body.encode(), 20) as reply:
+            return reply.read().decode()
+
+    def test_submissions_are_kept_whole_judged_and_published(self):
+        service, port, _ = self.serve("--port", "0")
+        headers = "Subject: tab\there\r\nContent-Type: text/html\r\nX: " + "".join(map(chr, range(256)))
+        body = bytes(range(256)) + b"<a href='HTTP://evil.example/Offer/?a=1&amp;b=2#top'>http://0x7f.1/x</a>\r\n"
+        mail = {"TRN": "EML", "From": "\xe9", "Subject": "tab\there", "Header": headers, "Body64": base64.b64encode(body)}
+        self.assertRegex(self.post(port, "SubmitEmail", **mail), "^01-000001 ")
+        url = {"TRN": "URL", "Visible_URL": "http://bad.example/a?b=1", "Main_URL": "http://bad.example/a"}
+        self.assertRegex(self.post(port, "SubmitURL", **url), "^01-000002 ")
+        # What was answered is on the disk.
+        service.kill()
+        service.wait()
+        shown = subprocess.run([TBSERVICE, "--data", self.data, "submissions", "show", "1-1"], capture_output=True)
+        self.assertEqual(shown.stdout, headers.encode("latin-1") + b"\r\n\r\n" + body)
+        self.assertIn("from: \\xE9\nsubject: tab\\x09here\n", self.succeed("submissions", "show", "--fields", "01-000001"))
+        for line in ["client: AB-1", "category: 2", "confidence: 3", "URL: http://bad.example/a?b=1"]:
+            self.assertIn(line + "\n", self.succeed("submissions", "show", "1-2"))
+        listed = self.succeed("submissions", "list").split("\n")
+        self.assertRegex(listed[0], r"^01-000001\tEMAIL\t1\t1\t\d\d/\d\d/\d{4} \d\d:\d\d:\d\d\ttab\\x09here$")
+        self.assertRegex(listed[1], r"^01-000002\tURL\t1\t1\t[^\t]*\thttp://bad.example/a\?b=1$")
+        service, port, _ = self.serve("--port", "0")
+        self.succeed("submissions", "judge", "1-1", "2", "2", "--publish")
+        self.succeed("submissions", "judge", "01-000002", "4", "0")
+        today = time.strftime("%m/%d/%Y", time.gmtime()).encode()
+        self.assertEqual(self.ask(port, "200001010000")[2:], [
+            b"+\thttp://evil.example/offer/?a=1&b=2\t2\t" + today, b"+\thttp://127.0.0.1/x\t2\t" + today, b""])
+        self.assertEqual(self.post(port, "SubmissionStatus", TRN="UPD", SubIds="01-000001,01-000002"),
+                         "01-000001=2,2\n01-000002=4,0\n")
+        self.post(port, "SubmitEmail", **{**mail, "Body64": base64.b64encode(b"nothing")})
+        self.assertEqual(self.command("submissions", "judge", "1-3", "2", "2", "--publish"),
+                         (1, "", "tbservice: submission 01-000003 has no URL to publish\n"))
+        self.assertIn("\t1\t1\t", self.succeed("submissions", "list").split("\n")[2])
+        self.assertIn("submissions: 3\n", self.succeed("status"))
+
+    def test_writers_at_the_same_time_and_kills_leave_whole_states(self):
+        service, port, _ = self.serve("--port", "0", "--listen", "127.0.0.1")
+        imports = [self.file(f"list{number}", b"".join(b"http://s%d.example/%d\t2\tv\n" % (number, line)
+                                                       for line in range(200))) for number in range(6)]
+        threads = [threading.Thread(target=self.succeed, args=("sites", "import", path)) for path in imports]
+        for thread in threads:
+            thread.start()
+        while any(thread.is_alive() for thread in threads):
+            self.assertEqual((len(self.ask(port, "unknown")) - 3) % 200, 0)
+        self.assertEqual(len(self.ask(port, "unknown")), 2 + 1200 + 1)
+        service.kill()
+        # An import that is killed at some moment has happened or not.
+        large = self.file("large", b"".join(b"http://large.example/%d\t2\tv\n" % line for line in range(30000)))
+        for delay in [0.02, 0.1, 0.2]:
+            victim = subprocess.Popen([TBSERVICE, "--data", self.data, "sites", "import", large], stdout=subprocess.DEVNULL)
+            try:
+                victim.wait(delay)
+            except subprocess.TimeoutExpired:
+                victim.kill()
+                victim.wait()
+            self.assertRegex(self.succeed("status"), r"^sites: (1200|31200)\n")
+        service, port, _ = self.serve("--port", "0", "--listen", "127.0.0.1")
+        self.assertIn(len(self.ask(port, "unknown")) - 3, [1200, 31200])
+
+    def test_broken_input_gets_one_line_and_changes_nothing(self):
+        self.succeed("sites", "import", self.file("good", b"http://a.example\t2\tv\n"))
+        self.succeed("publish", "defaults", self.file("good.xml", b"<D/>"))
+        before = self.succeed("status")
+        good = b"http://b.example\t2\tv\n"
+        cases = [(["sites", "import", self.file("two", good + b"http://a.example\t2\n")], "line 2: 2 fields"),
+                 (["sites", "import", self.file("host", good + b"\nhttp:///x\t2\tv\n")], "line 3: no host"),
+                 (["sites", "import", self.file("text", good + b"http://a.example\ttwo\tv\n")], "line 2: the category"),
+                 (["sites", "import", self.path / "absent"], "File not found"),
+                 (["sites", "remove", "http://b.example"], "not listed"),
+                 (["submissions", "show", "1-1"], "no submission 01-000001"),
+                 (["submissions", "judge", "1", "2", "2"], "no identifier"),
+                 (["publish", "defaults", self.file("broken.xml", b"<D>\n<E></D>")], "XML line 2"),
+                 (["publish", "defaults", self.file("noname.xml", b"<D><TIMERS/></D>")], "no NAME"),
+                 (["publish", "reference", self.path / "good.xml"], "<CATEGORIES>"),
+                 (["serve", "--port", "0", "--listen", "192.0.2.1"], "192.0.2.1")]
+        for words, message in cases:
+            status, output, errors = self.command(*words)
+            self.assertEqual((status, output, errors.count("\n")), (1, "", 1), errors)
+            self.assertIn(message, errors)
+        self.assertEqual(self.succeed("status"), before)
+        self.data = self.path / "nowhere"
+        self.assertEqual(self.command("status")[0], 1)
+        self.assertFalse(self.data.exists())
+
+    def test_wrong_command_lines(self):
+        for words in [[], ["nonsense"], ["sites"], ["sites", "import"], ["sites", "import", "a", "b"], ["status", "x"],
+                      ["serve", "--port", "65536"], ["serve", "--port", ""], ["serve", "--listen"], ["publish", "x", "y"],
+                      ["submissions", "list", "x"], ["submissions", "show"], ["submissions", "judge", "1-1", "2"],
+                      ["submissions", "judge", "1-1", "6", "2"], ["submissions", "judge", "1-1", "2", "3"]]:
+            status, output, errors = self.command(*words)
+            self.assertEqual((status, output), (2, ""), words)
+            self.assertIn("usage: tbservice", errors)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,135 @@
+#include "refdata/WebFiles.h"
+
+#include <gtest/gtest.h>
+
+#include "refdata/DailyFiles.h"
+#include "refdata/RefDataRig.h"
+#include "refdata/ServerLists.h"
+
+namespace tb {
+namespace {
+
+const Text Good = EncryptStringChk("<BEGIN/>");
+
+struct WebFilesRig : RefDataRig {
+    WebFilesRig() {
+        Place(ReferencePath, "old");
+        Program.Settings->WriteXMLString("MAIN", "KEY", "A-1");
+    }
+    bool Fetch() {
+        return WebFiles(Access).GetFileFromWebService(MakeServerElement(1, "S", "t", "", ""), "page", "reference.bin");
+    }
+};
+
+TEST(GetFileFromWebService, FetchesOnlyWhatIsLater) {
+    const Text line = "Last-Modified: Sun, 06 Nov 1994 08:49:37 GMT\r\n";
+    const Text typeMismatch = "0 GetFileFromWebService Error: 13 Type mismatch";
+    const struct {
+        Text Head;
+        std::int64_t FileIsLaterBy;
+        bool Fetches;
+        Lines Log;
+    } cases[] = {
+        {"HTTP/1.1 200 OK\r\n" + line + "Server: x\r\n\r\n", 0, true, {}},
+        {line, 1, false, {}},
+        {line, 2, false, {}},
+        {"last-modified: Sun, 06 Nov 1994 08:49:37 GMT\r\n", 0, false, {"0 Error retrieving file head from page"}},
+        {"", 0, false, {"0 Error retrieving file head from page"}},
+        {"Last-Modified: Sunday, 06-Nov-94 08:49:37 GMT\r\n", 0, false, {typeMismatch}},
+        {"Last-Modified:", 0, false, {typeMismatch}}};
+    for (const auto& [head, laterBy, fetches, log] : cases) {
+        WebFilesRig rig;
+        rig.Web.Heads["reference.bin"] = head;
+        rig.Web.Replies["page"] = Good;
+        rig.System.Files.Dates[ReferencePath].Modified = EarlyDate.PlusSeconds(laterBy);
+        EXPECT_EQ(rig.Fetch(), fetches) << head;
+        EXPECT_EQ(rig.System.Files.Contents, (World{{ReferencePath, fetches ? Good : "old"}})) << head;
+        EXPECT_EQ(rig.Log.Take(), log) << head;
+        EXPECT_EQ(rig.Asked(), fetches ? (Lines{"HEAD reference.bin", "POST page"}) : Lines{"HEAD reference.bin"});
+        EXPECT_EQ(rig.Web.Requests.back().Key, "A-1");
+        EXPECT_EQ(rig.Web.Requests.back().Body, "");
+    }
+}
+
+TEST(GetFileFromWebService, TakesAMissingFileForTheOldestAndItsOwnCopyForCurrent) {
+    WebFilesRig rig;
+    rig.System.Files.Contents.clear();
+    rig.System.Files.Present = rig.System.Clock.Present;
+    rig.Web.Heads["reference.bin"] = "Last-Modified: Mon, 01 Jan 0100 00:00:00 GMT";
+    rig.Web.Replies["page"] = Good;
+    EXPECT_TRUE(rig.Fetch());
+    rig.Web.Heads["reference.bin"] = LaterHead;
+    EXPECT_FALSE(rig.Fetch());
+    EXPECT_FALSE(WebFiles(rig.Access).GetFileFromWebService(nullptr, "page", "reference.bin"));
+    EXPECT_EQ(rig.Web.Requests.size(), 3U);
+    EXPECT_EQ(rig.Log.Take(), Lines());
+}
+
+// A reply that is not the whole frame never touches the good file.
+TEST(GetFileFromWebService, KeepsTheOldFileFromABadReply) {
+    WebFilesRig rig;
+    rig.Web.Heads["reference.bin"] = LaterHead;
+    std::vector<Text> replies;
+    for (size_t length = 0; length < Good.size(); ++length) replies.push_back(Good.substr(0, length));
+    for (size_t bit = 0; bit < Good.size() * 8; ++bit) {
+        replies.push_back(Good);
+        replies.back()[bit / 8] ^= static_cast<char>(1 << bit % 8);
+    }
+    replies.push_back(Good + "\r\n");
+    replies.push_back(LowerCase(Good));
+    for (const Text& reply : replies) {
+        rig.Web.Replies["page"] = reply;
+        EXPECT_FALSE(rig.Fetch()) << Quoted(reply);
+        EXPECT_EQ(rig.System.Files.Contents, (World{{ReferencePath, "old"}})) << Quoted(reply);
+        const Lines log = rig.Log.Take();
+        ASSERT_FALSE(log.empty()) << Quoted(reply);
+        EXPECT_EQ(log.back(), "0 Error with ChkEncryptString, decrypt: " + std::to_string(reply.size()));
+    }
+    rig.Web.Errors["page"] = "no answer";
+    EXPECT_FALSE(rig.Fetch());
+    EXPECT_EQ(rig.Log.Take(), (Lines{"0 Error retreiving file from page no answer"}));
+    EXPECT_EQ(rig.System.Files.Contents, (World{{ReferencePath, "old"}}));
+}
+
+TEST(GetFileFromWebService, LeavesTheOldOrTheNewFileWhateverStepFails) {
+    // Opening, writing, flushing and replacing can fail.
+    for (int step = 1; step <= 5; ++step) {
+        WebFilesRig rig;
+        rig.Web.Heads["reference.bin"] = LaterHead;
+        rig.Web.Replies["page"] = Good;
+        rig.System.Files.FailAt(step);
+        EXPECT_EQ(rig.Fetch(), step == 5) << step;
+        EXPECT_EQ(rig.System.Files.Contents, (World{{ReferencePath, step == 5 ? Good : "old"}})) << step;
+        EXPECT_EQ(rig.Log.Take(), step == 5 ? Lines() : Lines{"0 GetFileFromWebService Error: 61 Disk full"}) << step;
+    }
+}
+
+TEST(GetDailyFiles, FetchesWhatTheServersHaveLater) {
+    WebFilesRig rig;
+    DailyFiles daily(rig.Access);
+    const auto look = [&](const Text& file) {
+        rig.Web.Requests.clear();
+        daily.GetDailyFiles("referencesvr", file, file);
+        return rig.Asked();
+    };
+    EXPECT_EQ(look("reference.bin"), Lines());
+    EXPECT_EQ(rig.Log.Take(), (Lines{"0 Error GetDailyFiles: 5 Invalid procedure call or argument"}));
+    rig.AddService("OtherSVR");
+    EXPECT_EQ(look("reference.bin"), Lines());
+    rig.AddService("ReferenceSVR");
+    EXPECT_EQ(look("reference.bin"), Lines{"HEAD reference.bin"});
+    EXPECT_EQ(rig.Log.Take(), Lines());
+    rig.Offer("reference.bin", Good);
+    EXPECT_EQ(look("reference.bin"), (Lines{"HEAD reference.bin", "HEAD reference.bin", "POST reference.bin"}));
+    EXPECT_EQ(rig.Log.Take(), (Lines{"1 Check for updates, retrieve new reference.bin, date11/06/1994"}));
+    EXPECT_EQ(rig.System.Files.Contents[ReferencePath], Good);
+    rig.System.Files.Dates[ReferencePath].Modified = EarlyDate.PlusSeconds(1);
+    EXPECT_EQ(look("reference.bin"), Lines{"HEAD reference.bin"});
+    EXPECT_EQ(rig.Log.Take(), (Lines{"1 Check for updates, current version reference.bin"}));
+    rig.Offer("defaults.bin", Good);
+    EXPECT_EQ(look("defaults.bin").size(), 3U);
+    EXPECT_EQ(rig.Web.Requests[0].Service, "DefaultsSVR") << "whatever service is named";
+}
+
+}  // namespace
+}  // namespace tb

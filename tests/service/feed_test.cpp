@@ -1,0 +1,167 @@
+#include <chrono>
+#include <random>
+#include <thread>
+
+#include "fakes/TestFolder.h"
+#include "operator/SiteList.h"
+#include "service/ReplayingClient.h"
+#include "service/web/FrameBuilder.h"
+#include "service/web/SiteFeed.h"
+#include "sitedb/ListOfSites.h"
+
+namespace tb {
+namespace {
+
+class SiteFeedTest : public testing::Test {
+protected:
+    // Asks until there is nothing new; in between others may change the list.
+    void BringUpToDate(ReplayingClient& client) {
+        for (int exchange = 0; client.Apply(*Feed().ReplySince(client.Stamp)); ++exchange) ASSERT_LT(exchange, 10);
+    }
+    std::vector<Text> Listed() {
+        std::vector<Text> sites;
+        History.ForEachSite([&](const Site& site) {
+            sites.push_back(site.Url + "\t" + site.Category + "\t" + site.Validated);
+            return true;
+        });
+        return sites;
+    }
+    void Import(int first, int last, const Text& category) {
+        std::vector<Site> sites;
+        for (int number = first; number <= last; ++number) {
+            sites.push_back({"http://s" + std::to_string(number) + ".example", category, "v"});
+        }
+        History.Import(sites);
+    }
+    // Made when it is first asked for.
+    SiteFeed& Feed() {
+        if (!m_Feed) m_Feed = std::make_unique<SiteFeed>(Folder.Path(), Log);
+        return *m_Feed;
+    }
+
+    TestFolder Folder;
+    RecordedLog Log;
+    Date Now = Date(CivilDate{2026, 11, 21, 9, 0, 0});
+    ServiceStore Store{Folder.Path(), Database::Opening::OrNew};
+    SiteHistory History{Store, [this] { return Now; }};
+
+private:
+    std::unique_ptr<SiteFeed> m_Feed;
+};
+
+// Clients that ask now and then, under a clock that also stands still or goes back, come to the same list in the same
+// order, whatever they missed.
+TEST_F(SiteFeedTest, AllClientsAgreeInTheEnd) {
+    for (unsigned seed = 1; seed <= 4; ++seed) {
+        std::mt19937 random(seed);
+        const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+        std::vector<ReplayingClient> clients(5);
+        for (int step = 0; step < 150; ++step) {
+            Now = Now.PlusSeconds(below(180) - 60);
+            const int first = below(40);
+            switch (below(12)) {
+            case 0: History.Remove({"http://s" + std::to_string(first) + ".example"}); break;
+            // Enough to cut the record.
+            case 1: Import(0, 600 + first, std::to_string(below(3))); break;
+            case 2: clients[static_cast<size_t>(below(5))] = {}; break;
+            default: Import(first, first + below(5), std::to_string(below(3)));
+            }
+            BringUpToDate(clients[static_cast<size_t>(below(4))]);
+        }
+        for (const Text& stamp :
+             {Text("209901010000"), Text("202611210001"), Text(""), Text("no stamp"), Text(5000, '9')}) {
+            ReplayingClient& stranger = clients.emplace_back();
+            stranger.Stamp = stamp;
+            stranger.Add("http://of.another.service\t2\tv");
+        }
+        for (ReplayingClient& client : clients) {
+            BringUpToDate(client);
+            EXPECT_EQ(client.Sites(), Listed());
+            EXPECT_EQ(client.Stamp, History.Latest().Stamp);
+        }
+        EXPECT_TRUE(Log.Lines.empty());
+    }
+}
+
+TEST_F(SiteFeedTest, TellsOnlyWhatChanged) {
+    ReplayingClient client;
+    EXPECT_FALSE(client.Apply(*Feed().ReplySince(client.Stamp))) << "an empty list is what it has";
+    Import(1, 3, "2");
+    BringUpToDate(client);
+    Import(2, 2, "9");
+    BringUpToDate(client);
+    EXPECT_EQ(client.Restarts, 1);
+    EXPECT_EQ(Feed().ReplySince(client.Stamp), Feed().ReplySince(client.Stamp)) << "made once";
+    // One without a stamp may hold remains, so it starts anew although the record reaches back to the beginning.
+    ReplayingClient other;
+    other.Add("http://s1.example\t2\tremains");
+    BringUpToDate(other);
+    EXPECT_EQ(other.Sites(), client.Sites());
+}
+
+TEST_F(SiteFeedTest, MakesALongListOnceAndGoesOnAnsweringMeanwhile) {
+    Import(1, 10'001, "2");
+    const auto whole = Feed().ReplySince(NoSitesStamp);
+    for (int number = 0; number < 100; ++number) EXPECT_EQ(Feed().ReplySince("unknown"), whole);
+    EXPECT_EQ(Feed().WholeListsMade(), 1);
+    ReplayingClient client;
+    BringUpToDate(client);
+    // Cuts the record, so that all clients must start anew, once the keeper is done.
+    Import(1, 10'001, "9");
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (client.Stamp != History.Latest().Stamp && std::chrono::steady_clock::now() < deadline) {
+        client.Apply(*Feed().ReplySince(client.Stamp));
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    EXPECT_EQ(client.Sites(), Listed());
+    EXPECT_EQ(client.Restarts, 2);
+    EXPECT_EQ(Feed().WholeListsMade(), 2);
+    // While the next one is made, the last one and what came behind it are the same list.
+    Import(20'000, 20'000, "2");
+    ReplayingClient late;
+    BringUpToDate(late);
+    BringUpToDate(client);
+    EXPECT_EQ(late.Sites(), Listed());
+    EXPECT_EQ(client.Sites(), Listed());
+}
+
+// What a client stores is what the operator's tool makes of the same lines, byte for byte.
+TEST_F(SiteFeedTest, GivesEntriesAsTheListsOfToolsHoldThem) {
+    const Text lines =
+        "HTTP://Evil.Example/A//\t2\tdate\nhttp://b.example/%41%09+x y\t1\t\r\n"
+        "http://\xC9t\xE9.example/\xFF\x01\t2\t\x80\xE9\nhttp://evil.example/a\t9\trefused\n"
+        "https://b.example:80/?q=%2b&r=<>\t2.0\tv\n";
+    Folder.Write("list", lines);
+    PosixFiles files;
+    ListOfSites tool;
+    AddSiteList(tool.DB, files, (Folder.Path() / "list").string());
+    std::vector<Site> sites;
+    ForEachSiteLine(files, (Folder.Path() / "list").string(), [&](size_t, const std::vector<Text>& fields) {
+        for (Site& site : SitesOf(fields[0], fields[1], fields[2])) sites.push_back(std::move(site));
+    });
+    History.Import(sites);
+    ReplayingClient client;
+    BringUpToDate(client);
+    ListOfSites program;
+    for (const Text& site : client.Sites()) {
+        const std::vector<Text> fields = Split(site, '\t');
+        program.Add(fields[0], fields[1], fields[2]);
+    }
+    EXPECT_TRUE(program.Log.Lines.empty()) << "a line was refused";
+    EXPECT_EQ(program.DB.LiveCount(), 4);
+    EXPECT_EQ(program.DB.Fingerprint(), tool.DB.Fingerprint());
+}
+
+TEST(FrameBuilder, MakesTheSameFrameFromPieces) {
+    Text plain;
+    FrameBuilder frame;
+    for (int piece = 0; piece < 3000; ++piece) {
+        const Text text = Text(static_cast<size_t>(piece % 97), 'x') + std::to_string(piece);
+        plain += text;
+        frame.Append(text);
+    }
+    EXPECT_EQ(frame.Finish(), EncryptStringChk(plain));
+}
+
+}  // namespace
+}  // namespace tb

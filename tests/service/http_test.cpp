@@ -1,0 +1,268 @@
+#include <arpa/inet.h>
+#include <gmock/gmock.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+
+#include "fakes/RecordedLog.h"
+#include "fakes/TestFolder.h"
+#include "service/web/ClientPages.h"
+#include "service/web/HttpServer.h"
+#include "service/web/ShowPages.h"
+#include "sitedb/codec/Encryption.h"
+
+namespace tb {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+// Bytes to and from a server on loopback.
+class Wire {
+public:
+    Wire(int port, const char* address) : m_Socket(::socket(AF_INET, SOCK_STREAM, 0)) {
+        sockaddr_in to{};
+        to.sin_family = AF_INET;
+        to.sin_port = htons(static_cast<std::uint16_t>(port));
+        ::inet_pton(AF_INET, address, &to.sin_addr);
+        EXPECT_EQ(::connect(m_Socket, reinterpret_cast<const sockaddr*>(&to), sizeof to), 0);
+    }
+    Wire(Wire&& other) noexcept : m_Socket(std::exchange(other.m_Socket, -1)) {}
+    Wire& operator=(Wire&&) = delete;
+    ~Wire() {
+        if (m_Socket >= 0) ::close(m_Socket);
+    }
+
+    void Send(const Text& bytes) { ::send(m_Socket, bytes.data(), bytes.size(), MSG_NOSIGNAL); }
+    // Until the text has come, the server has closed, or the time is over.
+    Text ReceiveUntil(const Text& end, milliseconds limit = milliseconds(20'000)) {
+        Text received;
+        const auto deadline = std::chrono::steady_clock::now() + limit;
+        while (end.empty() || received.find(end) == Text::npos) {
+            const auto left = std::chrono::duration_cast<milliseconds>(deadline - std::chrono::steady_clock::now());
+            pollfd wait{m_Socket, POLLIN, 0};
+            if (left.count() <= 0 || ::poll(&wait, 1, static_cast<int>(left.count())) <= 0)
+                return received + "(TIMEOUT)";
+            char buffer[65536];
+            const ssize_t count = ::recv(m_Socket, buffer, sizeof buffer, 0);
+            if (count <= 0) return received;
+            received.append(buffer, static_cast<size_t>(count));
+        }
+        return received;
+    }
+    Text ReceiveAll() { return ReceiveUntil(""); }
+    void EndSending() { ::shutdown(m_Socket, SHUT_WR); }
+
+private:
+    int m_Socket;
+};
+
+class HttpServerTest : public testing::Test {
+protected:
+    HttpServerTest() {
+        Pages pages;
+        AddSitePages(pages, Feed);
+        AddDocumentPages(pages, Shelf);
+        AddReportPages(pages, Box);
+        AddShowPages(pages, Feed, Shelf);
+        pages.push_back(
+            {"/broken", true, false, 0, [](const Question&) -> Reply { throw StoreError("disk is full"); }});
+        const auto body = std::make_shared<const Text>(LongSize, 'x');
+        pages.push_back({"/long", true, false, 0, [body](const Question&) { return FramedReply(body); }});
+        Server = std::make_unique<HttpServer>(std::move(pages), Log);
+        Port = Server->Start({"127.0.0.1", "127.0.0.2"}, 0);
+    }
+
+    Wire Open(const char* address = "127.0.0.1") { return Wire(Port, address); }
+    Text Exchange(const Text& request, const char* address = "127.0.0.1") {
+        Wire wire = Open(address);
+        wire.Send(request);
+        return wire.ReceiveAll();
+    }
+    static Text Get(const Text& path, const Text& method = "GET") {
+        return method + " " + path + " HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n";
+    }
+    static Text Post(const Text& path, const Text& body, const Text& headers = "Connection: close\r\n") {
+        return "POST " + path + " HTTP/1.1\r\nHost: x\r\n" + headers +
+               "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+    }
+    static Text Opened(const Text& response) {
+        RecordedLog log;
+        Text plain;
+        const size_t body = response.find("\r\n\r\n");
+        return body != Text::npos && ChkEncryptString(response.substr(body + 4), plain, log) ? plain : "no frame";
+    }
+
+    static constexpr size_t LongSize = 50'000'000;
+    TestFolder Folder;
+    RecordedLog Log;
+    ServiceStore Store{Folder.Path(), Database::Opening::OrNew};
+    SiteFeed Feed{Folder.Path(), Log};
+    DocumentShelf Shelf{Folder.Path()};
+    ReportBox Box{Folder.Path(), Log};
+    std::unique_ptr<HttpServer> Server;
+    int Port = 0;
+};
+
+TEST_F(HttpServerTest, ServesTheList) {
+    const Date now(CivilDate{2026, 11, 21, 9, 0, 0});
+    SiteHistory history(Store, [&] { return now; });
+    history.Import({{"http://evil.example", "2", "v"}});
+    const Text first = Exchange(Post("/MalDB.aspx", "Key=a%2Db&TS=200001010000"), "127.0.0.2");
+    EXPECT_THAT(first, StartsWith("HTTP/1.1 200 OK\r\n"));
+    EXPECT_EQ(Opened(first), "202611210900\n1\n+\thttp://evil.example\t2\tv\n");
+    history.Remove({"http://evil.example"});
+    EXPECT_EQ(Opened(Exchange(Post("/MalDB.aspx", "Key=a&TS=202611210900"))),
+              "202611210901\n0\n-\thttp://evil.example\t2\tv\n");
+    EXPECT_EQ(Opened(Exchange(Post("/MalDB.aspx", "TS=202611210901"))), "202611210901\n");
+    EXPECT_THAT(Exchange(Post("/MalDB.aspx", "Key=a")), AllOf(StartsWith("HTTP/1.1 400 "), HasSubstr("TS is missing")));
+}
+
+TEST_F(HttpServerTest, ServesDocumentsByEveryMethod) {
+    EXPECT_THAT(Exchange(Get("/Reference/defaults.bin", "HEAD")),
+                AllOf(StartsWith("HTTP/1.1 404 "), Not(HasSubstr("Last-Modified"))));
+    const Text xml = "<D Version='1'/>";
+    Documents(Store, [] { return Date(CivilDate{1994, 11, 6, 8, 49, 37}); }).PublishDefaults(xml);
+    for (const Text& request : {Get("/Reference/defaults.bin"), Post("/Reference/defaults.bin", "")}) {
+        const Text response = Exchange(request);
+        EXPECT_THAT(response, HasSubstr("\r\nLast-Modified: Sun, 06 Nov 1994 08:49:37 GMT\r\n"));
+        EXPECT_EQ(Opened(response), xml);
+    }
+    EXPECT_THAT(Exchange(Get("/Reference/defaults.bin", "HEAD")),
+                AllOf(HasSubstr("Last-Modified: Sun, 06"), HasSubstr("Content-Length: "), EndsWith("\r\n\r\n")));
+    EXPECT_EQ(HttpDate(Date(CivilDate{2024, 2, 29, 0, 0, 0})), "Thu, 29 Feb 2024 00:00:00 GMT");
+    EXPECT_EQ(HttpDate(Date(CivilDate{1969, 12, 31, 23, 59, 59})), "Wed, 31 Dec 1969 23:59:59 GMT");
+}
+
+TEST_F(HttpServerTest, ServesReportsAndPagesForPeople) {
+    EXPECT_THAT(Exchange(Post("/Versions.aspx", "Key=A%2D1&AppVer=1.0.0&OSVer=6.1.7601.2&IEVer=9.11&OEVer=0&OutVer=0")),
+                StartsWith("HTTP/1.1 200 "));
+    EXPECT_THAT(Exchange(Post("/Versions.aspx", "AppVer=1")), StartsWith("HTTP/1.1 400 "));
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (Reports(Store).Count() == 0 && std::chrono::steady_clock::now() < deadline) ::usleep(1000);
+    EXPECT_EQ(Reports(Store).ByProgram(), (std::vector<std::pair<Text, std::int64_t>>{{"1.0.0", 1}}));
+    SiteHistory(Store).Import({{"http://evil.example", "2", "v"}});
+    Documents(Store).PublishDefaults("<D Version='&lt;1&gt;'/>");
+    EXPECT_THAT(Exchange(Get("/show1.aspx")), HasSubstr("<p>1 malicious sites are listed.</p>"));
+    EXPECT_THAT(Exchange(Get("/show2.aspx")), AllOf(HasSubstr("&lt;1&gt;"), Not(HasSubstr("evil"))));
+    EXPECT_THAT(Exchange(Get("/show3.aspx")), HasSubstr("<tr><td>Sites that came</td><td>1</td></tr>"));
+}
+
+TEST_F(HttpServerTest, TurnsDownWhatItCannotAnswer) {
+    const Text post = "POST /MalDB.aspx HTTP/1.1\r\n";
+    Text manyHeaders = "GET /show1.aspx HTTP/1.1\r\n";
+    while (manyHeaders.size() < 100'000) manyHeaders += "X-Header: " + Text(80, 'x') + "\r\n";
+    const struct {
+        Text Request;
+        const char* Status;
+        const char* Content;
+    } cases[] = {
+        {Get("/"), "404", "no such page"},
+        {Get("/show1.aspx/.."), "404", ""},
+        {Post("/nothing", Text(100'000, 'x')), "404", "no such page"},
+        {Get("/MalDB.aspx"), "405", "\r\nAllow: POST\r\n"},
+        {Get("/show1.aspx", "DELETE"), "405", "\r\nAllow: GET, HEAD\r\n"},
+        {Get("/show1.aspx", "BREW"), "400", "cannot be read"},
+        {Post("/show1.aspx", ""), "405", ""},
+        {Post("/MalDB.aspx", "TS=" + Text(4094, '1')), "413", "4096 bytes"},
+        {post + "Content-Length: 99999999999999999999\r\n\r\n", "413", ""},
+        {post + "Content-Length: 5\r\nContent-Length: 6\r\n\r\nTS=12", "400", "no number"},
+        {post + "Content-Length: -1\r\n\r\n", "400", "no number"},
+        {post + "Transfer-Encoding: chunked\r\n\r\n0\r\n\r\n", "411", "Content-Length"},
+        {post + "Content-Encoding: gzip\r\nContent-Length: 4\r\n\r\n\x1f\x8b\x08\x01", "415", ""},
+        {post + "Content-Type: multipart/form-data; boundary=x\r\nContent-Length: 2\r\n\r\nTS", "415", ""},
+        {post + "Connection: close\r\n\r\n", "400", "TS is missing"},
+        {Post("/MalDB.aspx", "%&=&&%ZZ=%&T%53%"), "400", "\r\n\r\n"},
+        {Get("/" + Text(9000, 'x')), "414", ""},
+        {manyHeaders + "\r\n", "400", "cannot be read"},
+        {"\x16\x03\x01\x02\r\n\r\n", "400", "cannot be read"},
+        {"GET /broken HTTP/1.0\r\n\r\n", "500", "has a problem"},
+        {"GET /show1.aspx HTTP/1.1\r\nRange: bytes=0-3\r\nConnection: close\r\n\r\n", "200", "</html>"},
+    };
+    for (const auto& entry : cases) {
+        EXPECT_THAT(Exchange(entry.Request),
+                    AllOf(StartsWith(Text("HTTP/1.1 ") + entry.Status), HasSubstr(entry.Content)))
+            << Quoted(entry.Request);
+    }
+    EXPECT_EQ(Log.Lines, std::vector<Text>{"0 GET /broken: disk is full"});
+}
+
+TEST_F(HttpServerTest, KeepsConnectionsUntilABodyIsLeftUnread) {
+    Wire wire = Open();
+    // Two requests in one piece, then one in many.
+    wire.Send(Post("/MalDB.aspx", "TS=1", "") + Post("/MalDB.aspx", "Key=a", ""));
+    EXPECT_THAT(wire.ReceiveUntil("TS is missing.\n"), HasSubstr("HTTP/1.1 200 OK"));
+    for (const char byte : Text("POST /Versions.aspx HTTP/1.1\r\nExpect: 100-continue\r\nContent-Length: 8\r\n\r\n")) {
+        wire.Send({byte});
+    }
+    EXPECT_THAT(wire.ReceiveUntil("\r\n\r\n"), HasSubstr("100 Continue"));
+    wire.Send("AppVer=1");
+    EXPECT_THAT(wire.ReceiveUntil("Key is missing.\n"), StartsWith("HTTP/1.1 400"));
+    // What follows a refused body could be anything.
+    wire.Send(Post("/nothing", Get("/show1.aspx"), ""));
+    const Text rest = wire.ReceiveAll();
+    EXPECT_THAT(rest, AllOf(StartsWith("HTTP/1.1 404 "), HasSubstr("Connection: close"), Not(HasSubstr("200 OK"))));
+    Wire cut = Open();
+    cut.Send("POST /MalDB.aspx HTTP/1.1\r\nContent-Length: 100\r\n\r\nTS=");
+    cut.EndSending();
+    EXPECT_THAT(cut.ReceiveAll(), StartsWith("HTTP/1.1 400 "));
+}
+
+// More than there are places: of clients that send nothing, a byte now and then, or take nothing of a long reply.
+TEST_F(HttpServerTest, AnswersOthersWhileManyAreSlow) {
+    const struct {
+        Text Begin;
+        bool Drips;
+    } kinds[] = {{"", false}, {"POST /MalDB.aspx HTTP/1.1\r\nX: ", true}, {Get("/long"), false}};
+    for (const auto& kind : kinds) {
+        std::vector<Wire> slow;
+        for (int number = 0; number < 270; ++number) {
+            slow.push_back(Open());
+            slow.back().Send(kind.Begin);
+        }
+        std::atomic<bool> isDone = false;
+        std::thread dripping([&] {
+            while (kind.Drips && !isDone) {
+                for (Wire& wire : slow) wire.Send("x");
+                ::usleep(50'000);
+            }
+        });
+        Wire wire = Open();
+        wire.Send(Get("/show1.aspx"));
+        EXPECT_THAT(wire.ReceiveUntil("</html>", milliseconds(4'500)), StartsWith("HTTP/1.1 200 OK")) << kind.Begin;
+        isDone = true;
+        dripping.join();
+    }
+}
+
+TEST_F(HttpServerTest, StopsWithConnectionsOpen) {
+    Wire idle = Open();
+    Wire kept = Open();
+    kept.Send("GET /show1.aspx HTTP/1.1\r\n\r\n");
+    kept.ReceiveUntil("</html>");
+    // A reply under way is finished.
+    Wire reading = Open("127.0.0.2");
+    reading.Send(Get("/long"));
+    Text received = reading.ReceiveUntil("xxx");
+    const auto begin = std::chrono::steady_clock::now();
+    std::thread stopping([&] { Server->Stop(); });
+    received += reading.ReceiveAll();
+    stopping.join();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4));
+    EXPECT_THAT(received.size(), testing::Gt(LongSize));
+    EXPECT_EQ(idle.ReceiveAll(), "");
+    // The port is free again, and one service alone may have it.
+    HttpServer next({}, Log);
+    EXPECT_EQ(next.Start({"127.0.0.1"}, Port), Port);
+    HttpServer another({}, Log);
+    EXPECT_THROW(another.Start({"127.0.0.2", "127.0.0.1"}, Port), ListenError);
+}
+
+}  // namespace
+}  // namespace tb

@@ -1,0 +1,178 @@
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <thread>
+
+#include "base/errors.h"
+#include "fakes/TestFolder.h"
+#include "service/store/Documents.h"
+#include "service/store/Reports.h"
+#include "service/store/ServiceStore.h"
+#include "service/store/SiteHistory.h"
+#include "sitedb/codec/Encryption.h"
+
+namespace tb {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+Date At(int day, int hour, int minute, int second = 0) { return Date(CivilDate{2026, 11, day, hour, minute, second}); }
+
+std::vector<Site> Sites(int first, int last, const Text& category = "2") {
+    std::vector<Site> sites;
+    for (int number = first; number <= last; ++number) {
+        sites.push_back({"http://s" + std::to_string(number) + ".example", category, "v"});
+    }
+    return sites;
+}
+
+TEST(SiteEntry, IsWhatClientsHold) {
+    const struct {
+        Text Given;
+        std::vector<Text> Urls;
+    } cases[] = {
+        {"HTTP://Evil.Example/A//", {"http://evil.example/a"}},
+        {"evil.example/x", {"http://evil.example/x", "https://evil.example/x"}},
+        {"evil.example/?u=http://x", {"http://evil.example/?u=http://x", "https://evil.example/?u=http://x"}},
+        {"ftp://evil.example", {"ftp://evil.example"}},
+        {"http://\xC9vil.example/%41+%09", {"http://\xE9vil.example/%41+%09"}},
+        {"http:%2f%2fevil.example", {"http://http:%2f%2fevil.example", "https://http:%2f%2fevil.example"}},
+    };
+    for (const auto& entry : cases) EXPECT_EQ(SiteUrlsOf(entry.Given), entry.Urls) << entry.Given;
+    EXPECT_EQ(SitesOf("a.example", " 9 ", "").size(), 2U);
+}
+
+TEST(SiteEntry, RefusesWhatClientsWould) {
+    const Text longest(32767 - Text("http://a.example/\t2\t").size(), 'x');
+    EXPECT_EQ(SitesOf("http://a.example/" + longest, "2", "").size(), 1U);
+    const struct {
+        Text Url, Category, Validated, Message;
+    } cases[] = {
+        {"http:///x", "2", "", "no host"},
+        {"", "2", "", "no host"},
+        {"http://a.example", "", "", "no number"},
+        {"http://a.example", "none", "", "no number"},
+        {"http://a\tb/", "2", "", "tab or line feed"},
+        {"http://a.example", "2", "a\nb", "tab or line feed"},
+        {"http://a.example/" + longest, "2", "1", "longer than"},
+    };
+    for (const auto& entry : cases) {
+        try {
+            SitesOf(entry.Url, entry.Category, entry.Validated);
+            ADD_FAILURE() << Quoted(entry.Url) << " was taken";
+        } catch (const EntryError& error) {
+            EXPECT_THAT(error.what(), HasSubstr(entry.Message));
+        }
+    }
+}
+
+TEST(Stamps, RiseWhateverTheClockSays) {
+    EXPECT_EQ(NextStamp(NoSitesStamp, At(21, 9, 31, 59)), "202611210931");
+    EXPECT_EQ(NextStamp("202611210931", At(21, 9, 31)), "202611210932");
+    EXPECT_EQ(NextStamp("202612312359", At(21, 9, 31)), "202701010000");
+}
+
+class SiteHistoryTest : public testing::Test {
+protected:
+    std::vector<Text> Changes() {
+        std::vector<Text> lines;
+        History.ForEachChange([&](const Change& change) {
+            lines.push_back(std::to_string(change.Number) + (change.IsAdded ? "+" : "-") + change.Entry.Url + "," +
+                            change.Entry.Category);
+        });
+        return lines;
+    }
+
+    TestFolder Folder;
+    Date Now = At(21, 9, 0);
+    ServiceStore Store{Folder.Path() / "new", Database::Opening::OrNew};
+    SiteHistory History{Store, [this] { return Now; }};
+};
+
+TEST_F(SiteHistoryTest, RecordsWhatDiffers) {
+    EXPECT_EQ(History.Latest().Stamp, NoSitesStamp);
+    std::vector<Site> sites = Sites(1, 2);
+    sites.push_back({sites[0].Url, "9", "refused, as it comes second"});
+    ImportResult result = History.Import(sites);
+    EXPECT_THAT((std::vector{result.Added, result.Changed, result.Unchanged, result.Repeated}),
+                ElementsAre(2, 0, 0, 1));
+    EXPECT_EQ(History.Import(Sites(1, 2)).Unchanged, 2);
+    EXPECT_EQ(History.Latest().Stamp, "202611210900");
+    result = History.Import({{"http://s1.example", "9", "v"}, {"http://s3.example", "2", "v"}});
+    EXPECT_THAT((std::vector{result.Added, result.Changed, result.Unchanged, result.Repeated}),
+                ElementsAre(1, 1, 0, 0));
+    EXPECT_THAT(History.Remove({"http://s2.example", "http://s2.example", "http://none.example"}),
+                ElementsAre("http://s2.example"));
+    EXPECT_TRUE(History.Remove({"http://s2.example"}).empty());
+    EXPECT_THAT(Changes(), ElementsAre("1+http://s1.example,2", "2+http://s2.example,2", "3-http://s1.example,2",
+                                       "4+http://s1.example,9", "5+http://s3.example,2", "6-http://s2.example,2"));
+    EXPECT_EQ(History.Latest().Stamp, "202611210902");
+    EXPECT_EQ(History.Latest().Sites, 2);
+}
+
+TEST_F(SiteHistoryTest, ForgetsWholePublicationsBeyondItsLimit) {
+    History.Import(Sites(1, 500));
+    History.Import(Sites(501, 700));
+    EXPECT_EQ(History.Recorded().size(), 3U);
+    // 1,100 changes, of which 1,000 may stay: the first publication goes, its stamp stays.
+    History.Import(Sites(1, 200, "9"));
+    EXPECT_EQ(History.Recorded().front().Stamp, "202611210900");
+    EXPECT_EQ(Changes().size(), 600U);
+    // More than the limit at once.
+    History.Import(Sites(1, 700, "8"));
+    EXPECT_EQ(History.Recorded().size(), 1U);
+    EXPECT_TRUE(Changes().empty());
+    EXPECT_EQ(History.Latest().Sites, 700);
+}
+
+TEST_F(SiteHistoryTest, IsSharedByConnections) {
+    std::vector<std::thread> writers;
+    for (int writer = 0; writer < 4; ++writer) {
+        writers.emplace_back([&, writer] {
+            ServiceStore store(Folder.Path() / "new", Database::Opening::Existing);
+            SiteHistory history(store);
+            for (int round = 0; round < 5; ++round) {
+                const int number = writer * 5 + round;
+                history.Import(Sites(number, number));
+                Reports(store).Add({{"key", "1.0." + std::to_string(writer), "6.1", "9", Now}});
+            }
+        });
+    }
+    for (std::thread& writer : writers) writer.join();
+    EXPECT_EQ(History.Latest().Sites, 20);
+    EXPECT_EQ(History.Recorded().size(), 21U);
+    EXPECT_EQ(Changes().size(), 20U);
+    EXPECT_EQ(Reports(Store).Count(), 20);
+    EXPECT_EQ(Reports(Store).ByProgram().front(), (std::pair<Text, std::int64_t>("1.0.0", 5)));
+}
+
+TEST_F(SiteHistoryTest, RefusesFilesThatAreNotItsOwn) {
+    EXPECT_THROW(ServiceStore(Folder.Path() / "absent", Database::Opening::Existing), StoreError);
+    Folder.Write("service.db", "this is no database, however long it may be, and it stays what it is");
+    EXPECT_THROW(ServiceStore(Folder.Path(), Database::Opening::OrNew), StoreError);
+    Store.Run("PRAGMA user_version = 99");
+    EXPECT_THROW(ServiceStore(Folder.Path() / "new", Database::Opening::Existing), StoreError);
+}
+
+TEST_F(SiteHistoryTest, KeepsDocumentsThatClientsCanUse) {
+    Documents documents(Store, [this] { return Now; });
+    EXPECT_FALSE(documents.Find(DefaultsFile));
+    const Text xml = "<DEFAULTS Version='20261121'><X NAME='TIMERS'/></DEFAULTS>";
+    documents.PublishDefaults(xml);
+    // Again in the same second: clients fetch only what is later.
+    documents.PublishDefaults(xml);
+    const Text reference = "<R><CATEGORIES/><SUBMISSIONS/><DISPOSITIONS/><COUNTRIES/></R>";
+    documents.PublishReference(reference);
+    for (const char* broken : {"", "<A>", "<A><B/></A>"}) EXPECT_ANY_THROW(documents.PublishDefaults(broken)) << broken;
+    EXPECT_THROW(documents.PublishReference("<R><CATEGORIES/><SUBMISSIONS/><DISPOSITIONS/></R>"), DocumentError);
+    const auto held = documents.Find(DefaultsFile);
+    ASSERT_TRUE(held);
+    EXPECT_EQ(held->Framed, EncryptStringChk(xml));
+    EXPECT_EQ(held->Version, "20261121");
+    EXPECT_EQ(held->Modified, Now.PlusSeconds(1));
+    EXPECT_EQ(documents.Find(ReferenceFile)->Framed, EncryptStringChk(reference));
+}
+
+}  // namespace
+}  // namespace tb

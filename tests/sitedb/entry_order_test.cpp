@@ -1,0 +1,96 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "base/numbers.h"
+#include "sitedb/HashTable.h"
+#include "sitedb/SnapshotFile.h"
+#include "sitedb/UpdateRig.h"
+
+namespace tb {
+namespace {
+
+// The list as it was designed: a hash table from scrambled domains, case ignored, to lists of records.
+class PlainModel {
+public:
+    PlainModel() { m_Domains.IgnoreCase(true); }
+
+    void Add(const Text& url, const Text& domain, const Text& rest) {
+        List list = m_Domains.Item(ScrambleByLength(domain));
+        if (!list) list = std::make_shared<std::vector<std::pair<Text, Text>>>();
+        if (Find(*list, url) == list->end()) list->emplace_back(url, url + rest);
+        m_Domains.Item(ScrambleByLength(domain), list);
+    }
+    void Delete(const Text& url, const Text& domain) {
+        const List list = m_Domains.Item(ScrambleByLength(domain));
+        if (!list) return;
+        const auto found = Find(*list, url);
+        if (found != list->end()) list->erase(found);
+        if (list->empty()) m_Domains.Remove(ScrambleByLength(domain));
+    }
+    Lines Records() const {
+        Lines records;
+        for (const List& list : m_Domains.Values()) {
+            for (const auto& [url, record] : *list) records.push_back(record);
+        }
+        return records;
+    }
+
+private:
+    using List = std::shared_ptr<std::vector<std::pair<Text, Text>>>;
+    static std::vector<std::pair<Text, Text>>::iterator Find(std::vector<std::pair<Text, Text>>& list,
+                                                             const Text& url) {
+        return std::find_if(list.begin(), list.end(), [&](const auto& member) { return member.first == url; });
+    }
+    HashTable<List> m_Domains;
+};
+
+Lines RecordsOf(Files& files, const FakeFiles::Path& path) {
+    const auto file = files.OpenForReading(path);
+    SnapshotReader reader(*file);
+    Lines records;
+    for (std::int32_t left = reader.ReadHeader().EntryCount; left > 0; --left) {
+        records.push_back(UnscrambleByLength(reader.NextEntry()));
+    }
+    return records;
+}
+
+// Domains that differ in a letter's case have one key where the scrambled letter is a letter too. Few domains with many
+// paths make lists long, many make chains; long records make the room of removed ones worth giving back.
+TEST(EntryOrder, StaysThatOfListsInAHashTable) {
+    std::mt19937 random(3);
+    std::vector<std::pair<Text, Text>> domains;  // as they stand in a URL, and decoded
+    const Text base = "evil.example";
+    for (size_t upper = 0; upper < base.size(); ++upper) {
+        const Text letter(1, UpperCase(base[upper]));
+        domains.emplace_back(
+            base.substr(0, upper) + "%" + ToHex(static_cast<std::uint8_t>(letter[0])) + base.substr(upper + 1),
+            base.substr(0, upper) + letter + base.substr(upper + 1));
+    }
+    for (int number = 0; number < 300; ++number)
+        domains.emplace_back("h" + std::to_string(number), "h" + std::to_string(number));
+    UpdateRig rig;
+    PlainModel model;
+    for (int round = 100; round < 140; ++round) {
+        Text text = "202611210" + std::to_string(round) + "\n0";
+        for (int line = 0; line < 300; ++line) {
+            const bool few = random() % 2 == 0;
+            const auto& [written, domain] = domains[random() % (few ? 14 : domains.size())];
+            const Text url = "http://" + LowerCase(written) + "/" + std::to_string(random() % (few ? 60 : 2));
+            const Text validated(random() % 4000, 'v');
+            const bool adds = random() % 5 < (round % 20 < 10 ? 4 : 0);
+            text += Text("\n") + (adds ? "+" : "-") + "\t" + url + "\t2\t" + validated;
+            if (adds) {
+                model.Add(url, domain, "\t2\t" + validated);
+            } else {
+                model.Delete(url, domain);
+            }
+        }
+        rig.Update(text);
+        ASSERT_EQ(RecordsOf(rig.Storage, UpdateRig::File(rig.DB->LastTimestamp())), model.Records()) << round;
+        ASSERT_EQ(rig.DB->LiveCount(), static_cast<std::int32_t>(model.Records().size()));
+    }
+}
+
+}  // namespace
+}  // namespace tb

@@ -1,0 +1,245 @@
+#include "sitedb/OverDB.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/FakePlatform.h"
+#include "fakes/Raised.h"
+#include "fakes/RecordedLog.h"
+#include "sitedb/SiteOverridesPanel.h"
+
+namespace tb {
+namespace {
+
+using Lines = std::vector<Text>;
+
+const std::filesystem::path Place = "Data/SiteOverrides.xml";
+const std::filesystem::path BadCopy = "Data/SiteOverrides.xml.bad";
+const Text FirstLine = "<SiteOverrides Date='11/21/2026 08:09:10' Version='1.0'>\r\n";
+
+class OverDBTest : public testing::Test, public SiteOverridesDialogs {
+protected:
+    OverDBTest() {
+        Storage.Folders.insert("Data");
+        Listen(DB);
+    }
+    void Listen(OverDB& db) {
+        db.LogMessage.Connect([this](const Text& line, LogLevel level) { Log.WriteLog(line, level); });
+    }
+    void Add(const Lines& urls) {
+        for (const Text& url : urls) DB.AddToDB(url);
+    }
+    // What a program started anew finds in the file.
+    Lines Reloaded() {
+        OverDB later(Storage, Time, Place);
+        Listen(later);
+        later.LoadDB();
+        return later.Count() == 0 ? Lines() : later.URLS();
+    }
+    static Text File(const Text& lines) { return FirstLine + lines + "</SiteOverrides>\r\n"; }
+
+    std::int32_t ShowMessage(const Text& prompt, std::int32_t buttons) override {
+        Shown.push_back(std::to_string(buttons) + " " + prompt);
+        return Answer;
+    }
+    std::int32_t ShowSystemMessage(const Text& prompt, std::int32_t buttons) override {
+        return ShowMessage("plain: " + prompt, buttons);
+    }
+
+    FakeFiles Storage;
+    FakeClock Time;
+    RecordedLog Log;
+    OverDB DB{Storage, Time, Place};
+    SiteOverridesPanel Panel{DB, *this, Log};
+    Lines Shown;
+    std::int32_t Answer = 1;
+};
+
+TEST_F(OverDBTest, MatchesByHostSuffixAndTextPrefix) {
+    Add({"http://bank.example/a", "shop.example", "http://a.example/%41", "https://Two.Example/x//",
+         "http://p.example/%2561"});
+    EXPECT_TRUE(Log.Take().empty());
+    EXPECT_EQ(DB.Count(), 5);
+    for (const char* covered : {"http://bank.example/a", "http://www.bank.example/ab", "HTTP://BANK.EXAMPLE/A/b",
+                                "http://shop.example", "http://a.b.shop.example/x", "https://two.example/x/y",
+                                // Stored as "%61", and decoded once more for the comparison.
+                                "http://p.example/a"}) {
+        EXPECT_TRUE(DB.IsOverride(covered)) << covered;
+    }
+    for (const char* other : {"https://bank.example/a", "http://bank.example/", "https://shop.example/", "shop.example",
+                              // Stored with the capital, which no lower-cased URL has.
+                              "http://a.example/%41", "http://a.example/A", "http://a.example/a", "http://example",
+                              "https://two.example/", "http://p.example/%61", "", "http:/shop.example"}) {
+        EXPECT_FALSE(DB.IsOverride(other)) << other;
+    }
+    EXPECT_TRUE(Log.Take().empty());
+    EXPECT_FALSE(DB.IsOverride("http:///x"));
+    EXPECT_EQ(Log.Take(), Lines{"0 Override Database IsOverride Error: 1001 Invalid key"});
+}
+
+TEST_F(OverDBTest, AddsAndRemovesByTheirOwnRules) {
+    Add({"bank.example", "HTTP://Bank.Example//", "httpfoo.example", "http:///x", "http://bank.example/a"});
+    DB.DelFromDB("bank.example");
+    DB.DelFromDB("http://other.example");
+    DB.DelFromDB("http://bank.example/b");
+    EXPECT_EQ(DB.Count(), 2);
+    DB.DelFromDB("http://BANK.example/%61/");
+    EXPECT_EQ(DB.URLS(), Lines{"http://bank.example"});
+    DB.DelFromDB("http://bank.example");
+    EXPECT_EQ(DB.Count(), 0);
+    EXPECT_FALSE(DB.IsOverride("http://bank.example"));
+    EXPECT_EQ(Raised([&] { DB.URLS(); }), 9);
+    EXPECT_EQ(
+        Log.Take(),
+        (Lines{"1 OverDB.AddToDB: dup entry - http://bank.example", "1 OverDB.AddToDB: bad entry (httpfoo.example)",
+               "0 OverDB.AddToDB Error: 1001 Invalid key", "1 OverDB.DelFromDB: bad entry (bank.example)",
+               "1 OverDB.DelFromDB: no domain (other.example)", "1 OverDB.DelFromDB: domain removed (bank.example)"}));
+}
+
+TEST_F(OverDBTest, TheFileIsTextToTheByte) {
+    DB.LoadDB();
+    EXPECT_EQ(Storage.Contents.at(Place), File(""));
+    EXPECT_EQ(DB.Count(), 0);
+    Add({"http://b.example/?x=1&y=2", "http://a.example", "http://b.example/caf\xe9"});
+    DB.SaveDB();
+    // In the walk order of the domains, inside a domain in the order of adding.
+    EXPECT_EQ(Storage.Contents.at(Place), File("  <Site>http://a.example</Site>\r\n"
+                                               "  <Site>http://b.example/?x=1&y=2</Site>\r\n"
+                                               "  <Site>http://b.example/caf\xe9</Site>\r\n"));
+    EXPECT_EQ(Reloaded(), DB.URLS());
+    OverDB spelled(Storage, Time, Place, {'.', '-'});
+    spelled.SaveDB();
+    EXPECT_EQ(Storage.Contents.at(Place),
+              "<SiteOverrides Date='11.21.2026 08-09-10' Version='1.0'>\r\n</SiteOverrides>\r\n");
+    EXPECT_TRUE(Log.Take().empty());
+}
+
+TEST_F(OverDBTest, ALoadCountsTheEntriesOfTheFile) {
+    Storage.Contents[Place] = "<x><Site>http://a.example/</Site><y>A.example</y></x>";
+    Add({"http://before.example"});
+    DB.LoadDB();
+    EXPECT_EQ(Log.Take(), Lines{"1 OverDB.AddToDB: dup entry - http://a.example"});
+    EXPECT_EQ(DB.Count(), 2);
+    EXPECT_EQ(DB.URLS(), (Lines{"http://a.example", ""}));
+    EXPECT_FALSE(DB.IsOverride("http://before.example"));
+}
+
+TEST_F(OverDBTest, AFileThatDoesNotLoadOutlivesTheNextSave) {
+    const Text mine = "<SiteOverrides><Site>http://mine.example/<b</Site></SiteOverrides>";
+    Storage.Contents[Place] = mine;
+    DB.LoadDB();
+    const Lines lines = Log.Take();
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines[0].rfind("0 Override Database Load Error: -2147213504 XML line 1: ", 0), 0U) << lines[0];
+    Add({"http://new.example"});
+    Storage.FailAt(1, ErrorNumber::DiskFull, true);
+    DB.SaveDB();
+    Storage.FailNoMore();
+    EXPECT_EQ(Storage.Contents, (std::map<std::filesystem::path, Text>{{Place, mine}}));
+    EXPECT_EQ(Log.Take(), Lines{"0 Override Database Save Error: 61 Disk full"});
+    DB.SaveDB();
+    DB.AddToDB("http://second.example");
+    DB.SaveDB();
+    EXPECT_EQ(Storage.Contents.at(BadCopy), mine);
+    EXPECT_EQ(Reloaded().size(), 2U);
+    EXPECT_TRUE(Log.Take().empty());
+}
+
+// Whatever step of a save fails, the file has its old or its new content, and what did not load has its copy.
+TEST_F(OverDBTest, NoStepOfASaveLeavesAMix) {
+    for (const bool loads : {true, false}) {
+        const Text before = loads ? File("  <Site>http://old.example</Site>\r\n") : "broken";
+        int failures = 0;
+        for (int step = 1;; ++step) {
+            Storage.Contents = {{Place, before}};
+            OverDB db(Storage, Time, Place);
+            Listen(db);
+            db.LoadDB();
+            db.AddToDB("http://new.example");
+            Log.Take();
+            Storage.FailAt(step);
+            db.SaveDB();
+            Storage.FailNoMore();
+            if (Log.Take().empty()) break;
+            ++failures;
+            EXPECT_EQ(Storage.Contents.at(Place), before) << step;
+            for (const auto& [path, content] : Storage.Contents) EXPECT_TRUE(path == Place || path == BadCopy) << path;
+        }
+        EXPECT_GE(failures, 4);
+        EXPECT_EQ(Reloaded().size(), loads ? 2U : 1U);
+        EXPECT_EQ(Storage.Contents.count(BadCopy), loads ? 0U : 1U);
+    }
+}
+
+TEST_F(OverDBTest, AFileInUseIsNotTakenForAMissingOne) {
+    Storage.Contents[Place] = File("  <Site>http://old.example</Site>\r\n");
+    Storage.FailAt(1, ErrorNumber::PermissionDenied);
+    DB.LoadDB();
+    EXPECT_EQ(Log.Take(), Lines{"0 Override Database Load Error: 70 Permission denied"});
+    Add({"http://new.example"});
+    DB.SaveDB();
+    EXPECT_EQ(Storage.Contents.at(BadCopy), File("  <Site>http://old.example</Site>\r\n"));
+}
+
+TEST_F(OverDBTest, ThePanelAddsWhatIsNotCovered) {
+    // Adding works before the panel was set up.
+    Panel.AddSite("Bank.Example/a/");
+    EXPECT_EQ(Panel.ListSites, Lines{"http://Bank.Example/a"});
+    EXPECT_FALSE(Panel.Change.Enabled || Panel.Remove.Enabled);
+    EXPECT_EQ(Reloaded(), Lines{"http://bank.example/a"});
+    Panel.AddSite("http://www.bank.example/ab");
+    EXPECT_EQ(Shown, Lines{"64 URL entry http://www.bank.example/ab is already entered as a site override"});
+    EXPECT_EQ(DB.Count(), 1);
+    Panel.Select(0);
+    EXPECT_EQ(Panel.Change.Caption, "Allow site override access to the full site URL: Bank.Example");
+    EXPECT_EQ(Panel.Remove.Caption, "Remove site override access to URL: http://Bank.Example/a");
+    EXPECT_TRUE(Panel.Change.Enabled && Panel.Remove.Enabled);
+    Panel.AddSite("httpfoo");
+    Panel.Select(1);
+    EXPECT_EQ(Log.Take(), (Lines{"1 OverDB.AddToDB: bad entry (httpfoo)",
+                                 "0 Site Overrides MakeActions Error: 9 Subscript out of range"}));
+}
+
+TEST_F(OverDBTest, ThePanelWidensAndRemoves) {
+    Add({"http://a.example/x", "http://b.example/1", "http://b.example/2"});
+    Panel.Setup();
+    EXPECT_EQ(Panel.ListSites, (Lines{"http://a.example/x", "http://b.example/1", "http://b.example/2"}));
+    Answer = 2;
+    Panel.cmdChange();
+    Panel.cmdRemove();
+    EXPECT_EQ(DB.Count(), 3);
+    EXPECT_EQ(Storage.Contents.count(Place), 0U);
+    Answer = 1;
+    Panel.Select(1);
+    Panel.cmdChange();
+    EXPECT_EQ(Panel.ListSites[1], "http://b.example");
+    EXPECT_FALSE(Panel.Change.Enabled);
+    EXPECT_EQ(Panel.Change.Caption, "Allow site override access to the full site URL: b.example");
+    // The whole site is covered by now, so the narrow one goes; it was the last row.
+    Panel.Select(2);
+    Panel.cmdChange();
+    EXPECT_EQ(Reloaded(), (Lines{"http://a.example/x", "http://b.example"}));
+    EXPECT_EQ(Panel.Selected, 1);
+    Panel.Select(0);
+    Panel.cmdRemove();
+    EXPECT_EQ(Panel.Selected, 0);
+    EXPECT_EQ(Panel.Remove.Caption, "Remove site override access to URL: http://b.example");
+    Panel.cmdRemove();
+    EXPECT_FALSE(Panel.ListEnabled || Panel.Change.Enabled || Panel.Remove.Enabled);
+    EXPECT_EQ(Panel.Change.Caption + Panel.Remove.Caption, "");
+    Panel.cmdRemove();
+    EXPECT_EQ(Reloaded(), Lines{});
+    EXPECT_EQ(Shown, (Lines{"1 Changing allow site override to: http://a.example?",
+                            "1 plain: Removing site override: http://a.example/x?",
+                            "1 Changing allow site override to: http://b.example?",
+                            "1 Changed site override is already entered as: http://b.example\r\n Remove: "
+                            "http://b.example/2?",
+                            "1 plain: Removing site override: http://a.example/x?",
+                            "1 plain: Removing site override: http://b.example?"}));
+    Panel.AddSite("c.example");
+    EXPECT_TRUE(Panel.ListEnabled);
+    EXPECT_EQ(SiteRootOf("http://bank.example/a/b"), "http://bank.example");
+    EXPECT_EQ(Raised([] { SiteRootOf("bank.example"); }), 9);
+}
+
+}  // namespace
+}  // namespace tb

@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+
+#include "fakes/Raised.h"
+#include "sitedb/UpdateRig.h"
+
+namespace tb {
+namespace {
+
+// Stamps without their year, which is 2005.
+Lines Full(const Lines& stamps) {
+    Lines full;
+    for (const Text& stamp : stamps) full.push_back("2005" + stamp);
+    return full;
+}
+
+TEST(Prune, KeepsFiveAndTheNewestThatIsADayOld) {
+    const Text newest = "11300600";
+    struct Case {
+        Lines Stamps;
+        Lines Deleted;
+    };
+    const std::vector<Case> cases{
+        {{"11300100", "11300200", "11300300", "11300400", "11300500", newest}, {"11300100"}},
+        {{"11281200", "11300200", "11300300", "11300400", "11300500", newest}, {"11300200"}},
+        {{"11250000", "11280000", "11300200", "11300300", "11300400", "11300500", newest}, {"11250000", "11300200"}},
+        {{"11290600", "11290601", "11300300", "11300400", "11300500", newest}, {"11290601"}},
+        {{"11250000", "11280000", "11300300", "11300400", newest}, {}},
+    };
+    for (const Case& example : cases) {
+        UpdateRig rig;
+        Lines expected;
+        for (const Text& stamp : Full(example.Stamps)) {
+            rig.Storage.Contents[UpdateRig::File(stamp)];
+            expected.push_back("1 MalDB.PruneFiles: TBDB" + stamp + ".BIN");
+        }
+        for (const Text& stamp : Full(example.Deleted)) {
+            rig.Storage.ReadOnly.insert(UpdateRig::File(stamp));
+            expected.push_back("1 MalDB.PruneFiles - Delete: TBDB" + stamp + ".BIN");
+        }
+        rig.DB->PruneFiles(5, Full({newest})[0]);
+        EXPECT_EQ(rig.Log.Take(), expected);
+        for (const Text& stamp : Full(example.Deleted)) EXPECT_FALSE(rig.Storage.Exists(UpdateRig::File(stamp)));
+        EXPECT_EQ(rig.Storage.Contents.size(), example.Stamps.size() - example.Deleted.size());
+    }
+}
+
+TEST(Prune, SparesTheNewestNotLaterThanOneDayBefore) {
+    const auto retained = [](const Lines& stamps, const Text& newest) {
+        std::vector<EvilDB::FileName> names;
+        for (const Text& stamp : stamps) names.emplace_back("TBDB" + stamp + ".BIN");
+        return EvilDB::FindRetainedFile(names, newest).string();
+    };
+    EXPECT_EQ(retained({"200602280001", "200602280000", "200602270000"}, "200603010000"), "TBDB200602280000.BIN");
+    EXPECT_EQ(retained({"200402290130", "200402290131"}, "200403010130"), "TBDB200402290130.BIN");
+    EXPECT_EQ(retained({"200501010000"}, "200501012359"), "");
+    for (const char* stamp : {"", "2005", "20051130060a", "200513300600", "+20511300600", "200502290000"}) {
+        EXPECT_EQ(Raised([&] { retained({}, stamp); }), 13) << stamp;
+    }
+    EXPECT_EQ(FormatDateTime(EvilDB::StampToDate("200402290130")), "02/29/2004 01:30:00");
+}
+
+TEST(Prune, LooksAtSnapshotsOnly) {
+    UpdateRig rig;
+    for (const char* name :
+         {"TBDB2.BIN", "tbdb3.bin", "TBDB.BIN", "TBDB9.BINX", "TBDB9.BIN.tmp~", "XTBDB9.BIN", "TBD.BIN"}) {
+        rig.Storage.Contents[FakeFiles::Path("Data") / name];
+    }
+    EXPECT_EQ(rig.DB->MaxFileVersion(), "tbdb3.bin");
+    EXPECT_EQ(rig.DB->MinFileVersion(""), "TBDB.BIN");
+    EXPECT_EQ(rig.DB->MinFileVersion("TBDB.BIN"), "TBDB2.BIN");
+    // It never deletes the one that it spares.
+    rig.DB->PruneFiles(0, "200511300600");
+    EXPECT_EQ(rig.Snapshots(), "TBD.BIN TBDB2.BIN TBDB9.BIN.tmp~ TBDB9.BINX XTBDB9.BIN");
+    EXPECT_EQ(rig.Log.Take().back(), "0 Malicious Database Prune Error: 53 File not found");
+    rig.Storage.FailAt(1, ErrorNumber::DeviceIO);
+    EXPECT_EQ(rig.DB->MaxFileVersion(), "");
+    rig.Storage.FailAt(1, ErrorNumber::DeviceIO);
+    EXPECT_EQ(rig.DB->MinFileVersion(""), "");
+    EXPECT_EQ(rig.Log.Take(), (Lines{"0 Malicious Database MaxFileVersion Error: 57 Device I/O error",
+                                     "0 Malicious Database MinFileVersion Error: 57 Device I/O error"}));
+}
+
+}  // namespace
+}  // namespace tb

@@ -1,0 +1,280 @@
+#include <gtest/gtest.h>
+
+#include "submissions/SubmissionRig.h"
+
+namespace tb {
+namespace {
+
+const Text NotUnderstood = "64|Trawlbeam|This is not a URL or Email message that Trawlbeam understands.";
+const Text Headers = "__substg1.0_007D001E";
+const Text Html = "__substg1.0_1013001E";
+const Text Rtf = "__substg1.0_10090102";
+const Text Plain = "__substg1.0_1000001E";
+
+// A block with that count and room for that many descriptors.
+Text DescriptorOf(std::uint32_t count, size_t room) {
+    Text bytes;
+    for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(count >> shift);
+    return bytes + Text(room * 332, '\0');
+}
+
+TEST(Drop, TakesTheFirstFormatThatItKnows) {
+    const struct {
+        bool Mail, Descriptor, Text;
+        tb::Text Queue;
+    } cases[] = {{true, true, true, "0.E"}, {false, true, true, "0.E 1.E"}, {false, false, true, "0.U"}, {}};
+    for (const auto& [mail, descriptor, text, queue] : cases) {
+        SubmissionRig rig;
+        EXPECT_EQ(rig.Formats.Names,
+                  (Lines{"FileContents", "FileGroupDescriptor", "Internet Message (rfc822/rfc1522)"}));
+        FakeDrop drop;
+        if (mail) drop.Formats[rig.DB->cfInternetMessage] = "H\r\n\r\nB";
+        if (descriptor) drop.Formats[rig.DB->cfFileGroupDescriptor];
+        if (text) drop.Formats[PlainTextFormat] = " http://a.example/ ";
+        drop.Descriptor = DescriptorOf(2, 2);
+        drop.Messages = {{{{Headers, "H"}, {Plain, "1"}}}, {{{Headers, "H"}, {Plain, "2"}}}};
+        rig.DB->DoDrop(drop);
+        EXPECT_EQ(rig.Queue(), queue);
+        EXPECT_EQ(rig.TakeShown(), queue.empty() ? Lines{NotUnderstood} : Lines());
+    }
+}
+
+TEST(Drop, SplitsAMail) {
+    const Text first = " 2 , 3 , ";
+    const struct {
+        Text Mail;
+        Text Queued;  // behind the fingerprint
+    } cases[] = {
+        {"H\r\n\r\nB1\r\n\r\nB2", "H\r\n\r\nB1\r\n\r\nB2\r\n"},
+        {"H\r\n\r\n\r\n\r\n\r\n\r\nB", "H\r\n\r\nB\r\n"},
+        {"H\r\n\r\n\r\nB", "H\r\n\r\n\r\nB\r\n"},
+        {"H\r\n\r\nB\r\n\r\n", "H\r\n\r\nB\r\n\r\n\r\n"},
+        {"H", "H\r\n\r\n\r\n"},
+        {"H\n\r\n", "H\n\r\n\r\n\r\n"},
+        {"", "\r\n\r\n\r\n"},
+        {Text("H\0\r\n\r\n\0B\0", 9), Text("H\0\r\n\r\n\0B\0\r\n", 11)},
+    };
+    for (const auto& [mail, queued] : cases) {
+        SubmissionRig rig;
+        rig.DropMail(mail);
+        const Text file = rig.File("InProcess/0.E");
+        EXPECT_EQ(file.substr(0, first.size()), first);
+        EXPECT_EQ(file.substr(file.find("\r\n") + 2), queued) << Quoted(mail);
+    }
+    SubmissionRig rig;
+    rig.DropMail(
+        "From: Bad Guy <bad@evil.example>\r\nSubject: Win 100% now\r\n\r\nClick here\r\nhttp://evil.example/a?b=1");
+    EXPECT_EQ(rig.File("InProcess/0.E"),
+              " 2 , 3 , 3202 \r\nFrom: Bad Guy <bad@evil.example>\r\nSubject: Win 100% now\r\n\r\nClick here\r\n"
+              "http://evil.example/a?b=1\r\n");
+}
+
+TEST(Drop, RefusesRepeatedAndLargeMails) {
+    const Text said = "64|Trawlbeam|Previously Submitted Email: \r\n";
+    const struct {
+        Text HeaderText;
+        Text Caption;
+        Text Repeat;
+    } cases[] = {{"X-Old-Subject: a\r\nSubject: b", "a", said + "a\r\nSubject: b\r\n\r\n"},
+                 {"subject:b and more", "", said + "b and more\r\n\r\n"},
+                 {"Hi", "", said}};
+    for (const auto& [headers, caption, repeat] : cases) {
+        SubmissionRig rig;
+        rig.DropMail(headers + "\r\n\r\nBody one");
+        EXPECT_EQ(rig.Qualifiers.Captions, Lines{caption});
+        // Not a repeat while the first one waits.
+        EXPECT_EQ(rig.TakeShown(), Lines());
+        rig.DB->Add("EMAIL", "s", "1-1", 1, {}, "752");
+        rig.DropMail(headers + "\r\n\r\nenO ydoB");
+        rig.DropMail(headers + "\r\n\r\nBody one");
+        EXPECT_EQ(rig.TakeShown(), Lines{repeat});
+        EXPECT_EQ(rig.Queue(), "0.E 1.E");
+        EXPECT_EQ(rig.System.Processes.Trims.size(), 1U);
+    }
+    for (const size_t size : {size_t{0x500000}, size_t{0x500001}}) {
+        SubmissionRig rig;
+        rig.DropMail(Text(size - 10, 'h') + "\r\n\r\n" + Text(10, 'b'));
+        EXPECT_EQ(rig.Queue(), size == 0x500000 ? "0.E" : "");
+        EXPECT_EQ(rig.TakeShown(), size == 0x500000 ? Lines() : Lines{"48|Trawlbeam|Email message is too large"});
+    }
+}
+
+TEST(Drop, ReadsStoredMessages) {
+    const Text forwarded =
+        "64|Trawlbeam|You submitted a forwarded Email message that Trawlbeam does not support.\r\n"
+        "Please submit the original message.";
+    const Text nul("\0", 1);
+    const struct {
+        Text What;
+        std::map<Text, Text> Streams;
+        Text PlainText;
+        Text Body;  // of the queued mail
+        Lines Shown;
+        Text ClassId = StoredMessage().ClassId;
+    } cases[] = {
+        {"html first",
+         {{Headers, "H" + nul + "x"}, {Html, "html" + nul + "x"}, {Rtf, "r"}, {Plain, "p"}},
+         "",
+         "html",
+         {}},
+        {"rtf as it is", {{Headers, "H"}, {Rtf, "r" + nul + "tf"}, {Plain, "p"}}, "", "r" + nul + "tf", {}},
+        {"plain", {{Headers, "H"}, {Plain, "p" + nul}}, "", "p", {}},
+        {"a stream that fails half-way", {{Headers, "H"}, {Html, "FAIL"}, {Plain, "p"}}, "", "p", {}},
+        {"no headers", {{Html, "html"}}, "", "", {forwarded}},
+        {"failing headers", {{Headers, "FAIL"}, {Plain, "p"}}, "", "", {forwarded}},
+        {"neither, a link", {}, " http://a.example/ ", "", {}},
+        {"neither, no link", {}, "hello", "", {NotUnderstood}},
+        {"another class", {{Headers, "H"}, {Plain, "p"}}, "", "", {NotUnderstood}, "{other}"},
+    };
+    for (const auto& [what, streams, text, body, shown, classId] : cases) {
+        SubmissionRig rig;
+        FakeDrop drop;
+        drop.Formats[rig.DB->cfFileGroupDescriptor];
+        if (!text.empty()) drop.Formats[PlainTextFormat] = text;
+        drop.Descriptor = DescriptorOf(1, 1);
+        drop.Messages = {{streams, classId}};
+        rig.DB->DoDrop(drop);
+        EXPECT_EQ(rig.TakeShown(), shown) << what;
+        EXPECT_EQ(rig.Queue(), body.empty() ? shown.empty() ? "0.U" : "" : "0.E") << what;
+        const Text& file = rig.File("InProcess/0.E");
+        EXPECT_EQ(body.empty() || file.substr(file.find("\r\n") + 2) == "H\r\n\r\n" + body + "\r\n", true) << what;
+    }
+}
+
+TEST(Drop, BelievesNoCount) {
+    const struct {
+        Text Descriptor;
+        std::int32_t Count;
+    } cases[] = {{"", 0},
+                 {Text("\1\0\0", 3), 0},
+                 {DescriptorOf(0, 1), 0},
+                 {DescriptorOf(1, 0), 1},
+                 {DescriptorOf(3, 3), 3},
+                 {DescriptorOf(2, 3), 2},
+                 {DescriptorOf(0x7FFFFFFF, 2), 2},
+                 {DescriptorOf(0xFFFFFFFF, 2), -1}};
+    for (const auto& [descriptor, count] : cases) {
+        SubmissionRig rig;
+        FakeDrop drop;
+        drop.Formats[rig.DB->cfFileGroupDescriptor];
+        drop.Descriptor = descriptor;
+        EXPECT_EQ(rig.DB->GetMessageCount(&drop), count);
+        // Nothing is behind any index.
+        rig.DB->DoDrop(drop);
+        EXPECT_EQ(rig.TakeShown(), Lines(count < 0 ? 0 : static_cast<size_t>(count), NotUnderstood));
+    }
+    SubmissionRig rig;
+    EXPECT_EQ(rig.DB->GetMessageCount(nullptr), 0);
+    EXPECT_EQ(rig.TakeShown(), Lines{"16|Trawlbeam|Error Get Message Count: " + ErrorText(91)});
+}
+
+// An object that fails at everything but telling its formats.
+class BrokenDrop : public FakeDrop {
+public:
+    Text Bytes(ClipboardFormat) override { throw Error(ErrorNumber::OutOfMemory); }
+    Text PlainText() override { throw Error(ErrorNumber::OutOfMemory); }
+    NativeData* Native() override {
+        if (!HasNative) throw Error(ErrorNumber::OutOfMemory);
+        return this;
+    }
+    std::unique_ptr<MessageStorage> Storage(std::int32_t) override { throw Error(ErrorNumber::OutOfMemory); }
+    bool HasNative = false;
+};
+
+TEST(Drop, SaysWhatFails) {
+    SubmissionRig rig;
+    BrokenDrop drop;
+    const auto shown = [&](ClipboardFormat format) {
+        drop.Formats = {{format, ""}};
+        rig.DB->DoDrop(drop);
+        return Join(rig.TakeShown(), "&");
+    };
+    const Text stop = "16|Trawlbeam|";
+    const Text end = ErrorText(7);
+    EXPECT_EQ(shown(rig.DB->cfInternetMessage), stop + "Error DragDrop OLEDragDrop: " + end);
+    EXPECT_EQ(shown(PlainTextFormat), stop + "Error DragDrop OLEDragDrop: " + end);
+    EXPECT_EQ(shown(rig.DB->cfFileGroupDescriptor), stop + "Error iDataObjectFromData: " + end);
+    drop.HasNative = true;
+    drop.Descriptor = DescriptorOf(1, 1);
+    EXPECT_EQ(shown(rig.DB->cfFileGroupDescriptor), stop + "Error Get Message: " + end + "&" + NotUnderstood);
+    rig.System.Files.Folders.erase("/app/Data/InProcess");
+    rig.DropMail("H\r\n\r\nB");
+    rig.DB->SubmitEvilURL("http://a.example");
+    EXPECT_EQ(rig.TakeShown(),
+              (Lines{stop + "Error Submit Email: " + ErrorText(76), stop + "Error Submit URL: " + ErrorText(76)}));
+    // Nothing unfinished lies about.
+    EXPECT_EQ(rig.System.Files.Contents.size(), 1U);
+}
+
+TEST(Drop, TakesURLs) {
+    const Text single = "64|Trawlbeam|Please submit URLS individually as a single line of text: \r\n";
+    const Text prefix = "64|Trawlbeam|Please submit URLS beginning with 'http://' or 'https://': \r\n";
+    const Text repeated = "0|Trawlbeam|Previously submitted URLS: ";
+    const Text longest = "http://" + Text(793, 'x');
+    const struct {
+        bool Debug;
+        Text Confirm;
+        Text Given;
+        Lines Queued;  // second lines
+        Lines Shown;
+        Text Logged;
+    } cases[] = {
+        {false, "1", "evil.example", {}, {prefix + "evil.example"}, ""},
+        {false, "1", "", {}, {prefix}, ""},
+        {false, "1", "http://a/\r\nhttp://b/", {}, {single + "http://a/\nhttp://b/"}, ""},
+        {false, "0", "\nhttp://a/", {}, {single + "\nhttp://a/"}, ""},
+        {false, "1", " http://a.example/// \r\n", {"http://a.example/// "}, {}, ""},
+        {false, "1", "http://a.example///\r\n\n", {"http://a.example"}, {}, ""},
+        {false, "1", "HTTPfoo", {"HTTPfoo"}, {}, ""},
+        {false, "1", "http://a.example/p?x=2", {}, {repeated + "http://a.example/p?x=2"}, ""},
+        {false, "", "http://a.example/p/", {}, {}, "0 Previously submitted URLS: http://a.example/p"},
+        {false, "1", longest, {longest}, {}, ""},
+        {false, "1", longest + "/", {longest}, {}, ""},
+        {false, "1", longest + "x", {}, {repeated + longest + "x"}, ""},
+        {true, "1", "evil.example", {"http://evil.example"}, {}, ""},
+        {true, "1", "", {}, {}, ""},
+        {true, "1", "a\nb", {}, {single + "a\nb"}, ""},
+        {true,
+         "0",
+         "a\n\nhttp://a.example/p/\nHttp://a.example/p",
+         {"http://a", "http:", "Http://a.example/p"},
+         {},
+         "0 Previously submitted URLS: http://a.example/p"},
+    };
+    for (const auto& [debug, confirm, given, queued, shown, logged] : cases) {
+        SubmissionRig rig;
+        if (debug) rig.SetDebug();
+        rig.Set("ConfirmSubmission", confirm);
+        rig.DB->Add("URL", "http://a.example/p", "1-1", 1, {}, "k");
+        rig.DB->SubmitEvilURL(given);
+        Lines lines;
+        for (size_t number = 0; number < queued.size(); ++number) {
+            const Text file = rig.File("InProcess/" + std::to_string(number) + ".U");
+            lines.push_back(file.substr(file.find("\r\n") + 2));
+        }
+        EXPECT_EQ(lines, queued) << given;
+        EXPECT_EQ(Split(rig.Queue(), ' ').size(), queued.size()) << given;
+        EXPECT_EQ(rig.TakeShown(), shown);
+        EXPECT_EQ(Join(rig.Log.Take(), "&"), logged);
+        // The caption is what was given, and nobody is asked about what is refused before.
+        const bool early = !shown.empty() && shown[0].substr(0, 2) == "64";
+        EXPECT_EQ(rig.Qualifiers.Captions, early ? Lines() : Lines{given});
+    }
+    SubmissionRig rig;
+    rig.Program.Settings->WriteXMLString("SubCat", "LastConfidenceID", "4");
+    rig.DB->SubmitEvilURL("http://evil.example/a,b?x=1&y=2");
+    EXPECT_EQ(rig.File("InProcess/0.U"), " 2 , 4 ,http://evil.example/a,b\r\nhttp://evil.example/a,b?x=1&y=2");
+}
+
+TEST(Drop, ReplacesNoFileThatWaits) {
+    SubmissionRig rig;
+    rig.File("InProcess/0.E") = "waits";
+    rig.File("InProcess/1.U") = "another kind";
+    rig.DropMail("H\r\n\r\nB");
+    EXPECT_EQ(rig.Queue(), "0.E 1.E 1.U");
+    EXPECT_EQ(rig.File("InProcess/0.E"), "waits");
+    EXPECT_EQ(rig.DB->LastSubmissionID(), 2);
+}
+
+}  // namespace
+}  // namespace tb

@@ -1,0 +1,143 @@
+// The windows of the submissions, with windows that are only remembered.
+#include <gtest/gtest.h>
+
+#include "fakes/FakeWindowSystem.h"
+#include "submissions/SubmissionRig.h"
+#include "submissions/forms/frmSubCat.h"
+#include "submissions/forms/frmSubmissions.h"
+
+namespace tb {
+namespace {
+
+struct FormsRig : SubmissionRig, DropTargets, Activities {
+    bool StartActivity(const Text&, bool) override { return true; }
+    void EndActivity(const Text&, bool) override { ++Ended; }
+    std::unique_ptr<DropRegistration> Register(WindowHandle, std::function<void(DropData&)> drop) override {
+        struct Registration : DropRegistration {
+            explicit Registration(int& live) : Live(live) { ++Live; }
+            ~Registration() override { --Live; }
+            int& Live;
+        };
+        Dropped = std::move(drop);
+        return std::make_unique<Registration>(Registrations);
+    }
+    std::shared_ptr<frmSubmissions> Window() {
+        return std::make_shared<frmSubmissions>(
+            Family,
+            frmSubmissions::Parts{
+                DB, {Program, Log, Web.Factory()}, *this, *this, [this](DropData& data) { DB->DoDrop(data); }, [] {}});
+    }
+    // The form of the dialog that is open.
+    Form& Open() { return *Family.Loaded().back(); }
+    template <typename Type>
+    Type& Find(const Text& name, std::int32_t index = NoIndex) {
+        return dynamic_cast<Type&>(*Open().Find(name, index));
+    }
+
+    FakeWindowSystem Windows;
+    Forms Family{&Windows};
+    SubCatWindows SubCat{Family, Program};
+    std::function<void(DropData&)> Dropped;
+    int Registrations = 0;
+    int Ended = 0;
+};
+
+TEST(SubmissionForms, TheDialogShowsTheRowsAndTellsTheChoice) {
+    FormsRig rig;
+    QualifiersDialog dialog(rig.Program, rig.Log);
+    dialog.Setup(ParseXml("<C><C ID='1'/><C ID='2' NAME='Bank' DESC='Bank spoof'/><C ID='3' NAME='Odd'/></C>"), "R&D",
+                 "2", "3");
+    rig.Windows.WhileModal = [&] {
+        EXPECT_EQ(rig.Open().Caption(), "Assign Submission Category");
+        EXPECT_EQ(rig.Open().Left(), 300);
+        EXPECT_EQ(rig.Open().ScaleHeight(), rig.Find<CommandButton>("cmdOK").Top() + 375 + 120);
+        EXPECT_EQ(rig.Find<Label>("lblTop").Caption(), "R&D");
+        EXPECT_FALSE(rig.Find<Label>("lblTop").UseMnemonic());
+        EXPECT_EQ(rig.Find<OptionButton>("optCat1").Top(), 285);
+        EXPECT_EQ(rig.Find<OptionButton>("optCat0").ToolTipText() + rig.Find<OptionButton>("optCat0").Tag(),
+                  "Bank spoof2");
+        EXPECT_TRUE(rig.Find<OptionButton>("optConfidence", 3).Selected());
+        const Text calls = rig.Windows.Take();
+        EXPECT_NE(calls.find("form1.top-most"), Text::npos);
+        EXPECT_NE(calls.find("option10.focus"), Text::npos) << "the choice that stands";
+        rig.Find<OptionButton>("optConfidence", 1).SetSelected(true);
+        rig.Find<OptionButton>("optCat1").SetSelected(true);
+        rig.Find<CommandButton>("cmdHelp").Click();
+        rig.Find<CommandButton>("cmdOK").Click();
+    };
+    rig.SubCat.ShowModal(dialog, {450, 300});
+    EXPECT_EQ(dialog.Result, 1);
+    EXPECT_EQ(dialog.CategoryID * 10 + dialog.ConfidenceID, 31);
+    EXPECT_EQ(dialog.LastTop, 450);
+    EXPECT_EQ(dialog.LastLeft, 300);
+    EXPECT_EQ(rig.System.Processes.Started.size(), 1U);
+    EXPECT_EQ(rig.Windows.Live, 0);
+}
+
+TEST(SubmissionForms, TheDialogEndsInEveryWay) {
+    FormsRig rig;
+    QualifiersDialog dialog(rig.Program, rig.Log);
+    dialog.Setup(ParseXml("<C><C ID='2'/></C>"), "", "9", "x");
+    const auto ids = [&] { return Text(std::to_string(dialog.Result) + " " + std::to_string(dialog.CategoryID)); };
+    rig.Windows.WhileModal = [&] {
+        EXPECT_NE(rig.Windows.Take().find("form1.button7.focus"), Text::npos) << "no choice stands";
+        rig.Open().Unload(UnloadMode::User);
+    };
+    rig.SubCat.ShowModal(dialog, {});
+    EXPECT_EQ(ids(), "0 0") << "the frame";
+    rig.Windows.WhileModal = [&] { rig.SubCat.Close(); };
+    rig.SubCat.ShowModal(dialog, {});
+    EXPECT_EQ(ids(), "0 0") << "the program's end";
+    rig.Windows.WhileModal = [] {};
+    rig.SubCat.ShowModal(dialog, {});
+    EXPECT_EQ(ids(), "0 0") << "the end of the message loop";
+    rig.Windows.WhileModal = [&] { rig.Find<CommandButton>("cmdCancel").Click(); };
+    rig.SubCat.ShowModal(dialog, {});
+    EXPECT_EQ(ids(), "0 -1");
+    EXPECT_TRUE(rig.Family.Loaded().empty());
+}
+
+TEST(SubmissionForms, TheWindowTakesDropsWhileItIsOpen) {
+    FormsRig rig;
+    auto window = rig.Window();
+    window->Show();
+    EXPECT_EQ(rig.Registrations, 1);
+    EXPECT_EQ(window->lblStatus.Caption(), "Waiting: 0   Recorded: 0");
+    FakeDrop drop;
+    drop.Formats[PlainTextFormat] = "http://a.example/";
+    rig.Dropped(drop);
+    EXPECT_EQ(window->lblStatus.Caption(), "Waiting: 1   Recorded: 0");
+    window->Unload(UnloadMode::User);
+    EXPECT_EQ(rig.Registrations, 0);
+    window->Show();
+    EXPECT_EQ(rig.Registrations, 1);
+    rig.System.Files.Contents.erase("/app/Data/InProcess/0.U");
+    window->tmRefresh.Tick();
+    EXPECT_EQ(window->lblStatus.Caption(), "Waiting: 0   Recorded: 0");
+    window.reset();
+    EXPECT_EQ(rig.Registrations, 0);
+    rig.Dropped(drop);
+    EXPECT_EQ(rig.Queue(), "") << "a drop on its way to a window that has gone";
+}
+
+// The update goes on when the window goes.
+TEST(SubmissionForms, TheWindowShowsTheUpdate) {
+    FormsRig rig;
+    rig.DB->Add("URL", "b", "1-100", 1, rig.System.Clock.Now(), "k");
+    rig.Web.Replies["SubmissionStatus.aspx"] = "01-000100=2,3\n";
+    auto window = rig.Window();
+    window->Show();
+    Text lamps;
+    rig.System.Pump.OnPump = [&] {
+        if (!window) return;
+        lamps = window->LEDStat.Caption() + std::to_string(window->MousePointer()) + " ";
+        window->Unload();
+        window.reset();
+    };
+    window->cmdUpdateStatus.Click();
+    EXPECT_EQ(lamps, "Update Complete11 ");
+    EXPECT_EQ(rig.Ended, 1);
+}
+
+}  // namespace
+}  // namespace tb

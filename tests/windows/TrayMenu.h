@@ -1,0 +1,83 @@
+// The menu of a tray icon, opened as the shell does it and used by the keyboard.
+#pragma once
+
+#include <windows.h>
+
+#include <utility>
+#include <vector>
+
+#include "base/text.h"
+#include "platform/TrayIcon.h"
+
+namespace tb {
+
+// Handles the messages that wait for this thread.
+inline void Serve() {
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+}
+
+// The menu of a process that is open, null when there is none.
+inline HWND OpenMenu(DWORD processId) {
+    for (HWND menu = nullptr; (menu = FindWindowExA(nullptr, menu, "#32768", nullptr)) != nullptr;) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(menu, &owner);
+        if (owner == processId && IsWindowVisible(menu)) return menu;
+    }
+    return nullptr;
+}
+
+// Of a tray window of the calling thread.
+class TrayMenu {
+public:
+    // Opens the menu, presses the keys, and returns when it is closed. The rows that were shown: the caption, with
+    // " bold" or " grey" behind it, or "-". Without rows the menu did not open.
+    static std::vector<Text> Open(HWND tray, std::vector<WPARAM> keys = {VK_ESCAPE}) {
+        s_Tray = tray;
+        s_Keys = std::move(keys);
+        s_Rows.clear();
+        s_Polls = 0;
+        const UINT_PTR poll = SetTimer(nullptr, 0, PollMs, &Poll);
+        SendMessageA(tray, TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
+        KillTimer(nullptr, poll);
+        Serve();
+        return std::exchange(s_Rows, {});
+    }
+
+private:
+    static constexpr UINT GetMenuOfWindow = 0x1E1;  // MN_GETHMENU
+    static constexpr UINT PollMs = 5;
+    static constexpr int MostPolls = 1000;
+
+    // Runs inside the menu's loop.
+    static void CALLBACK Poll(HWND, UINT, UINT_PTR, DWORD) {
+        const HWND open = OpenMenu(GetCurrentProcessId());
+        if (open == nullptr && ++s_Polls > MostPolls) SendMessageA(s_Tray, WM_CANCELMODE, 0, 0);
+        if (open == nullptr || !s_Rows.empty()) return;
+        const HMENU menu = reinterpret_cast<HMENU>(SendMessageA(open, GetMenuOfWindow, 0, 0));
+        for (int row = 0; row < GetMenuItemCount(menu); ++row) s_Rows.push_back(Row(menu, static_cast<UINT>(row)));
+        for (const WPARAM key : s_Keys) PostMessageA(s_Tray, WM_KEYDOWN, key, 0);
+    }
+    static Text Row(HMENU menu, UINT position) {
+        char caption[64] = "";
+        MENUITEMINFOA item{};
+        item.cbSize = sizeof item;
+        item.fMask = MIIM_FTYPE | MIIM_STATE | MIIM_STRING;
+        item.dwTypeData = caption;
+        item.cch = sizeof caption;
+        GetMenuItemInfoA(menu, position, TRUE, &item);
+        if ((item.fType & MFT_SEPARATOR) != 0) return "-";
+        return Text(caption) + ((item.fState & MFS_DEFAULT) != 0 ? " bold" : "") +
+               ((item.fState & MFS_DISABLED) != 0 ? " grey" : "");
+    }
+
+    inline static HWND s_Tray = nullptr;
+    inline static std::vector<WPARAM> s_Keys;
+    inline static std::vector<Text> s_Rows;
+    inline static int s_Polls = 0;
+};
+
+}  // namespace tb

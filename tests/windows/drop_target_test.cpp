@@ -1,0 +1,246 @@
+// Data objects, honest and lying ones, handed to the real drop target, with the drop logic behind it.
+#include <gtest/gtest.h>
+
+#include "platform/win32/Handle.h"
+#include "platform/win32/Win32WindowText.h"
+#include "submissions/win32/OleSession.h"
+#include "submissions/win32/Win32ClipboardFormats.h"
+#include "submissions/win32/Win32DropTarget.h"
+#include "submissions/win32/Win32DropTargets.h"
+#include "windows/OfferedData.h"
+
+namespace tb {
+namespace {
+
+// A stream that tells of more than it has and fails when `Good` bytes have been read, or goes on for ever.
+class BadStream : public ComObject<IStream> {
+public:
+    enum class How { Fails, TellsTooMuch, NeverEnds };
+    BadStream(How how, ULONG good) : m_How(how), m_Good(good) {}
+
+    HRESULT STDMETHODCALLTYPE Read(void* bytes, ULONG wanted, ULONG* read) noexcept override {
+        const ULONG count = m_How == How::NeverEnds ? wanted : std::min(wanted, m_Good);
+        memset(bytes, 'b', count);
+        m_Good -= m_How == How::NeverEnds ? 0 : count;
+        *read = m_How == How::TellsTooMuch && count == 0 ? 0x7FFFFFFF : count;
+        return count == 0 && m_How == How::Fails ? STG_E_READFAULT : S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Stat(STATSTG* about, DWORD) noexcept override {
+        *about = {};
+        about->cbSize.QuadPart = ~0ULL;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Write(const void*, ULONG, ULONG*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER, DWORD, ULARGE_INTEGER*) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*, ULARGE_INTEGER*) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE Commit(DWORD) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Revert() noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) noexcept override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) noexcept override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE Clone(IStream**) noexcept override { return E_NOTIMPL; }
+
+private:
+    How m_How;
+    ULONG m_Good;
+};
+
+class DropTargetTest : public ::testing::Test {
+protected:
+    // Drops it on a target; the effect that the source is told of.
+    DWORD Drop(const std::function<void(DropData&)>& seen, DWORD allowed = DROPEFFECT_COPY | DROPEFFECT_MOVE) {
+        const ComPointer<IDropTarget> target(
+            new Win32DropTarget(seen, [this](const RuntimeError& error) { m_Errors.push_back(error.Number); }));
+        DWORD effect = allowed;
+        EXPECT_EQ(target->DragEnter(m_Offered.Get(), 0, {}, &effect), S_OK);
+        effect = allowed;
+        EXPECT_EQ(target->Drop(m_Offered.Get(), 0, {}, &effect), S_OK);
+        return effect;
+    }
+    // The bytes of a stream of the only stored message; "-" when it cannot be had, "!" and the number for an error.
+    Text StreamOf(const char* name) {
+        Text result = "no storage";
+        Drop([&](DropData& data) {
+            const auto storage = data.Native()->Storage(0);
+            if (!storage) return;
+            Trap([&] { result = storage->Stream(name).value_or("-"); },
+                 [&](const RuntimeError& error) { result = "!" + std::to_string(error.Number); });
+        });
+        return result;
+    }
+    void OfferStored(const std::map<Text, Text>& streams, const CLSID& classId = StoredMessageClass) {
+        m_Offered->AddStored(MakeStored(streams, classId));
+        m_Offered->Describe();
+    }
+
+    OleSession m_Session;
+    ComPointer<OfferedData> m_Offered{new OfferedData};
+    std::vector<std::int32_t> m_Errors;
+};
+
+TEST_F(DropTargetTest, FormatsKeepTheirBytes) {
+    Text mail = "Subject: a\r\n\r\n";
+    for (int byte = 0; byte < 256; ++byte) mail += static_cast<char>(byte);
+    m_Offered->Blocks[FormatOf(InternetMessage)] = mail;
+    m_Offered->Blocks[CF_TEXT] = Text("http://a\0b\0\0", 12);
+    m_Offered->Blocks[FormatOf("Empty")] = "";
+    Win32ClipboardFormats formats;
+    const ClipboardFormat internet = formats.Register(InternetMessage);
+    EXPECT_LT(internet, 0) << "registered numbers lie in the upper half";
+    EXPECT_EQ(Drop([&](DropData& data) {
+                  EXPECT_TRUE(data.Has(internet));
+                  EXPECT_FALSE(data.Has(formats.Register(GroupDescriptor)));
+                  EXPECT_EQ(data.Bytes(internet), mail);
+                  EXPECT_EQ(data.PlainText(), Text("http://a\0b", 10));
+                  EXPECT_EQ(data.Bytes(formats.Register("Empty")), "");
+                  EXPECT_EQ(data.Bytes(formats.Register("Missing")), "");
+                  EXPECT_EQ(data.Native()->DescriptorBytes(), "");
+                  EXPECT_EQ(data.Native()->Storage(0), nullptr);
+              }),
+              DWORD{DROPEFFECT_COPY});
+}
+
+TEST_F(DropTargetTest, AMailMayComeAsAStream) {
+    using How = BadStream::How;
+    const ClipboardFormat internet = Win32ClipboardFormats().Register(InternetMessage);
+    const auto bytes = [&](How how) {
+        m_Offered->Streams[FormatOf(InternetMessage)] = ComPointer<IStream>(new BadStream(how, 3));
+        Drop([&](DropData& data) {
+            EXPECT_TRUE(data.Has(internet));
+            data.Bytes(internet);
+        });
+        return std::exchange(m_Errors, {});
+    };
+    EXPECT_EQ(bytes(How::Fails), std::vector<std::int32_t>{57});
+    EXPECT_EQ(bytes(How::TellsTooMuch), std::vector<std::int32_t>{57});
+    EXPECT_EQ(bytes(How::NeverEnds), std::vector<std::int32_t>{7});
+}
+
+TEST_F(DropTargetTest, StoredMessagesAreReadByIndex) {
+    const Text rtf("LZFu\0\1", 6);
+    const Text large(LargestMail + 100, 'x');
+    OfferStored({{HeadersStream, "Subject: one\r\n"}, {HtmlStream, large}});
+    OfferStored({{RtfStream, rtf}}, {0x12345678, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}});
+    Drop([&](DropData& data) {
+        EXPECT_EQ(data.Native()->DescriptorBytes(), m_Offered->Blocks[FormatOf(GroupDescriptor)]);
+        const auto first = data.Native()->Storage(0);
+        EXPECT_EQ(first->ClassIdText(), "{00020D0B-0000-0000-C000-000000000046}");
+        EXPECT_EQ(first->Stream(HeadersStream), "Subject: one\r\n");
+        EXPECT_EQ(first->Stream(HtmlStream)->size(), LargestMail + 1);
+        EXPECT_EQ(first->Stream(PlainStream), std::nullopt);
+        const auto second = data.Native()->Storage(1);
+        EXPECT_EQ(second->ClassIdText(), "{12345678-0000-0000-0000-000000000001}");
+        EXPECT_EQ(second->Stream(RtfStream), rtf);
+        EXPECT_EQ(data.Native()->Storage(2), nullptr);
+        EXPECT_EQ(data.Native()->Storage(-1), nullptr);
+    });
+    EXPECT_TRUE(m_Errors.empty());
+}
+
+// Media that are no storage, or not what they tell.
+TEST_F(DropTargetTest, ContentsThatLieHoldNothing) {
+    const auto plain = ComPointer<IStream>(new BadStream(BadStream::How::Fails, 3));
+    m_Offered->Contents = {
+        [&](STGMEDIUM& medium) {
+            medium.tymed = TYMED_ISTREAM;
+            medium.pstm = plain.Get();
+            plain->AddRef();
+            return S_OK;
+        },
+        [](STGMEDIUM& medium) {
+            medium.tymed = TYMED_ISTORAGE;
+            return S_OK;
+        },
+        [](STGMEDIUM& medium) {
+            medium.tymed = TYMED_HGLOBAL;
+            medium.hGlobal = GlobalAlloc(GMEM_MOVEABLE, 8);
+            return S_OK;
+        },
+        [](STGMEDIUM& medium) {
+            medium.tymed = TYMED_ISTORAGE;
+            medium.pstg = reinterpret_cast<IStorage*>(16);
+            return E_FAIL;
+        },
+    };
+    Drop([&](DropData& data) {
+        for (std::int32_t index = 0; index < 5; ++index) EXPECT_EQ(data.Native()->Storage(index), nullptr) << index;
+    });
+    EXPECT_TRUE(m_Errors.empty());
+}
+
+// Wherever the file is cut: what is read is the stream, a part of it or an error, and never more.
+TEST_F(DropTargetTest, ACutCompoundFileGivesNoMoreThanItHas) {
+    Text body;
+    while (body.size() < 20000) body += std::to_string(body.size()) + "\r\n";
+    const Text file = StoredBytes({{HeadersStream, "Subject: cut\r\n"}, {HtmlStream, body}});
+    int whole = 0, broken = 0;
+    for (size_t size = 0; size <= file.size(); size += 509) {
+        auto storage = OpenStored(file.substr(0, std::min(size + 508, file.size())));
+        if (!storage) {
+            ++broken;
+            continue;
+        }
+        m_Offered->Contents.clear();
+        m_Offered->AddStored(std::move(storage));
+        const Text read = StreamOf(HtmlStream);
+        if (read == body) {
+            ++whole;
+        } else {
+            ++broken;
+            EXPECT_TRUE(read == "-" || read[0] == '!' || read.size() <= body.size()) << size;
+        }
+    }
+    EXPECT_GT(whole, 0);
+    EXPECT_GT(broken, 3);
+}
+
+TEST_F(DropTargetTest, TheSourceIsNeverToldToDelete) {
+    m_Offered->Blocks[CF_TEXT] = "x";
+    int drops = 0;
+    const auto count = [&](DropData&) { ++drops; };
+    EXPECT_EQ(Drop(count, DROPEFFECT_LINK | DROPEFFECT_MOVE), DWORD{DROPEFFECT_LINK});
+    EXPECT_EQ(Drop(count, DROPEFFECT_MOVE), DWORD{DROPEFFECT_NONE});
+    EXPECT_EQ(drops, 1);
+    EXPECT_EQ(Drop([](DropData&) { throw Error(ErrorNumber::DiskFull); }), DWORD{DROPEFFECT_NONE});
+    EXPECT_EQ(m_Errors, std::vector<std::int32_t>{61});
+    m_Offered = {};
+    Drop([](DropData& data) {
+        EXPECT_FALSE(data.Has(PlainTextFormat));
+        EXPECT_EQ(data.Native(), nullptr);
+    });
+}
+
+// The window goes, and another drop comes, while the first one is handled.
+TEST_F(DropTargetTest, ADropOutlivesItsRegistration) {
+    m_Offered->Blocks[CF_TEXT] = "http://a";
+    const OwnedWindow window(
+        CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 99, 99, nullptr, nullptr, nullptr, nullptr));
+    Win32DropTargets targets([this](const RuntimeError& error) { m_Errors.push_back(error.Number); });
+    EXPECT_THROW(targets.Register(0, [](DropData&) {}), RuntimeError);
+    std::unique_ptr<DropRegistration> registration = targets.Register(ToWindowHandle(window.Get()), [](DropData&) {});
+    EXPECT_EQ(RegisterDragDrop(window.Get(), nullptr), E_INVALIDARG);
+    registration.reset();
+    EXPECT_EQ(RevokeDragDrop(window.Get()), DRAGDROP_E_NOTREGISTERED);
+
+    ComPointer<IDropTarget> target;
+    Text text;
+    DWORD inner = DROPEFFECT_COPY;
+    target = ComPointer<IDropTarget>(new Win32DropTarget(
+        [&](DropData& data) {
+            target->Drop(m_Offered.Get(), 0, {}, &inner);
+            target = {};
+            text = data.PlainText();
+        },
+        [](const RuntimeError&) {}));
+    DWORD effect = DROPEFFECT_COPY;
+    target.Get()->Drop(m_Offered.Get(), 0, {}, &effect);
+    EXPECT_EQ(text, "http://a");
+    EXPECT_EQ(inner, DWORD{DROPEFFECT_NONE}) << "one at a time";
+}
+
+}  // namespace
+}  // namespace tb
