@@ -40,14 +40,16 @@ function(tb_program name)
   target_link_libraries(${name} PRIVATE tb_options ${PROGRAM_USES} ${PROGRAM_LINKS})
 endfunction()
 
-# tb_test(NAME SOURCES a_test.cpp ... [USES room ...]): a GoogleTest program whose cases are found by ctest.
+# tb_test(NAME SOURCES a_test.cpp ... [USES room ...] [ALONE]): a GoogleTest program whose cases are found by ctest; they
+# run beside others, unless ALONE says that they need the keyboard's focus.
 function(tb_test name)
-  cmake_parse_arguments(TEST "" "" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(TEST "ALONE" "" "SOURCES;USES" ${ARGN})
   add_executable(${name} ${TEST_SOURCES})
   list(TRANSFORM TEST_USES PREPEND tb_)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   # Tests are built far more often than they run long.
   target_compile_options(${name} PRIVATE -O0)
   target_link_libraries(${name} PRIVATE tb_options ${TEST_USES} GTest::gmock GTest::gtest_main)
-  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 120)
+  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT 120 RUN_SERIAL "${TEST_ALONE}")
 endfunction()

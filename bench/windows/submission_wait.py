@@ -3,12 +3,11 @@
 
 Measures the 99th percentile of round trips over the channel while the program of a staged folder, of which a copy is made,
 sends 500 queued mails to the real service, against quiet blocks in turns, the medians of five each. BIN is the folder of
-the Windows programs. TBSERVICE, TBTOOL and BENCH name the native programs if they are not in build/native/bin. Needs a
-display and no other instance. Exit status 1 when the busy p99 is above the quiet one and twice one save of the store, as
-bench_submissions measures it natively, or a block was not within one run."""
+the Windows programs. TBSERVICE and TBTOOL name the native programs if they are not in build/native/bin. Needs a display
+and no other instance. Exit status 1 when the busy p99 is above the quiet one and twice one save of the list, as tbsave
+measures it on the same system, or a block was not within one run."""
 import argparse
 import contextlib
-import json
 import os
 import pathlib
 import re
@@ -22,25 +21,25 @@ import time
 from served_wait import ROOT, measure, running, wine
 
 BLOCKS = 5
-REQUESTS = 200
+REQUESTS = 500
 FILES = 500
 DEADLINE = 120
 CAPTION = "Trawlbeam Tray"
 # Of a kind that is never sent: while it is there, the program looks for others each interval.
 STAYS = "stays.x"
-# The list has this many entries in the middle of the measurement.
-SAVE = "Save/1000"
+# Of the list in the middle of the third block of five.
+ENTRIES = 1250
 
 
 def native(variable, name):
     return str(pathlib.Path(os.environ.get(variable, ROOT / "build/native/bin" / name)).resolve())
 
 
-def save_seconds():
-    done = subprocess.run([native("BENCH", "bench_submissions"), f"--benchmark_filter={SAVE}$", "--benchmark_format=json",
-                           "--benchmark_repetitions=5"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True)
-    times = [one["real_time"] for one in json.loads(done.stdout)["benchmarks"] if one["run_type"] == "iteration"]
-    return statistics.median(times) / 1000
+def save_time(bin_folder):
+    """Of one save now, in microseconds."""
+    done = subprocess.run(wine(bin_folder / "tbsave.exe", ENTRIES), stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                          text=True, check=True, timeout=DEADLINE)
+    return float(re.match(r"save_us=(\d+)", done.stdout)[1])
 
 
 class Queue:
@@ -82,6 +81,13 @@ class Queue:
         ends = [place for place, name in enumerate(names) if name == STAYS]
         return [size for size in (end - begin - 1 for begin, end in zip([-1, *ends], ends)) if size]
 
+    def wait_for_runs(self):
+        """Until the log tells of the end of the last one."""
+        deadline = time.monotonic() + DEADLINE
+        while sum(self.runs()) < self.number and time.monotonic() < deadline:
+            time.sleep(0.1)
+        return self.runs()
+
 
 @contextlib.contextmanager
 def service(folder):
@@ -103,13 +109,15 @@ def prepare(program, port):
     (program / "Data").mkdir(exist_ok=True)
     (program / "Data" / "defaults.bin").write_bytes(frame)
     (program / "Trawlbeam.ini").write_text(
-        "<INI DATE='01/01/2026 00:00:00'><SECTION name='TIMERS'><ELEMENT NAME='SUBDB_INTERVAL'>1</ELEMENT>"
-        "</SECTION></INI>")
+        "<INI DATE='01/01/2026 00:00:00'>"
+        "<SECTION name='MAIN'><ELEMENT NAME='ConfirmSubmission'>0</ELEMENT></SECTION>"
+        "<SECTION name='TIMERS'><ELEMENT NAME='SUBDB_INTERVAL'>1</ELEMENT></SECTION></INI>")
 
 
-def blocks(probe, queue):
-    """The p99 of quiet and busy blocks, and how long each run of 500 took."""
-    quiet, busy, lasted = [], [], []
+def blocks(bin_folder, queue):
+    """The p99 of quiet and busy blocks, the time of a save beside each pair, and how long each run of 500 took."""
+    quiet, busy, saves, lasted = [], [], [], []
+    probe = bin_folder / "tbprobe.exe"
 
     def busy_block():
         queue.fill()
@@ -123,13 +131,14 @@ def blocks(probe, queue):
         lasted.append(time.monotonic() - begun)
 
     for block in range(BLOCKS):
+        saves.append(save_time(bin_folder))
         # Who goes first alternates: a drift of the machine's speed favours neither.
         if block % 2:
             busy_block()
         quiet.append(measure(probe, CAPTION, REQUESTS))
         if block % 2 == 0:
             busy_block()
-    return quiet, busy, lasted
+    return quiet, busy, saves, lasted
 
 
 def main():
@@ -145,18 +154,17 @@ def main():
         command, port = stack.enter_context(service(scratch / "service"))
         prepare(program, port)
         queue = Queue(program)
-        save = [save_seconds()]
         with running(probe, CAPTION, program / "Trawlbeam.exe"):
-            quiet, busy, lasted = blocks(probe, queue)
-        save.append(save_seconds())
-        runs = queue.runs()
+            quiet, busy, saves, lasted = blocks(options.bin, queue)
+            runs = queue.wait_for_runs()
         held = len(subprocess.run([*command, "submissions", "list"], stdout=subprocess.PIPE, check=True)
                    .stdout.splitlines())
-    one_save = statistics.median(save) * 1e6
+    one_save = statistics.median(saves)
     limit = statistics.median(quiet) + 2 * one_save
     print(f"p99 quiet {statistics.median(quiet):.0f} us, while sending {statistics.median(busy):.0f} us; one save "
           f"{one_save:.0f} us, so the limit is {limit:.0f} us")
-    print(f"    quiet {[round(one) for one in quiet]}, while sending {[round(one) for one in busy]}")
+    print(f"    quiet {[round(one) for one in quiet]}, while sending {[round(one) for one in busy]}, "
+          f"saves {[round(one) for one in saves]}")
     print(f"    runs of {runs} files, {[round(one, 1) for one in lasted]} s; the service holds {held}")
     whole = runs == [FILES] * BLOCKS and held == FILES * BLOCKS
     if not whole:

@@ -244,8 +244,8 @@ Text frmController::CategoryName(const Text& id) {
 
 ElementPtr frmController::UpdateServers() {
     const App& app = m_Parts.Program;
-    // Without defaults there are no servers.
-    return app.Settings ? app.Settings->TryGlobalsElement("SERVERS", "NAME", "EVILDBSVR") : nullptr;
+    if (!app.Settings) throw Error(ErrorNumber::ObjectNotSet);
+    return app.Settings->GlobalsFindXMLElement("SERVERS", "NAME", "EVILDBSVR");
 }
 
 std::unique_ptr<Sender> frmController::MakeUpdateSender() {

@@ -3,6 +3,7 @@
 #include "components/tbBHBridge/ChannelNames.h"
 #include "platform/win32/Win32Files.h"
 #include "sitedb/EvilDB.h"
+#include "sitedb/codec/Encryption.h"
 
 namespace tb {
 
@@ -22,6 +23,7 @@ struct NoReferenceData : EvilDBHost {
 ProgramFolder::ProgramFolder() {
     std::filesystem::copy_file(BuiltProgram(ProgramName), Path() / ProgramName);
     WriteSnapshot();
+    WriteData("defaults.bin", EncryptStringChk("<Defaults/>"));
 }
 
 void ProgramFolder::WriteSnapshot() const {

@@ -102,8 +102,7 @@ TEST_F(BadInput, LeavesMemoryFlat) {
         for (int index = 0; index < count; ++index)
             m_Browser.Ask(requests.Next(requests.Below(index % 100 == 0 ? 4000 : 200)));
     };
-    // What the start left behind goes within seconds.
-    send(3000);
+    send(1000);
     const FlatMemory memory(m_Program.Process());
     send(10000);
     memory.Expect("10000 requests");

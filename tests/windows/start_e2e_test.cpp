@@ -1,5 +1,5 @@
 // Starts and exits of the real program, told by the log that it writes.
-#include <windows.h>
+#include <winsock2.h>
 
 #include <gtest/gtest.h>
 
@@ -14,17 +14,16 @@ namespace tb {
 namespace {
 
 const Text Begun = "   " + Text(80, '-') + "\n   Starting " + TRAWLBEAM_VERSION + "\n";
-// Without a service there are no defaults, and the reference data is the program's own, which has no countries.
-const Text NoDefaults =
-    "   Missing Defaults File: defaults.bin\n"
-    "   Error retrieving file head from defaults.bin\n";
+const Text NoUpdate = "   Malicious Database Update Error: 5 Invalid procedure call or argument\n";
+const Text Loaded = "   Malicious Database Load TBDB202611210900.BIN: OK\n" + NoUpdate;
+// Without a service it makes a reference file of its own, which has no countries.
 const Text NoReference =
     "   Missing Reference File: reference.bin\n"
     "   Error Retrieving Reference Data: 5 Invalid procedure call or argument\n";
-const Text NoCountries = "   Error Load Reference Data: 91 Object variable or With block variable not set\n";
-const Text NoUpdate = "   Malicious Database Update Error: 5 Invalid procedure call or argument\n";
-const Text Loaded = NoCountries + "   Malicious Database Load TBDB202611210900.BIN: OK\n" + NoUpdate;
-const Text FirstTime = NoReference + Loaded;
+const Text OwnReference = "   Error Load Reference Data: 91 Object variable or With block variable not set\n";
+const Text FirstLoaded = NoReference + OwnReference + Loaded;
+const Text SetupBegun = " D Controller StartActivity (Count = 1): Trawlbeam Setup\n";
+const Text SetupEnded = "Controller EndActivity (Count = 0): Trawlbeam Setup\n";
 const Text Shutdown = "   Trawlbeam Shutdown " TRAWLBEAM_VERSION "\n";
 
 Text Ask(const Text& fields) { return Browser().Ask(fields); }
@@ -44,11 +43,39 @@ Text WithoutSession(const Text& log) {
 TEST(StartOfTheProgram, TheFirstTimeItLosesItsLinesAndMakesItsFolders) {
     RunningProgram program;
     const std::filesystem::path folder = program.Folder().Path();
-    EXPECT_EQ(program.Folder().Log(), FirstTime);
+    EXPECT_EQ(program.Folder().Log(), FirstLoaded);
     for (const char* made : {"Log", "Data\\InProcess", "Data\\InProcess\\Error"}) {
         EXPECT_TRUE(std::filesystem::is_directory(folder / made)) << made;
     }
     EXPECT_EQ(program.Folder().Settings().find("AutoUpdate"), Text::npos) << "defaults are kept in memory";
+    EXPECT_EQ(Ask("Check\thttps://phish.test/x"), RunningProgram::Blocked);
+}
+
+// Whether something listens where the defaults come from.
+bool ServiceRuns() {
+    WSADATA data{};
+    WSAStartup(MAKEWORD(2, 2), &data);
+    const SOCKET socket = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in service{};
+    service.sin_family = AF_INET;
+    service.sin_port = htons(8765);
+    service.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const bool runs = connect(socket, reinterpret_cast<sockaddr*>(&service), sizeof service) == 0;
+    closesocket(socket);
+    WSACleanup();
+    return runs;
+}
+
+TEST(StartOfTheProgram, WithoutDefaultsAndServiceItRunsOn) {
+    if (ServiceRuns()) GTEST_SKIP() << "a service runs on this machine";
+    const auto folder = std::make_shared<ProgramFolder>();
+    std::filesystem::create_directory(folder->Path() / "Log");
+    std::filesystem::remove(folder->Path() / "Data" / "defaults.bin");
+    const RunningProgram program(folder);
+    EXPECT_EQ(folder->Log(), Begun +
+                                 "   Missing Defaults File: defaults.bin\n"
+                                 "   Error retrieving file head from defaults.bin\n" +
+                                 FirstLoaded);
     EXPECT_EQ(Ask("Check\thttps://phish.test/x"), RunningProgram::Blocked);
 }
 
@@ -59,46 +86,37 @@ TEST(StartOfTheProgram, TheSecondTimeItTellsThatItStarts) {
         EXPECT_EQ(RunningProgram::ExitThroughTray(true), 0U);
         EXPECT_EQ(first.WaitForEnd(), 0U);
     }
-    EXPECT_EQ(folder->Log(), FirstTime + Shutdown);
+    EXPECT_EQ(folder->Log(), FirstLoaded + Shutdown);
     const RunningProgram second(folder);
-    EXPECT_EQ(folder->Log(), FirstTime + Shutdown + Begun + NoDefaults + Loaded);
-    const auto names = Win32Files().List(folder->Path() / "Log");
-    ASSERT_EQ(names.size(), 1U);
-    SYSTEMTIME now{};
-    GetLocalTime(&now);
-    const int month = now.wYear * 100 + now.wMonth;
-    EXPECT_EQ(names[0], "Trawlbeam" + std::to_string(month) + ".log");
-    Win32Files files;
-    const Text line = ReadWholeFile(files, folder->Path() / "Log" / names[0]).substr(0, 19);
-    EXPECT_EQ(FormatDateTime(ParseDate(line)), line);
+    EXPECT_EQ(folder->Log(), FirstLoaded + Shutdown + Begun + OwnReference + Loaded);
 }
 
 TEST(StartOfTheProgram, InDebugModeItTellsEachStep) {
     const auto folder = std::make_shared<ProgramFolder>();
     folder->WriteSetting("Main", DebugSwitch(), "1");
     std::filesystem::create_directory(folder->Path() / "Log");
-    RunningProgram program(folder);
-    // The channel answers a moment before the start is over.
-    const Text last = "Controller EndActivity (Count = 0): Trawlbeam Setup";
-    ASSERT_TRUE(Eventually([&] { return folder->Log().find(last) != Text::npos; })) << folder->Log();
+    RunningProgram program(folder, SetupEnded);
     Text log = WithoutSession(folder->Log());
     // The submission timer has a phase of its own in each run: 60 to 70 seconds.
     const size_t phase = log.find("Submission Timer 6");
     ASSERT_NE(phase, Text::npos) << log;
     log.replace(phase + 17, log.find(" seconds", phase) - phase - 17, "N");
-    EXPECT_EQ(log, Begun + " D Trawlbeam.ini initialized\n" + NoDefaults +
-                       " D Controller StartActivity (Count = 1): Trawlbeam Setup\n" + NoReference + NoCountries +
+    EXPECT_EQ(log, Begun + " D Trawlbeam.ini initialized\n" + SetupBegun + NoReference + OwnReference +
                        "   Malicious Database Load TBDB202611210900.BIN: 2\n" + NoUpdate +
                        " D Submission Timer N seconds\n"
                        " D EvilDB Timer 60 seconds\n"
                        " D FreeMem Timer 1800 seconds\n"
-                       " D Controller EndActivity (Count = 0): Trawlbeam Setup\n");
+                       " D " +
+                       SetupEnded);
     const HWND diagnostics = FindWindowA(NormalClasses.Window, "Trawlbeam Controller Debug");
     EXPECT_TRUE(IsWindowVisible(diagnostics));
     // Closing it by its frame does not end the program.
     SendMessageA(diagnostics, WM_CLOSE, 0, 0);
     EXPECT_EQ(Ask("Check\thttps://phish.test"), RunningProgram::Blocked);
 }
+
+// In debug mode. The settings are gone before the last line, which is therefore written in any mode.
+Text StopAt(const Text& line) { return " D " + line + "\n D Trawlbeam AllDone\n D " + SetupEnded; }
 
 // It waits for the first to go, in steps of five seconds; here the first goes at once, and in its place another
 // folder's program holds the channel.
@@ -108,30 +126,24 @@ TEST(StartOfTheProgram, TheSecondInstanceWaitsWakesAndEnds) {
     const ProgramFolder folder;
     std::filesystem::create_directory(folder.Path() / "Log");
     const auto program = folder.Path() / "Trawlbeam.exe";
-    const Text running = Begun + NoDefaults + FirstTime;
-    const Text waiting = running + Begun + " D Trawlbeam.ini initialized\n" + NoDefaults +
-                         " D Controller StartActivity (Count = 1): Trawlbeam Setup\n"
+    const Text alone = Begun + FirstLoaded;
+    const Text waiting = alone + Begun + " D Trawlbeam.ini initialized\n" + SetupBegun +
                          "   Trawlbeam CheckNameAndPreviousInstance - App.PrevInstance TRUE\n"
                          "   Trawlbeam Sleeping while App.PrevInstance (0)\n";
-    RunningProgram other(woken);
+    RunningProgram other(woken, SetupEnded);
     {
         auto first = std::make_unique<ProgramProcess>(program);
-        ASSERT_TRUE(Eventually([&] { return folder.Log() == running; })) << folder.Log();
+        ASSERT_TRUE(Eventually([&] { return folder.Log() == alone; })) << folder.Log();
         folder.WriteSetting("Main", DebugSwitch(), "1");
         const ProgramProcess second(program);
         ASSERT_TRUE(Eventually([&] { return WithoutSession(folder.Log()) == waiting; })) << folder.Log();
         first.reset();
         EXPECT_EQ(second.WaitForEnd(30000), 0U);
     }
-    // The settings are gone before the last line, which is therefore written in any mode.
     EXPECT_EQ(WithoutSession(folder.Log()),
-              waiting +
-                  "   Trawlbeam CheckNameAndPreviousInstance - App.PrevInstance, send TBWAKEUP\n"
-                  " D CheckNameAndPrevInstance TRUE, exiting\n"
-                  " D Trawlbeam AllDone\n"
-                  " D Controller EndActivity (Count = 0): Trawlbeam Setup\n");
-    const Text lines = WithoutSession(other.Log());
-    EXPECT_NE(lines.find(" D There is no window frmMain\n"), Text::npos) << lines;
+              waiting + "   Trawlbeam CheckNameAndPreviousInstance - App.PrevInstance, send TBWAKEUP\n" +
+                  StopAt("CheckNameAndPrevInstance TRUE, exiting"));
+    EXPECT_EQ(WithoutSession(other.Log()), " D There is no window frmMain\n");
 }
 
 // The strings of the resources 96, of the skin's range, and 101, of the agent's number, as the program file has them:
@@ -163,27 +175,54 @@ TEST(StartOfTheProgram, StopsWithoutASkin) {
     const ProgramFolder folder;
     ReplaceStrings(folder, "256-29x", "1");
     EXPECT_EQ(ProgramProcess(folder.Path() / "Trawlbeam.exe").WaitForEnd(), 0U);
-    EXPECT_EQ(folder.Log(), Begun + NoDefaults + "   Error Read Skin XML: Type mismatch\n   ReadSkinXML Failure\n");
+    EXPECT_EQ(folder.Log(), Begun + "   Error Read Skin XML: Type mismatch\n   ReadSkinXML Failure\n");
 }
 
-// Before there is a skin, and with it.
+// The program shows a message and waits for the user, who presses its button; the status with which it ends.
+DWORD EndAfterItsMessage(const ProgramFolder& folder) {
+    const ProgramProcess program(folder.Path() / "Trawlbeam.exe");
+    HWND box = nullptr;
+    EXPECT_TRUE(Eventually([&] { return (box = FindWindowA("#32770", "Trawlbeam")) != nullptr; }));
+    DWORD owner = 0;
+    GetWindowThreadProcessId(box, &owner);
+    EXPECT_EQ(owner, program.Id());
+    EXPECT_EQ(program.WaitForEnd(0), static_cast<DWORD>(STILL_ACTIVE)) << "it waits for the user";
+    PostMessageA(box, WM_COMMAND, IDOK, 0);
+    return program.WaitForEnd();
+}
+
 TEST(StartOfTheProgram, AnUnexpectedErrorIsShownAndEndsIt) {
     const OnlyProgram only;
-    for (const bool early : {true, false}) {
-        const ProgramFolder folder;
-        ReplaceStrings(folder, "256-296", early ? "x" : "1");
-        folder.WriteSetting("Main", "BackColor", "no number");
-        const ProgramProcess program(folder.Path() / "Trawlbeam.exe");
-        HWND box = nullptr;
-        ASSERT_TRUE(Eventually([&] { return (box = FindWindowA("#32770", "Trawlbeam")) != nullptr; }));
-        DWORD owner = 0;
-        GetWindowThreadProcessId(box, &owner);
-        EXPECT_EQ(owner, program.Id());
-        EXPECT_EQ(program.WaitForEnd(0), static_cast<DWORD>(STILL_ACTIVE)) << "it waits for the user";
-        PostMessageA(box, WM_COMMAND, IDOK, 0);
-        EXPECT_EQ(program.WaitForEnd(), 1U);
-        EXPECT_EQ(folder.Log(), (early ? "" : Begun + NoDefaults) + "   Trawlbeam error: 13 Type mismatch\n");
-    }
+    const Text error = "   Trawlbeam error: 13 Type mismatch\n";
+    const ProgramFolder first;
+    ReplaceStrings(first, "256-296", "x");
+    EXPECT_EQ(EndAfterItsMessage(first), 1U);
+    EXPECT_EQ(first.Log(), error) << "the agent's number comes before all else";
+    const ProgramFolder later;
+    later.WriteSetting("Main", "BackColor", "no number");
+    std::filesystem::create_directory(later.Path() / "Log");
+    EXPECT_EQ(EndAfterItsMessage(later), 1U);
+    EXPECT_EQ(later.Log(), Begun + error);
+}
+
+TEST(StartOfTheProgram, ADataFileThatDoesNotLoadStopsIt) {
+    const OnlyProgram only;
+    const ProgramFolder defaults;
+    std::filesystem::create_directory(defaults.Path() / "Log");
+    defaults.WriteData("defaults.bin", "no frame");
+    EXPECT_EQ(ProgramProcess(defaults.Path() / "Trawlbeam.exe").WaitForEnd(), 0U);
+    const Text noFrame = "   Error ChkEncryptString: 5 Invalid procedure call or argument\n";
+    EXPECT_EQ(defaults.Log(), Begun + noFrame + "   Load defaults format error\n   CheckLoadDefaults TRUE, exiting\n");
+    const ProgramFolder reference;
+    std::filesystem::create_directory(reference.Path() / "Log");
+    reference.WriteSetting("Main", DebugSwitch(), "1");
+    reference.WriteData("reference.bin", "no frame");
+    EXPECT_EQ(EndAfterItsMessage(reference), 0U);
+    EXPECT_EQ(WithoutSession(reference.Log()),
+              Begun + " D Trawlbeam.ini initialized\n" + SetupBegun + noFrame +
+                  "   Load reference data format error\n   Error Load Reference Data: 0 \n"
+                  "   Error TrawlMain: LoadReferenceData 0 \n" +
+                  StopAt("CheckLoadReferenceData TRUE, exiting"));
 }
 
 TEST(ExitOfTheProgram, AsksAndWithNoGoesOn) {
@@ -267,11 +306,6 @@ TEST(ProgramFile, HoldsTheSkinOfItsDeployment) {
         skin.append(room, static_cast<size_t>(length));
         pieces += length > 0 ? 1 : 0;
     }
-    char text[16] = "";
-    LoadStringA(file, 96, text, sizeof text);
-    EXPECT_STREQ(text, "256-296");
-    LoadStringA(file, 101, text, sizeof text);
-    EXPECT_STREQ(text, "1");
     FreeLibrary(file);
     EXPECT_GT(pieces, 1);
     Win32Files files;

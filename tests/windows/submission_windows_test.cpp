@@ -46,8 +46,7 @@ protected:
                                                                       [] {}});
     }
 
-    // Presses the keys in the dialog, one after the other while it is open, and gives back what it says. With Alt down
-    // for a key in brackets.
+    // Presses the keys in the dialog, one after the other while it is open, and gives back what it says.
     Text Press(QualifiersDialog& dialog, const std::vector<WPARAM>& keys) {
         Form clock(m_Forms, "frmClock");
         Timer& timer = clock.Add<Timer>("tm");
@@ -104,6 +103,23 @@ TEST_F(SubmissionWindowsTest, TheDialogIsUsedByKeys) {
     QualifiersDialog dialog(Program, Log);
     Setup(dialog, "9");
     EXPECT_EQ(Press(dialog, {VK_RETURN}), "1 0 3") << "nothing is chosen that the user has not chosen";
+}
+
+TEST_F(SubmissionWindowsTest, AltAndALetterPressAButton) {
+    auto window = Window();
+    window->Show();
+    int presses = 0;
+    window->cmdUpdateStatus.ClickEvent.Connect([&] { ++presses; });
+    const auto press = [&](WPARAM letter) {
+        constexpr LPARAM AltDown = 1 << 29;
+        PostMessageA(ToHwnd(window->hWnd()), WM_SYSCHAR, letter, AltDown);
+        ServeWaitingMessages();
+    };
+    press('x');
+    EXPECT_EQ(presses, 0);
+    press('u');
+    EXPECT_EQ(presses, 1);
+    window->Unload();
 }
 
 TEST_F(SubmissionWindowsTest, TheDialogShowsLiteralTextAboveAllOthers) {

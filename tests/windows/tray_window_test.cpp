@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "components/tbBHBridge/ChannelNames.h"
-#include "platform/win32/ReplyWindow.h"
 #include "platform/win32/Win32Sound.h"
 #include "platform/win32/Win32TrayIcon.h"
 #include "platform/win32/Win32WindowText.h"
@@ -64,13 +63,11 @@ protected:
     };
     CountedTrayIcon m_Icon{m_Failed};
     Win32WindowText m_Windows;
-    BrowserChannel m_Channel{[](const std::vector<Text>& args, Text& reply) { reply = "judged " + args.back(); }};
     Win32WindowSystem m_System{{NormalClasses.Window, NormalClasses.TextBox}, m_Failed};
     Forms m_Forms{&m_System};
-    frmSysTray m_Tray{
-        m_Forms,
-        {m_Icon, m_Windows, WindowsVersion{2, 6, 1}, [this](const Text& line) { return m_Channel.Handle(line); },
-         [this](const Text& line) { m_Failures.push_back(line); }}};
+    frmSysTray m_Tray{m_Forms,
+                      {m_Icon, m_Windows, WindowsVersion{2, 6, 1}, [](const Text&) { return ChannelResult(); },
+                       [this](const Text& line) { m_Failures.push_back(line); }}};
 };
 
 TEST_F(TrayWindowTest, TheIconIsShownChangedAndTakenAway) {
@@ -103,23 +100,6 @@ TEST_F(TrayWindowTest, TheMenuShowsItsItemsInOrder) {
     EXPECT_EQ(OpenMenu(GetCurrentProcessId()), nullptr);
     TrayMenu::Open(Window(), {VK_DOWN, VK_DOWN, VK_RETURN});
     EXPECT_EQ(m_Events, "down2 down2 click menu1 ");
-    EXPECT_TRUE(m_Failures.empty());
-}
-
-TEST_F(TrayWindowTest, RequestsAreAnsweredThroughTheBox) {
-    const WindowHandle top = m_Windows.FindTopLevel(NormalClasses.Window, m_Tray.Caption());
-    ASSERT_EQ(top, m_Tray.hWnd());
-    const WindowHandle box = m_Windows.FindChild(top, NormalClasses.TextBox);
-    ASSERT_NE(box, 0);
-    EXPECT_EQ(GetWindow(Window(), GW_CHILD), ToHwnd(box)) << "clients take the first child";
-    ReplyWindow reply;
-    m_Windows.SendText(box, std::to_string(reply.Window()) + "\tCheck\thttp://x/");
-    EXPECT_EQ(reply.Take(), "judged http://x/");
-    EXPECT_EQ(GetWindowTextLengthA(ToHwnd(box)), 0);
-    m_Windows.SendText(box, "TBWAKEUP");
-    EXPECT_EQ(m_Events, "double1 ");
-    SendMessageA(Window(), WM_CLOSE, 0, 0);
-    EXPECT_TRUE(IsWindow(Window()));
     EXPECT_TRUE(m_Failures.empty());
 }
 

@@ -95,24 +95,6 @@ TEST_F(UiWindowTest, AHiddenBoxTakesEveryTextOfOthers) {
     EXPECT_EQ(seen.size(), texts.size());
 }
 
-// While a handler waits, another sender is served inside; neither text is lost or mixed with the other.
-TEST_F(UiWindowTest, ABoxServesAnotherSenderWhileAHandlerWaits) {
-    m_Box.SetVisible(false);
-    m_Form.Load();
-    std::vector<Text> events;
-    m_Box.ChangeEvent.Connect([&] {
-        const Text text = m_Box.GetText();
-        if (text.empty()) return;
-        events.push_back("begin " + text);
-        if (text == "outer") SendFromOutside(Child(), "inner");
-        events.push_back("end " + text);
-        m_Box.SetText("");
-    });
-    SendFromOutside(Child(), "outer");
-    EXPECT_EQ(events, (std::vector<Text>{"begin outer", "begin inner", "end inner", "end outer"}));
-    EXPECT_EQ(TextOf(Child()), "");
-}
-
 // A client names the reply window; the values that mean every window must not reach them all.
 TEST_F(UiWindowTest, ATextForEveryWindowReachesNone) {
     m_Form.SetCaption("Title");

@@ -11,7 +11,7 @@ namespace {
 
 Text HeadOf(const httplib::Response& answer) {
     Text head = answer.version + " " + std::to_string(answer.status) + " " + answer.reason + "\r\n";
-    for (const auto& [name, value] : answer.headers) head += name + ": " + value + "\r\n";
+    for (const auto& [name, value] : answer.headers) head.append(name).append(": ").append(value).append("\r\n");
     return head;
 }
 

@@ -7,8 +7,8 @@ MAILS is a folder, searched for *.txt, or a package of them (.tgz). Line ends ar
 is compared with what was dropped, byte for byte: headers with the empty line behind them, the body and the CR LF that
 the queue puts behind it, and the fields From and Subject. A refused mail must be the repeat of an earlier one, which is
 named: by the client, one with the same fingerprint (the sum of its body's bytes); by the service, one with the same
-body. Prints the counts, with --names each mail that was refused and the earlier one. Exit status 1 when a mail is lost or differs, or a count is not as expected. Loopback only; the
-service that it starts ends with it."""
+body. Prints the counts, with --names each mail that was refused and the earlier one. Exit status 1 when a mail is lost or
+differs, or a count is not as expected. Loopback only; the service that it starts ends with it."""
 import argparse
 import collections
 import concurrent.futures
@@ -149,7 +149,7 @@ class Account:
         for identifier in listed.keys() ^ self.ids.keys():
             self.blame("differing", self.ids.get(identifier, "?"), f"{identifier} is on one side only")
         for identifier in self.store.keys() ^ self.ids.keys():
-            self.blame("differing", self.ids.get(identifier, "?"), f"{identifier} is not in the client's list, or should not be")
+            self.blame("differing", self.ids.get(identifier, "?"), f"{identifier} is wrongly in or out of the client's list")
         common = sorted(listed.keys() & self.ids.keys())
         with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
             for identifier, problem in zip(common, pool.map(lambda one: self.differs(service, one), common)):
