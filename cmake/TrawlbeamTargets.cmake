@@ -53,3 +53,48 @@ function(tb_test name)
   gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
     PROPERTIES TIMEOUT 120 RUN_SERIAL "${TEST_ALONE}")
 endfunction()
+
+# What lies in a program folder is built twice: as this version, into bin/, and as the version after it, into bin/next/,
+# which the tests of the update publish.
+math(EXPR next_patch "${PROJECT_VERSION_PATCH} + 1")
+set(TRAWLBEAM_NEXT_VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}.${next_patch})
+
+# tb_installed(NAME FILE file DESCRIPTION text SOURCES a.cpp ... [RESOURCES a.rc NEEDS a.ico ...] [USES room ...]
+# [LINKS library ...]): a program or component that is installed and replaced by updates, with a version resource. It is
+# a library unless the file is an .exe. Its sources know their version as TRAWLBEAM_VERSION, a string. NEEDS names the
+# files that its resources take in.
+function(tb_installed name)
+  cmake_parse_arguments(PART "" "FILE;DESCRIPTION" "SOURCES;RESOURCES;NEEDS;USES;LINKS" ${ARGN})
+  list(TRANSFORM PART_USES PREPEND tb_)
+  get_filename_component(stem ${PART_FILE} NAME_WLE)
+  get_filename_component(suffix ${PART_FILE} LAST_EXT)
+  foreach(edition IN ITEMS "" _next)
+    set(version ${PROJECT_VERSION})
+    set(folder "")
+    if(edition)
+      set(version ${TRAWLBEAM_NEXT_VERSION})
+      set(folder /next)
+    endif()
+    set(target ${name}${edition})
+    if(suffix STREQUAL ".exe")
+      set(file_type VFT_APP)
+      add_executable(${target} WIN32 ${PART_SOURCES})
+    else()
+      set(file_type VFT_DLL)
+      add_library(${target} SHARED ${PART_SOURCES})
+      target_link_options(${target} PRIVATE -Wl,--exclude-all-symbols)
+    endif()
+    string(REPLACE . , file_version ${version}.0)
+    set(resources ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+    list(TRANSFORM PART_RESOURCES REPLACE "(.+)" "#include \"\\1\"\n" OUTPUT_VARIABLE includes)
+    string(REPLACE ";" "" includes "${includes}")
+    configure_file(${CMAKE_SOURCE_DIR}/cmake/Installed.rc.in ${resources} @ONLY)
+    set_source_files_properties(${resources} PROPERTIES OBJECT_DEPENDS "${PART_RESOURCES};${PART_NEEDS}")
+    target_sources(${target} PRIVATE ${resources})
+    set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME ${stem} SUFFIX ${suffix}
+      RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin${folder} ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib${folder})
+    target_compile_definitions(${target} PRIVATE TRAWLBEAM_VERSION="${version}")
+    target_include_directories(${target} PRIVATE ${CMAKE_BINARY_DIR}/generated)
+    target_link_libraries(${target} PRIVATE tb_options ${PART_USES} ${PART_LINKS})
+  endforeach()
+endfunction()

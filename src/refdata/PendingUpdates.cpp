@@ -5,9 +5,9 @@
 
 namespace tb {
 
-std::filesystem::path UpdatesFolder(const App& app) { return app.Path() / "Updates"; }
+std::filesystem::path UpdatesFolder(const App& app) { return app.Path() / UpdatesFolderName; }
 
-std::filesystem::path BackupFolder(const App& app) { return UpdatesFolder(app) / "Backup"; }
+std::filesystem::path BackupFolder(const App& app) { return UpdatesFolder(app) / BackupFolderName; }
 
 std::filesystem::path PendingManifest(const App& app) { return UpdatesFolder(app) / TextPath(ManifestName); }
 

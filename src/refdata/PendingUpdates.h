@@ -5,12 +5,10 @@
 #include <filesystem>
 
 #include "base/log.h"
+#include "refdata/manifest/UpdateManifest.h"
 #include "shell/helpers/App.h"
 
 namespace tb {
-
-inline constexpr TextView ManifestName = "updates.xml";
-inline constexpr TextView UpdaterName = "tbUpdater.exe";
 
 // "Updates" in the program's folder: the staged files and the pending manifest.
 std::filesystem::path UpdatesFolder(const App& app);

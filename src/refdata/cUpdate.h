@@ -9,7 +9,7 @@
 #include "base/event.h"
 #include "components/tbXML/Element.h"
 #include "refdata/ServiceAccess.h"
-#include "refdata/UpdateManifest.h"
+#include "refdata/manifest/UpdateManifest.h"
 
 namespace tb {
 

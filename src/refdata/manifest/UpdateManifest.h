@@ -9,6 +9,13 @@
 
 namespace tb {
 
+// In the folder of staged files.
+inline constexpr TextView ManifestName = "updates.xml";
+inline constexpr TextView UpdaterName = "tbUpdater.exe";
+// In the program's folder, and in that one.
+inline constexpr const char* UpdatesFolderName = "Updates";
+inline constexpr const char* BackupFolderName = "Backup";
+
 // What a child tells of its file.
 struct UpdateFile {
     Text FILE;

@@ -1,11 +1,10 @@
-#include "refdata/UpdateManifest.h"
+#include "refdata/manifest/UpdateManifest.h"
 
 #include <algorithm>
 #include <array>
 
 #include "base/errors.h"
 #include "base/numbers.h"
-#include "refdata/PendingUpdates.h"
 
 namespace tb {
 
