@@ -58,6 +58,12 @@ endfunction()
 # which the tests of the update publish.
 math(EXPR next_patch "${PROJECT_VERSION_PATCH} + 1")
 set(TRAWLBEAM_NEXT_VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}.${next_patch})
+# The targets program_folder and program_folder_next make all of it. The global property TRAWLBEAM_INSTALLED names the
+# files, in the folders bin/ and bin/next/.
+if(WIN32)
+  add_custom_target(program_folder ALL)
+  add_custom_target(program_folder_next ALL)
+endif()
 
 # tb_installed(NAME FILE file DESCRIPTION text SOURCES a.cpp ... [RESOURCES a.rc NEEDS a.ico ...] [USES room ...]
 # [LINKS library ...]): a program or component that is installed and replaced by updates, with a version resource. It is
@@ -96,5 +102,7 @@ function(tb_installed name)
     target_compile_definitions(${target} PRIVATE TRAWLBEAM_VERSION="${version}")
     target_include_directories(${target} PRIVATE ${CMAKE_BINARY_DIR}/generated)
     target_link_libraries(${target} PRIVATE tb_options ${PART_USES} ${PART_LINKS})
+    add_dependencies(program_folder${edition} ${target})
   endforeach()
+  set_property(GLOBAL APPEND PROPERTY TRAWLBEAM_INSTALLED ${PART_FILE})
 endfunction()

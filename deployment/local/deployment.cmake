@@ -6,3 +6,6 @@ set(TRAWLBEAM_PRODUCT_NAME "Trawlbeam")
 set(TRAWLBEAM_HOME_PAGE "http://127.0.0.1:8765/")
 # Base address of the numbered servers, 1 to 10 for "{?}", that the very first defaults come from.
 set(TRAWLBEAM_SERVER_TEMPLATE "http://127.0.0.{?}:8765/Reference")
+# The public key that program updates must be signed with, the line of the file PREFIX.pub that `tbtool keygen` writes.
+# Empty: they are taken unsigned.
+set(TRAWLBEAM_UPDATE_KEY "")

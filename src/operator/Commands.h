@@ -22,4 +22,10 @@ void UnframeCommand(const std::vector<Text>& words);
 void SnapshotSaveCommand(const std::vector<Text>& words);
 void SnapshotShowCommand(const std::vector<Text>& words);
 
+// Makes a pair of keys for program updates; writes the manifest of a staged folder; signs one. They also raise a
+// SigningError or a ReleaseError.
+void KeygenCommand(const std::vector<Text>& words);
+void ManifestCommand(const std::vector<Text>& words);
+void SignCommand(const std::vector<Text>& words);
+
 }  // namespace tb

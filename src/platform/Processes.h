@@ -15,6 +15,8 @@ public:
     virtual std::filesystem::path Executable() = 0;
     // Whether another process runs the same file. Asked anew each time.
     virtual bool IsPreviousInstance() = 0;
+    // Whether another process runs the file of that name in this program's folder. Asked anew each time.
+    virtual bool IsRunningBeside(const Text& fileName) = 0;
     // Whether a module of that file name is loaded in this process, case aside.
     virtual bool IsModuleLoaded(const Text& fileName) = 0;
     // Starts a command line in a normal window without waiting for it: the process number, or 0.

@@ -3,6 +3,7 @@
 
 #include "base/log.h"
 #include "components/tbSender/Sender.h"
+#include "platform/Signatures.h"
 #include "shell/helpers/App.h"
 
 namespace tb {
@@ -13,6 +14,8 @@ struct ServiceAccess {
     LogSink& Log;
     // Gives each exchange a sender of its own.
     SenderFactory MakeSender;
+    // Checks what the services have signed; null checks nothing, and then nothing that must be signed is taken.
+    tb::Signatures* Signatures = nullptr;
 
     // Error 91 before the settings exist and after they have gone.
     xmlINI& Settings() const;

@@ -50,6 +50,7 @@ std::int16_t cUpdate::Check(bool manual) {
         return NothingStaged;
     }
     ClearPending();
+    if (MustBeSigned() && IsOlder(number)) return Failed;
     if (!IsNew(number) && !Program().NeedToUpdate) return UpToDate(manual);
     return Stage(*sender, *manifest, previous);
 }
@@ -140,6 +141,7 @@ std::int16_t cUpdate::UpToDate(bool manual) {
 
 std::int16_t cUpdate::Stage(Sender& sender, const Element& manifest, const Text& previous) {
     if (!AreFilesSound(manifest)) return Failed;
+    if (MustBeSigned() && !IsSigned(sender, manifest)) return NeedToExit() ? Cancel(previous) : Failed;
     const Text folder = manifest.FindAttributeValue("VERSION");
     EnsureDirectory(Program(), BackupFolder(Program()) / TextPath(folder));
     const auto total = static_cast<double>(TotalDownloadSize(manifest));

@@ -1,7 +1,8 @@
 // One check for a program update: fetches the manifest, stages the files that are newer than the installed ones, and
-// stores the manifest beside them for the updater. Folders and lines: docs/formats/update-manifest.md.
-// Thread: the user-interface thread. Each exchange serves messages, so a handler may ask for the end of the check, and
-// the program's settings may go meanwhile; the check then ends with an error's line.
+// stores the manifest beside them for the updater. Folders and lines: docs/formats/update-manifest.md. Where the
+// deployment names a key, only what is signed with it is taken: the manifest before the first download, each file
+// before it is put anywhere. Thread: the user-interface thread. Each exchange serves messages, so a handler may ask for
+// the end of the check, and the program's settings may go meanwhile; the check then ends with an error's line.
 #pragma once
 
 #include <functional>
@@ -29,8 +30,8 @@ public:
     void StopUpdate(bool stop) { m_StopUpdate = stop; }
 
     // How many files wait for the updater now: 0 when there is nothing new, after a stop and after an error that cut
-    // the check short; -1 when there was no manifest or a file failed. Only a result above 0 has made something
-    // pending. With `Manual` the user is told that the program is current. The installed files are those of
+    // the check short; -1 when there was no manifest, it was refused, or a file failed. Only a result above 0 has made
+    // something pending. With `Manual` the user is told that the program is current. The installed files are those of
     // App::Components.
     std::int16_t DoCheckForUpdates(bool Manual) noexcept;
 
@@ -53,6 +54,15 @@ private:
     std::int16_t Stage(Sender& sender, const Element& manifest, const Text& previous);
     std::int16_t Finish(const Element& manifest, const Staged& staged);
     std::int16_t Cancel(const Text& previous);
+
+    // The deployment names a key.
+    bool MustBeSigned() const { return !Program().Product.UpdateKey.empty(); }
+    bool IsOlder(std::int32_t number);
+    // The service has a signature of the manifest by the key; else a line.
+    bool IsSigned(Sender& sender, const Element& manifest);
+    bool IsSignedFile(const UpdateFile& file, const std::filesystem::path& local);
+    // A line.
+    void LogRefusal(const Text& reason) const { Log("Update refused: " + reason); }
 
     // Every file of the manifest can be taken for one; else a line.
     bool AreFilesSound(const Element& manifest);

@@ -65,6 +65,11 @@ bool cUpdate::Fetch(Sender& sender, const UpdateFile& file, const Text& folder, 
         Log("   Download file " + name + " failure: " + error);
         return false;
     }
+    if (MustBeSigned() && !IsSignedFile(file, local)) {
+        // Nor is anything kept of what came with it.
+        ClearPending();
+        return false;
+    }
     SetFileDates(Program().System.Files, local, file.CreatedDate, file.AccessedDate, file.ModifiedDate, true);
     Log("   Received download file: " + name + " " + file.VERSION + " " + std::to_string(file.SIZE) + " success");
     const bool whole = HasSize(file, local);

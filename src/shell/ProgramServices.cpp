@@ -8,6 +8,15 @@ constexpr std::int16_t SubmissionPanel = 2;
 
 }  // namespace
 
+void ProgramServices::CheckForUpdates() {
+    cUpdate updater(m_Parts.Access, [this] {
+        frmController* const controller = m_Parts.Controller();
+        return controller != nullptr && controller->Controller().NeedToExit();
+    });
+    updater.LogMessage.Connect([this](const Text& line, LogLevel level) { m_Parts.Access.Log.WriteLog(line, level); });
+    m_Updates.CheckForUpdates(updater, false);
+}
+
 void ProgramServices::SetupSubmissions() {
     oSubmissionDB = std::make_shared<SubmissionDB>(SubmissionDB::Parts{m_Parts.Access, m_Parts.Formats, m_Dialogs});
     oSubmissionDB->LogMessage.Connect(

@@ -1,6 +1,8 @@
-// What the controller drives, as the program has it: the version report, the submissions and their windows.
+// What the controller drives, as the program has it: the version report, the program's updates, the
+// submissions and their windows.
 #pragma once
 
+#include "refdata/UpdateCheck.h"
 #include "refdata/VersionReport.h"
 #include "shell/cController.h"
 #include "shell/frmController.h"
@@ -21,9 +23,11 @@ public:
         std::function<frmController*()> Controller;
     };
 
-    explicit ProgramServices(Parts parts) : m_Parts(std::move(parts)) {}
+    explicit ProgramServices(Parts parts) : m_Parts(std::move(parts)), m_Updates(m_Parts.Access) {}
 
     bool SendVersions() override { return VersionReport(m_Parts.Access).SendVersions(); }
+    bool CanUpdate(Text& reason) override { return m_Updates.CanUpdate(false, reason); }
+    void CheckForUpdates() override;
     void SetupSubmissions() override;
     void ProcessSubmissions() override;
     void DropSubmissions() override;
@@ -41,6 +45,7 @@ private:
     frmController& Controller() const;
 
     Parts m_Parts;
+    UpdateCheck m_Updates;
     SubCatWindows m_Dialogs{m_Parts.Forms, m_Parts.Access.Program};
     std::shared_ptr<SubmissionDB> oSubmissionDB;
     std::shared_ptr<frmSubmissions> m_Window;

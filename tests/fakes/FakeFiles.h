@@ -22,6 +22,8 @@ public:
     std::set<Path> Folders;
     std::set<Path> ReadOnly;
     std::map<Path, FileTimes> Dates;
+    // Libraries that a process has loaded: they can be read and moved, not replaced nor deleted.
+    std::set<Path> Loaded;
     // The moment at which files are written.
     Date Present;
     // Hours that local time is ahead of universal time.
@@ -58,7 +60,8 @@ public:
         Count();
         RequireFile(from);
         RequireFolder(to);
-        RefuseIf(IsOpen(from) || IsOpen(to));
+        RefuseIf(IsOpen(from) || IsOpen(to) || Loaded.count(to) > 0);
+        if (Loaded.erase(from) > 0) Loaded.insert(to);
         Contents[to] = std::move(Contents[from]);
         Dates[to] = Dates[from];
         Contents.erase(from);
@@ -66,7 +69,7 @@ public:
     void Delete(const Path& path) override {
         Count();
         RequireFile(path);
-        RefuseIf(IsOpen(path) || IsReadOnly(path));
+        RefuseIf(IsOpen(path) || IsReadOnly(path) || Loaded.count(path) > 0);
         Contents.erase(path);
     }
     bool IsReadOnly(const Path& path) override { return ReadOnly.count(path) > 0; }

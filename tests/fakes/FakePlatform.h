@@ -70,6 +70,7 @@ class FakeProcesses : public Processes {
 public:
     std::filesystem::path Executable() override { return File; }
     bool IsPreviousInstance() override { return PreviousInstances > 0 && PreviousInstances-- > 0; }
+    bool IsRunningBeside(const Text& fileName) override { return RunningBeside.count(fileName) > 0; }
     bool IsModuleLoaded(const Text& fileName) override { return UpperCase(fileName) == "TRAWLBEAM.EXE"; }
     std::uint32_t Start(const Text& commandLine) override {
         Started.push_back(commandLine);
@@ -89,6 +90,7 @@ public:
     std::uint32_t StartedNumber = 77;
     // How often the question for another instance is answered with yes.
     int PreviousInstances = 0;
+    std::set<Text> RunningBeside;
     std::uint32_t TrimFailure = 0;
     std::vector<Text> Started;
     std::vector<Text> Trims;

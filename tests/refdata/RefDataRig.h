@@ -30,7 +30,9 @@ inline Text Golden(const Text& name) {
 }
 
 struct RefDataRig {
-    RefDataRig() { MakeSettings(); }
+    explicit RefDataRig(Deployment deployment = TestDeployment()) : Program(System, std::move(deployment)) {
+        MakeSettings();
+    }
 
     void MakeSettings() {
         Program.Settings =
@@ -73,7 +75,7 @@ struct RefDataRig {
     };
 
     FakeSystem System;
-    App Program{System, TestDeployment()};
+    App Program;
     RecordedLog Log;
     FakeWeb Web;
     ServiceAccess Access{Program, Log, Web.Factory()};

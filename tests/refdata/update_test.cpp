@@ -3,84 +3,14 @@
 #include <algorithm>
 
 #include "base/numbers.h"
-#include "components/tbSender/tbSender.h"
 #include "components/tbXML/Document.h"
-#include "fakes/FakeHttp.h"
 #include "fakes/Raised.h"
-#include "refdata/Components.h"
 #include "refdata/PendingUpdates.h"
-#include "refdata/RefDataRig.h"
 #include "refdata/UpdateCheck.h"
+#include "refdata/UpdateRig.h"
 
 namespace tb {
 namespace {
-
-const std::filesystem::path Staging = "/app/Updates";
-const Text Today = "11/21/2026 08:09:10";
-const Text Checking = "0 Checking for updates. Last checked on: ";
-
-Text Child(const Text& name, const Text& size, const Text& version = "2.0.0", const Text& more = "DOWNLOAD='y'") {
-    return "<F FILE='" + name + "' SIZE='" + size + "' VERSION='" + version + "' ModifiedDate='11/20/2026 07:08:09' " +
-           more + "/>";
-}
-Text Manifest(const Text& children, const Text& version = "5") {
-    return "<UPDATES VERSION='" + version + "'>" + children + "</UPDATES>";
-}
-const Text TwoFiles = Child("tbXML.dll", "3") + Child("new.dll", "4", "");
-
-// A program with three components, and the servers that have its update.
-struct UpdateRig : RefDataRig {
-    UpdateRig() {
-        Document servers;
-        servers.LoadXML(
-            "<SERVERS><E NAME='UpdatesSVR'><Server WEIGHT='1' ACTIVE='Y'>http://u</Server></E>"
-            "<E NAME='GetUpdatesSVR'><Server WEIGHT='1' ACTIVE='Y'>http://g</Server></E></SERVERS>");
-        Program.Settings->ReplaceGlobals("SERVERS", servers.Root());
-        Program.Settings->LoadINI("/app/Trawlbeam.ini");
-        Program.Components = std::make_unique<ComponentList>();
-        for (const Text name : {"tbXML.dll", "tbUpdater.exe"}) {
-            Place("/app/" + name, "old " + name);
-            System.Versions.Versions["/app/" + name]["FileVersion"] = "1.0.0";
-        }
-        Place("/app/Trawlbeam.chm", "old help");
-        for (const Text name : {"tbXML.dll", "tbUpdater.exe", "Trawlbeam.chm", "gone.dll"}) {
-            AddComponent(Program, {}, name, true);
-        }
-        Set("LastUpdateDate", "11/20/2026 01:02:03");
-        Updater.LogMessage.Connect([this](const Text& line, LogLevel level) { Log.WriteLog(line, level); });
-        Updater.StatusPercent.Connect([this](std::int16_t percent) { Percents += std::to_string(percent) + " "; });
-        Offer("5/tbXML.dll", "new");
-        Offer("5/new.dll", "more");
-        Offer("5/tbUpdater.exe", "updater");
-        Offer("5/Trawlbeam.chm", "help");
-    }
-    void Set(const char* key, const Text& value) { Program.Settings->WriteXMLString("Main", key, value); }
-    Text Get(const char* key) const { return Program.Settings->GetXMLString("Main", key, ""); }
-    void Offer(const Text& page, const Text& body) { Net.Answers["GET http://g/" + page] = {200, body}; }
-    std::int16_t Check(const Text& manifest, bool manual = false) {
-        Net.Answers["POST http://u/updates.xml"] = {200, manifest};
-        return Updater.DoCheckForUpdates(manual);
-    }
-    Text ContentOf(const std::filesystem::path& path) {
-        const auto found = System.Files.Contents.find(path);
-        return found == System.Files.Contents.end() ? "none" : found->second;
-    }
-    // What lies in the folder of staged files.
-    Text StagedNames() {
-        Text names;
-        for (const std::filesystem::path& name : System.Files.List(Staging)) names += name.string() + " ";
-        return names;
-    }
-
-    FakeHttp Net;
-    bool Exit = false;
-    ServiceAccess Real{Program, Log, [this] {
-                           return std::make_unique<tbSender>(
-                               tbSender::Parts{Net, System.Random, System.Files, [this] { return Exit; }});
-                       }};
-    cUpdate Updater{Real, [this] { return Exit; }};
-    Text Percents;
-};
 
 TEST(UpdateManifest, TellsPlainNamesFromAllOthers) {
     for (const Text name :

@@ -9,7 +9,6 @@ namespace tb {
 
 namespace {
 
-constexpr const char* ProgramName = "Trawlbeam.exe";
 // "mm/dd/yyyy hh:mm:ss".
 constexpr size_t LogPrefix = 19;
 
@@ -21,7 +20,9 @@ struct NoReferenceData : EvilDBHost {
 }  // namespace
 
 ProgramFolder::ProgramFolder() {
-    std::filesystem::copy_file(BuiltProgram(ProgramName), Path() / ProgramName);
+    for (const Text& name : Split(TRAWLBEAM_INSTALLED, '|')) {
+        std::filesystem::copy_file(BuiltProgram(name.c_str()), Path() / name);
+    }
     WriteSnapshot();
     WriteData("defaults.bin", EncryptStringChk("<Defaults/>"));
 }
@@ -72,7 +73,7 @@ Text ProgramFolder::Log() const {
 RunningProgram::RunningProgram() : RunningProgram(std::make_shared<ProgramFolder>()) {}
 
 RunningProgram::RunningProgram(std::shared_ptr<ProgramFolder> folder, const Text& lastLine)
-    : m_Folder(std::move(folder)), m_Process(m_Folder->Path() / ProgramName) {
+    : m_Folder(std::move(folder)), m_Process(m_Folder->Path() / "Trawlbeam.exe") {
     WaitUntilReady(lastLine);
 }
 

@@ -8,8 +8,8 @@
 
 namespace tb {
 
-// A program folder as it is installed: the program and a Data folder with a snapshot and defaults that name no server,
-// so that the program asks no service that may run on this machine.
+// A program folder as it is installed: the program, its components and a Data folder with a snapshot and defaults that
+// name no server, so that the program asks no service that may run on this machine.
 class ProgramFolder {
 public:
     // The list in the snapshot; category 2, which blocks.

@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+
+#include "base/codepage.h"
 #include "platform/win32/Win32Files.h"
 #include "shell/helpers/DebugSwitch.h"
+#include "sitedb/codec/Encryption.h"
 #include "windows/Browser.h"
 #include "windows/FlatMemory.h"
 #include "windows/RunningProgram.h"
@@ -37,6 +41,12 @@ Text WithoutSession(const Text& log) {
         lines += (numbered ? line.substr(0, 3) + line.substr(blank + 1) : line) + "\n";
     }
     return lines;
+}
+
+// `text` with the first `name` in it replaced.
+Text Replaced(Text text, const Text& name, const Text& value) {
+    const size_t place = text.find(name);
+    return place == Text::npos ? text : text.replace(place, name.size(), value);
 }
 
 TEST(StartOfTheProgram, TheFirstTimeItLosesItsLinesAndMakesItsFolders) {
@@ -168,16 +178,25 @@ TEST(StartOfTheProgram, StopsWithoutASkin) {
     EXPECT_EQ(folder.Log(), Begun + "   Error Read Skin XML: Type mismatch\n   ReadSkinXML Failure\n");
 }
 
-// The program shows a message and waits for the user, who presses its button; the status with which it ends.
+// The program shows a message box and waits for the user, who presses that button.
+void Press(const ProgramProcess& program, int button, const Text& text = {}) {
+    HWND box = nullptr;
+    ASSERT_TRUE(Eventually([&] {
+        box = FindWindowA("#32770", "Trawlbeam");
+        DWORD owner = 0;
+        if (box != nullptr) GetWindowThreadProcessId(box, &owner);
+        char shown[1024] = "";
+        GetWindowTextA(GetDlgItem(box, 0xFFFF), shown, sizeof shown);
+        return owner == program.Id() && Text(shown).find(text) != Text::npos;
+    })) << text;
+    EXPECT_EQ(program.WaitForEnd(0), static_cast<DWORD>(STILL_ACTIVE)) << "it waits for the user";
+    PostMessageA(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
+}
+
+// The status with which it ends behind its message.
 DWORD EndAfterItsMessage(const ProgramFolder& folder) {
     const ProgramProcess program(folder.Path() / "Trawlbeam.exe");
-    HWND box = nullptr;
-    EXPECT_TRUE(Eventually([&] { return (box = FindWindowA("#32770", "Trawlbeam")) != nullptr; }));
-    DWORD owner = 0;
-    GetWindowThreadProcessId(box, &owner);
-    EXPECT_EQ(owner, program.Id());
-    EXPECT_EQ(program.WaitForEnd(0), static_cast<DWORD>(STILL_ACTIVE)) << "it waits for the user";
-    PostMessageA(box, WM_COMMAND, IDOK, 0);
+    Press(program, IDOK);
     return program.WaitForEnd();
 }
 
@@ -213,6 +232,103 @@ TEST(StartOfTheProgram, ADataFileThatDoesNotLoadStopsIt) {
                   "   Load reference data format error\n   Error Load Reference Data: 0 \n"
                   "   Error TrawlMain: LoadReferenceData 0 \n" +
                   StopAt("CheckLoadReferenceData TRUE, exiting"));
+}
+
+// What gates of the start say and do, each in a folder of its own: how it is prepared, what the user answers, and the
+// lines behind the first two of the start, up to those of the reference data or the end.
+TEST(GatesOfTheProgram, HealWhatIsWrongOrStop) {
+    using Folder = ProgramFolder;
+    const auto defaults = [](const Text& versions) {
+        return [versions](const Folder& folder) {
+            folder.WriteData("defaults.bin", EncryptStringChk("<D><G NAME='MAIN'>" + versions + "</G></D>"));
+        };
+    };
+    const auto expired = defaults("<E NAME='EXPIREVER'>9.0.0</E>");
+    const auto warned = defaults("<E NAME='WARNVER'>9.0</E><E NAME='EXPIREVER'></E>");
+    const auto pending = [](const Folder& folder) {
+        std::filesystem::create_directory(folder.Path() / "Updates");
+        std::ofstream(folder.Path() / "Updates" / "updates.xml") << "<U VERSION='1'/>";
+    };
+    const auto incomplete = [](const Folder& folder) {
+        for (const char* name : {"tbDTab6.ocx", "MBListEx.ocx", "tbSender.dll", "tbBHOCfg.dll", "tbBHBridge.dll",
+                                 "TrawlbeamHelper.dll", "tbUpdater.exe", "Trawlbeam.chm"}) {
+            std::filesystem::remove(folder.Path() / name);
+        }
+    };
+    struct Button {
+        int Pressed;
+        const char* Text;
+    };
+    const Button yes{IDYES, "Install updates?"}, no{IDNO, "Install updates?"};
+    const Button refused{IDOK, "Trawlbeam cannot continue until pending updates are installed"};
+    const Text asked = "   There are updates waiting to install, asking user to install.\n";
+    const Text newer = "   IsVersionNewerThan - ExpireVer: 9.0.0 " TRAWLBEAM_VERSION "\n";
+    struct Case {
+        const char* Name;
+        std::vector<std::function<void(const Folder&)>> Prepare;
+        std::vector<Button> Answers;
+        Text Lines;
+        bool Runs;
+    };
+    const Case cases[] = {
+        {"incomplete",
+         {incomplete},
+         {},
+         "   Missing required components, set NeedToUpdate: Trawlbeam.chm, tbUpdater.exe, MBListEx.ocx, tbSender.dll, "
+         "tbDTab6.ocx, TrawlbeamHelper.dll, tbBHOCfg.dll, tbBHBridge.dll\n",
+         true},
+        {"incomplete with updates",
+         {incomplete, pending},
+         {no, refused},
+         asked + "   Missing required components and updates pending, exiting...\n",
+         false},
+        {"expired", {expired}, {}, newer + "   Expired version, set NeedToUpdate\n", true},
+        {"expired with updates",
+         {expired, pending},
+         {no, refused},
+         asked + newer + "   Expired version and pending updates to install, exiting...\n",
+         false},
+        {"warned, Yes",
+         {warned},
+         {{IDYES, "is out of date and should be upgraded."}},
+         "   IsVersionNewerThan - WarnVer: 9.0 " TRAWLBEAM_VERSION "\n   Warn version, set NeedToUpdate\n",
+         true},
+        {"updates, No", {pending}, {no}, asked, true},
+        {"updates, Yes, without updater",
+         {incomplete, pending},
+         {yes, {IDOK, "Trawlbeam tbUpdater.exe updater program did not start."}, refused},
+         asked + "   Check install pending updates, launching updater (CheckInstallPendingUpdates)\n"
+                 "   Launching Trawlbeam updater program (LaunchUpdater): Trawlbeam.exe\n"
+                 "   Trawlbeam tbUpdater.exe updater program did not start (0), PATH\\tbUpdater.exe\n"
+                 "   Missing required components and updates pending, exiting...\n",
+         false},
+    };
+    const OnlyProgram only;
+    for (const Case& one : cases) {
+        SCOPED_TRACE(one.Name);
+        const Folder folder;
+        std::filesystem::create_directory(folder.Path() / "Log");
+        for (const auto& prepare : one.Prepare) prepare(folder);
+        const ProgramProcess program(folder.Path() / "Trawlbeam.exe");
+        for (const Button& answer : one.Answers) Press(program, answer.Pressed, answer.Text);
+        const Text expected = Begun + Replaced(one.Lines, "PATH", PathText(folder.Path())) +
+                              (one.Runs ? FirstLoaded : " D " + SetupEnded);
+        EXPECT_TRUE(Eventually([&] { return folder.Log().size() >= expected.size(); }));
+        EXPECT_EQ(program.WaitForEnd(one.Runs ? 0 : 10000), one.Runs ? static_cast<DWORD>(STILL_ACTIVE) : 0U);
+        EXPECT_EQ(folder.Log(), expected);
+    }
+}
+
+TEST(GatesOfTheProgram, ARenamedProgramOnlyTellsHowToRenameIt) {
+    const OnlyProgram only;
+    const ProgramFolder folder;
+    std::filesystem::create_directory(folder.Path() / "Log");
+    std::filesystem::rename(folder.Path() / "Trawlbeam.exe", folder.Path() / "x.exe");
+    const ProgramProcess program(folder.Path() / "x.exe");
+    Press(program, IDOK, "'Trawlbeam.exe' has been renamed to: 'x.exe'.");
+    EXPECT_EQ(program.WaitForEnd(), 0U);
+    EXPECT_EQ(folder.Log(),
+              Begun + "   Trawlbeam 'Trawlbeam.exe' has been renamed to: 'x.exe', exiting\n D " + SetupEnded);
 }
 
 TEST(ExitOfTheProgram, AsksAndWithNoGoesOn) {

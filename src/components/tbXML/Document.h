@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "components/tbXML/Element.h"
+#include "components/tbXML/XmlParser.h"
 #include "platform/Files.h"
 
 namespace tb {
@@ -13,15 +13,19 @@ class Document {
 public:
     // The tree replaces what was there. Raises what reading the file raises, or an error of the parser
     // (components/tbXML/XmlParser.h), whose description says what is wrong and where; the old tree then stays.
-    void Load(Files& files, const std::filesystem::path& fileName);
-    void LoadXML(TextView text);
+    void Load(Files& files, const std::filesystem::path& fileName) { LoadXML(ReadWholeFile(files, fileName)); }
+    void LoadXML(TextView text) { m_Root = ParseXml(text); }
 
     // Null while nothing was loaded.
     const ElementPtr& Root() const { return m_Root; }
 
     // The children of the root; none without a root.
-    Element::Children::const_iterator begin() const;
-    Element::Children::const_iterator end() const;
+    Element::Children::const_iterator begin() const {
+        return m_Root == nullptr ? Element::Children::const_iterator() : m_Root->begin();
+    }
+    Element::Children::const_iterator end() const {
+        return m_Root == nullptr ? Element::Children::const_iterator() : m_Root->end();
+    }
 
 private:
     ElementPtr m_Root;

@@ -56,74 +56,47 @@ Element::~Element() {
         [](const RuntimeError&) {});
 }
 
-void Element::SetAttributeValue(TextView name, Text value) {
-    for (tb::Attribute& attribute : m_Attributes) {
-        if (SameText(attribute.Name(), name)) return attribute.Value(std::move(value));
-    }
-    AddAttribute({Text(name), std::move(value)});
+size_t Element::Find(TextView name) const noexcept {
+    size_t index = 0;
+    while (index < m_Attributes.size() && !SameText(m_Attributes[index].Name(), name)) ++index;
+    return index;
 }
 
-const tb::Attribute* Element::Find(TextView name) const {
-    for (const tb::Attribute& attribute : m_Attributes) {
-        if (SameText(attribute.Name(), name)) return &attribute;
-    }
-    return nullptr;
-}
-
-Text Element::FindAttributeValue(TextView name) const {
-    const tb::Attribute* attribute = Find(name);
-    return attribute == nullptr ? Text() : attribute->Value();
-}
-
-ElementPtr Element::FindElement(TextView name) const {
+ElementPtr Element::FindElement(TextView name) const noexcept {
     for (const ElementPtr& child : m_Children) {
         if (SameText(child->Name(), name)) return child;
     }
     return nullptr;
 }
 
-ElementPtr Element::FindElementAttribute2(TextView attributeName, TextView attributeValue) const {
+ElementPtr Element::FindElementAttribute2(TextView attributeName, TextView attributeValue) const noexcept {
     for (const ElementPtr& child : m_Children) {
-        const tb::Attribute* attribute = child->Find(attributeName);
-        if (attribute != nullptr && SameText(attribute->Value(), attributeValue)) return child;
+        const size_t index = child->Find(attributeName);
+        if (index == child->m_Attributes.size()) continue;
+        if (SameText(child->m_Attributes[index].Value(), attributeValue)) return child;
     }
     return nullptr;
 }
 
-const tb::Attribute& Element::Attribute(std::int32_t index) const {
-    if (index < 1) throw Error(ErrorNumber::Subscript);
-    return At(m_Attributes, static_cast<size_t>(index) - 1);
-}
-
-tb::Attribute& Element::Attribute(std::int32_t index) {
-    if (index < 1) throw Error(ErrorNumber::Subscript);
-    return At(m_Attributes, static_cast<size_t>(index) - 1);
-}
-
-void Element::AddElement(ElementPtr child) {
-    if (child == nullptr) throw Error(ErrorNumber::ObjectNotSet);
-    m_Children.push_back(std::move(child));
-}
-
-Text Element::XML() const {
+XmlOutcome Element::Write(Text& text) const noexcept {
     struct Level {
         const Element* Parent;
         size_t Next;
     };
-    Text text;
-    AppendOpeningTag(text, *this);
-    for (std::vector<Level> open{{this, 0}}; !open.empty();) {
-        Level& level = open.back();
-        if (level.Next < level.Parent->m_Children.size()) {
-            const Element* child = level.Parent->m_Children[level.Next++].get();
-            AppendOpeningTag(text, *child);
-            open.push_back({child, 0});
-        } else {
-            AppendClosingTag(text, *level.Parent);
-            open.pop_back();
+    return OutcomeOf([&] {
+        AppendOpeningTag(text, *this);
+        for (std::vector<Level> open{{this, 0}}; !open.empty();) {
+            Level& level = open.back();
+            if (level.Next < level.Parent->m_Children.size()) {
+                const Element* child = level.Parent->m_Children[level.Next++].get();
+                AppendOpeningTag(text, *child);
+                open.push_back({child, 0});
+            } else {
+                AppendClosingTag(text, *level.Parent);
+                open.pop_back();
+            }
         }
-    }
-    return text;
+    });
 }
 
 }  // namespace tb

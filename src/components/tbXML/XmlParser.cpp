@@ -207,6 +207,8 @@ private:
 
 }  // namespace
 
-ElementPtr ParseXml(TextView text) { return XmlParser(text).Parse(); }
+XmlOutcome TryParseXml(TextView text, ElementPtr& root) noexcept {
+    return OutcomeOf([&] { root = XmlParser(text).Parse(); });
+}
 
 }  // namespace tb

@@ -12,8 +12,15 @@ inline constexpr std::int32_t XmlErrorNumber = static_cast<std::int32_t>(0x80041
 // Elements may be nested this deep, the root counted.
 inline constexpr size_t XmlDepthLimit = 200;
 
+// What ParseXml is made of; `root` stays as it was when the outcome is a failure.
+TBXML_API XmlOutcome TryParseXml(TextView text, ElementPtr& root) noexcept;
+
 // The root of the tree that `text` describes; raises XmlErrorNumber for a malformed text. Its cost grows with the
 // length of the text and with nothing else.
-ElementPtr ParseXml(TextView text);
+inline ElementPtr ParseXml(TextView text) {
+    ElementPtr root;
+    RaiseFailure(TryParseXml(text, root));
+    return root;
+}
 
 }  // namespace tb

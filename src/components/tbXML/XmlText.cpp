@@ -66,10 +66,8 @@ void AppendEscapedText(Text& target, TextView text) { AppendEscaped(target, text
 
 void AppendEscapedValue(Text& target, TextView value) { AppendEscaped(target, value, "&<>'"); }
 
-Text EscapedValue(TextView value) {
-    Text text;
-    AppendEscapedValue(text, value);
-    return text;
+XmlOutcome TryEscapeValue(Text& text, TextView value) noexcept {
+    return OutcomeOf([&] { AppendEscapedValue(text, value); });
 }
 
 void AppendUnescaped(Text& target, TextView text) {

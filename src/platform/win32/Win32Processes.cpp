@@ -44,6 +44,17 @@ bool Runs(DWORD processId, const std::wstring& image) {
            WaitForSingleObject(process.Get(), 0) == WAIT_TIMEOUT && IsInThisSession(processId);
 }
 
+bool IsRunByAnother(const std::wstring& image) {
+    const OwnedFile listing(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    if (!listing || image.empty()) return false;
+    PROCESSENTRY32W entry{};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32FirstW(listing.Get(), &entry); more; more = Process32NextW(listing.Get(), &entry)) {
+        if (entry.th32ProcessID != GetCurrentProcessId() && Runs(entry.th32ProcessID, image)) return true;
+    }
+    return false;
+}
+
 // Without `file` the command line's first word is looked for.
 std::uint32_t StartFile(const wchar_t* file, const Text& commandLine) {
     STARTUPINFOW start{};
@@ -68,16 +79,12 @@ std::filesystem::path Win32Processes::Executable() {
     return name;
 }
 
-bool Win32Processes::IsPreviousInstance() {
-    const std::wstring image = ImageOf(GetCurrentProcess());
-    const OwnedFile listing(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
-    if (!listing || image.empty()) return false;
-    PROCESSENTRY32W entry{};
-    entry.dwSize = sizeof entry;
-    for (BOOL more = Process32FirstW(listing.Get(), &entry); more; more = Process32NextW(listing.Get(), &entry)) {
-        if (entry.th32ProcessID != GetCurrentProcessId() && Runs(entry.th32ProcessID, image)) return true;
-    }
-    return false;
+bool Win32Processes::IsPreviousInstance() { return IsRunByAnother(ImageOf(GetCurrentProcess())); }
+
+bool Win32Processes::IsRunningBeside(const Text& fileName) {
+    std::wstring image = ImageOf(GetCurrentProcess());
+    image.resize(image.rfind(L'\\') + 1);
+    return !image.empty() && IsRunByAnother(image + ToSystem(fileName));
 }
 
 bool Win32Processes::IsModuleLoaded(const Text& fileName) {

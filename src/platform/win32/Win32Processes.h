@@ -11,6 +11,8 @@ public:
     std::filesystem::path Executable() override;
     // Only processes of the same session count: those of another user's desktop are out of reach anyway.
     bool IsPreviousInstance() override;
+    // The same.
+    bool IsRunningBeside(const Text& fileName) override;
     bool IsModuleLoaded(const Text& fileName) override;
     std::uint32_t Start(const Text& commandLine) override;
     std::uint32_t StartProgram(const std::filesystem::path& program, const Text& commandLine) override;

@@ -2,14 +2,15 @@
 #include <windows.h>
 
 #include "components/tbBHBridge/ChannelNames.h"
-#include "components/tbSender/tbSender.h"
+#include "components/tbSender/SenderLibrary.h"
+#include "components/tbSender/tbSenderFace.h"
+#include "platform/win32/ComponentLibrary.h"
 #include "platform/win32/MessageLoop.h"
 #include "platform/win32/RegionalSettings.h"
 #include "platform/win32/Win32Clock.h"
 #include "platform/win32/Win32Dialogs.h"
 #include "platform/win32/Win32FileVersions.h"
 #include "platform/win32/Win32Files.h"
-#include "platform/win32/Win32Http.h"
 #include "platform/win32/Win32Machine.h"
 #include "platform/win32/Win32Processes.h"
 #include "platform/win32/Win32Pump.h"
@@ -17,6 +18,7 @@
 #include "platform/win32/Win32Registry.h"
 #include "platform/win32/Win32Resources.h"
 #include "platform/win32/Win32Shell.h"
+#include "platform/win32/Win32Signatures.h"
 #include "platform/win32/Win32Sound.h"
 #include "platform/win32/Win32TrayIcon.h"
 #include "platform/win32/Win32WindowText.h"
@@ -57,11 +59,7 @@ private:
             m_Forms, tb::frmController::Parts{m_App, m_Log, m_Services, m_Tables, m_Access.MakeSender, m_Tray, m_Sound,
                                               [this](const tb::Text& line) { EndBroken(line); }});
     }
-    std::unique_ptr<tb::Sender> MakeSender() {
-        return std::make_unique<tb::tbSender>(tb::tbSender::Parts{
-            m_Http, m_Random, m_Files,
-            [this] { return m_Start.Controller() && m_Start.Controller()->Controller().NeedToExit(); }});
-    }
+    bool NeedToExit() { return m_Start.Controller() && m_Start.Controller()->Controller().NeedToExit(); }
     // The first field of a request is a contract. The one place where the program ends on purpose without being asked:
     // at once, without a dialog and without an exception through the window procedure.
     [[noreturn]] void EndBroken(const tb::Text& line) {
@@ -83,7 +81,8 @@ private:
     tb::Win32WindowText m_WindowText;
     tb::App m_App{{m_Clock, m_Random, m_Pump, m_Files, m_Dialogs, m_Resources, m_Processes, m_Shell, m_FileVersions,
                    m_Registry, m_Machine, m_WindowText},
-                  {tb::ProductName, tb::ProgramVersion, tb::HomePage, tb::RegionalSeparators(), tb::ServerTemplate}};
+                  {tb::ProductName, tb::ProgramVersion, tb::HomePage, tb::RegionalSeparators(), tb::ServerTemplate,
+                   tb::UpdateKey}};
     tb::ProgramLog m_Log{m_App};
     // What handlers of windows and of the icon throw ends here.
     const std::function<void(const tb::RuntimeError&)> m_Failed = [this](const tb::RuntimeError& error) {
@@ -93,8 +92,12 @@ private:
     tb::Win32TrayIcon m_Tray{m_Failed};
     tb::Win32Sound m_Sound;
     tb::Forms m_Forms{&m_Windows};
-    tb::Win32Http m_Http{tb::Text(tb::ProductName) + "/" + tb::ProgramVersion};
-    const tb::ServiceAccess m_Access{m_App, m_Log, [this] { return MakeSender(); }};
+    tb::ComponentLibrary m_SenderFile{m_App.Path() / tb::tbSenderFace::File};
+    const tb::SenderLibrary m_Senders{{[this] { return m_SenderFile.Function(tb::tbSenderFace::Entry); },
+                                       tb::Text(tb::ProductName) + "/" + tb::ProgramVersion,
+                                       [this] { return NeedToExit(); }}};
+    tb::Win32Signatures m_Signatures;
+    const tb::ServiceAccess m_Access{m_App, m_Log, [this] { return m_Senders.MakeSender(); }, &m_Signatures};
     tb::SiteTables m_Tables{m_App};
     tb::OleSession m_Ole;
     tb::Win32ClipboardFormats m_Formats;

@@ -1,4 +1,4 @@
-// The operator's tool: judges requests, frames data files and handles snapshots from a command line.
+// The operator's tool: judges requests, frames data files, handles snapshots and signs updates from a command line.
 #include <cstdio>
 
 #include "base/errors.h"
@@ -19,6 +19,13 @@ constexpr const char* Usage = R"(usage: tbtool COMMAND
       writes the lines "URL TAB category TAB validated" of FILE as a snapshot
   snapshot show FILE
       prints a snapshot: stamp, count and fingerprint, then its entries
+  keygen --out PREFIX
+      makes a pair of keys for program updates: PREFIX.pem, to be kept secret,
+      and PREFIX.pub, whose line is the deployment's TRAWLBEAM_UPDATE_KEY
+  manifest DIR --version N --out FILE
+      writes the update manifest of the program files in DIR, not below it
+  sign --key PREFIX.pem FILE DIR
+      puts the hashes of DIR's files into the manifest FILE, signs it: FILE.sig
 Exit status: 0 done, 1 broken input or a failure, 2 wrong command line.
 )";
 
@@ -34,6 +41,9 @@ constexpr Command Commands[] = {
     {"unframe", tb::UnframeCommand},
     {"snapshot save", tb::SnapshotSaveCommand},
     {"snapshot show", tb::SnapshotShowCommand},
+    {"keygen", tb::KeygenCommand},
+    {"manifest", tb::ManifestCommand},
+    {"sign", tb::SignCommand},
 };
 
 void Run(std::vector<tb::Text> words) {

@@ -46,7 +46,8 @@ UpdateFile ReadFileElement(const Element& child, const Date& present) {
             child.FindAttributeValue("VERSION"),
             ReadDate(child.FindAttributeValue("CreatedDate"), present),
             ReadDate(child.FindAttributeValue("ModifiedDate"), present),
-            ReadDate(child.FindAttributeValue("AccessedDate"), present)};
+            ReadDate(child.FindAttributeValue("AccessedDate"), present),
+            LowerCase(child.FindAttributeValue("SHA256"))};
 }
 
 std::int64_t TotalDownloadSize(const Element& manifest) {

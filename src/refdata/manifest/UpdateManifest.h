@@ -27,6 +27,8 @@ struct UpdateFile {
     Date CreatedDate;
     Date ModifiedDate;
     Date AccessedDate;
+    // Of a signed update: 64 lower-case hexadecimal digits, unless it is none, see IsFileHash.
+    Text SHA256 = {};
 };
 
 // The sequence number of a manifest, its attribute VERSION. The text of it is also the name of a folder here and at the

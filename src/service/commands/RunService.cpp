@@ -16,6 +16,11 @@ constexpr const char* Usage = R"(usage: tbservice --data DIR COMMAND
   sites remove URL
   publish defaults FILE.xml
   publish reference FILE.xml
+  publish update DIR --version N [--sign PREFIX.pem] [--test NAME]
+  publish update DIR --manifest FILE [--key PREFIX.pub] [--test NAME]
+      the .exe, .dll, .ocx and .chm files in DIR as version number N, above all before; --sign signs it. Or a manifest
+      of "tbtool manifest", with FILE.sig of "tbtool sign" if it is there, which --key checks. --test: only for clients
+      whose setting TestVersion is NAME
   submissions list
       "ID TAB kind TAB status TAB disposition TAB received TAB subject or URL"
   submissions show [--fields] ID
@@ -37,6 +42,7 @@ constexpr Command Commands[] = {
     {"sites remove", RemoveSiteCommand},
     {"publish defaults", PublishDefaultsCommand},
     {"publish reference", PublishReferenceCommand},
+    {"publish update", PublishUpdateCommand},
     {"submissions list", ListSubmissionsCommand},
     {"submissions show", ShowSubmissionCommand},
     {"submissions judge", JudgeSubmissionCommand},

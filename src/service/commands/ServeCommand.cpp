@@ -10,6 +10,7 @@
 #include "service/web/HttpServer.h"
 #include "service/web/ShowPages.h"
 #include "service/web/SubmissionPages.h"
+#include "service/web/UpdatePages.h"
 
 namespace tb {
 
@@ -92,12 +93,14 @@ void ServeCommand(const std::filesystem::path& folder, const Words& words) {
     DocumentShelf shelf(folder);
     ReportBox box(folder, log);
     SubmissionBox submissions(folder);
+    UpdateShelf updates(folder);
     Pages pages;
     AddSitePages(pages, feed);
     AddDocumentPages(pages, shelf);
     AddReportPages(pages, box);
     AddShowPages(pages, feed, shelf);
     AddSubmissionPages(pages, submissions, log);
+    AddUpdatePages(pages, updates);
     HttpServer server(std::move(pages), log);
     const int port = server.Start(listening.Addresses, listening.Port);
     const Publication latest = feed.Changes()->Latest();

@@ -1,6 +1,7 @@
 // The commands of the web service's program. Each works on the store in `folder`, may be run while the service runs on
 // it, and does all of its work or none. `words` are those behind the command's name. Each raises a UsageError for a
-// wrong command line; an InputError, EntryError, DocumentError, StoreError, ListenError or RuntimeError otherwise.
+// wrong command line; an InputError, EntryError, DocumentError, ReleaseError, SigningError, StoreError, ListenError or
+// RuntimeError otherwise.
 #pragma once
 
 #include <filesystem>
@@ -20,6 +21,8 @@ void RemoveSiteCommand(const std::filesystem::path& folder, const Words& words);
 
 void PublishDefaultsCommand(const std::filesystem::path& folder, const Words& words);
 void PublishReferenceCommand(const std::filesystem::path& folder, const Words& words);
+// A new version of the program, for everybody or as a test version.
+void PublishUpdateCommand(const std::filesystem::path& folder, const Words& words);
 
 // Prints a line for each: identifier, kind, status, disposition, moment, and subject or URL, with tabs between them.
 void ListSubmissionsCommand(const std::filesystem::path& folder, const Words& words);

@@ -7,6 +7,7 @@
 #include "service/store/ServiceStore.h"
 #include "service/store/SiteHistory.h"
 #include "service/store/Submissions.h"
+#include "service/store/Updates.h"
 
 namespace tb {
 
@@ -36,6 +37,16 @@ void PrintDocuments(Database& store) {
     }
 }
 
+void PrintUpdates(Database& store) {
+    const std::vector<PublishedUpdate> kept = Updates(store).Kept();
+    if (kept.empty()) std::printf("updates: not published\n");
+    for (const PublishedUpdate& update : kept) {
+        std::printf("update %d%s: %s, published %s UTC\n", update.Number,
+                    update.Test.empty() ? "" : (" (test version " + update.Test + ")").c_str(),
+                    update.Signature.empty() ? "unsigned" : "signed", FormatDateTime(update.Published).c_str());
+    }
+}
+
 void PrintReports(Database& store) {
     Reports reports(store);
     std::printf("version reports: %lld\n", static_cast<long long>(reports.Count()));
@@ -52,6 +63,7 @@ void StatusCommand(const std::filesystem::path& folder, const Words& words) {
     const Transaction view(store, Transaction::Kind::Read);
     PrintSites(store);
     PrintDocuments(store);
+    PrintUpdates(store);
     PrintReports(store);
     std::printf("submissions: %lld\n", static_cast<long long>(Submissions(store).Count()));
 }

@@ -34,8 +34,17 @@ constexpr const char* SubmissionSchema = R"(
     CREATE INDEX submissions_by_content ON submissions(kind, content_check);
     PRAGMA user_version = 2)";
 
+// The number of a version is also the address of its files, so test versions take theirs from the same row of numbers.
+constexpr const char* UpdateSchema = R"(
+    CREATE TABLE updates(
+        number INTEGER PRIMARY KEY, test BLOB NOT NULL, published INTEGER NOT NULL,
+        signature BLOB NOT NULL, manifest BLOB NOT NULL);
+    CREATE TABLE update_files(
+        number INTEGER NOT NULL, name BLOB NOT NULL, content BLOB NOT NULL, PRIMARY KEY(number, name));
+    PRAGMA user_version = 3)";
+
 // Each makes of a store of the version before one of the next.
-constexpr const char* Steps[] = {FirstSchema, SubmissionSchema};
+constexpr const char* Steps[] = {FirstSchema, SubmissionSchema, UpdateSchema};
 constexpr std::int64_t KnownVersion = std::size(Steps);
 
 std::filesystem::path Prepared(const std::filesystem::path& folder, Database::Opening opening) {

@@ -40,6 +40,8 @@ struct Page {
     size_t BodyLimit = 0;
     // Called by many threads at a time. What it raises becomes the status 500 and a line in the log.
     std::function<Reply(const Question&)> Answer;
+    // Where it is set, the page answers all paths for which it is true, and none by its own Path.
+    std::function<bool(const Text& path)> Owns = {};
 };
 using Pages = std::vector<Page>;
 

@@ -29,7 +29,8 @@ std::optional<Reply> RefuseBody(const Page& page, const httplib::Request& reques
 }  // namespace
 
 const Page* FindPage(const Pages& pages, const Text& path) {
-    const auto found = std::find_if(pages.begin(), pages.end(), [&](const Page& page) { return page.Path == path; });
+    const auto found = std::find_if(pages.begin(), pages.end(),
+                                    [&](const Page& page) { return page.Owns ? page.Owns(path) : page.Path == path; });
     return found == pages.end() ? nullptr : &*found;
 }
 

@@ -50,6 +50,8 @@ struct Deployment {
     DateSeparators Separators;
     // The base address of the ten numbered servers that the defaults come from, "{?}" for the number.
     Text ServerTemplate;
+    // The public key of program updates, Base64 of its X and Y; empty when they are not signed.
+    Text UpdateKey = {};
 };
 
 class App {

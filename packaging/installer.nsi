@@ -1,0 +1,156 @@
+; The installer of the program, for one user and without administrator rights; scripts/package builds it and gives
+;   PRODUCT VERSION ICON OUTPUT    texts
+;   FILES    a script with the macros InstallFiles and RemoveFiles, made of the staged folder
+; Silent: /S, with /D=FOLDER as the last word for another folder; /AUTOSTART=0 leaves "start with Windows" out.
+; The uninstaller asks about the user's data; silently it keeps them, unless /DATA=0 is given.
+; Exit status of both: 0, 1 when the user gave up, 2 when the program runs or could not be replaced.
+Unicode true
+Target amd64-unicode
+SetCompressor /SOLID lzma
+RequestExecutionLevel user
+Name "${PRODUCT}"
+OutFile "${OUTPUT}"
+InstallDir "$LOCALAPPDATA\Programs\${PRODUCT}"
+!define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\${PRODUCT}"
+!define RUN "Software\Microsoft\Windows\CurrentVersion\Run"
+InstallDirRegKey HKCU "${UNINSTALL}" "InstallLocation"
+VIProductVersion "${VERSION}.0"
+VIAddVersionKey "ProductName" "${PRODUCT}"
+VIAddVersionKey "FileDescription" "${PRODUCT} installer"
+VIAddVersionKey "FileVersion" "${VERSION}"
+VIAddVersionKey "LegalCopyright" "The Trawlbeam authors, MIT licence"
+
+!include MUI2.nsh
+!include FileFunc.nsh
+!include LogicLib.nsh
+!include "${FILES}"
+!define MUI_ICON "${ICON}"
+!define MUI_UNICON "${ICON}"
+!define MUI_ABORTWARNING
+!define MUI_FINISHPAGE_RUN "$INSTDIR\${PRODUCT}.exe"
+!insertmacro MUI_PAGE_DIRECTORY
+!insertmacro MUI_PAGE_COMPONENTS
+!insertmacro MUI_PAGE_INSTFILES
+!insertmacro MUI_PAGE_FINISH
+!insertmacro MUI_UNPAGE_CONFIRM
+!insertmacro MUI_UNPAGE_INSTFILES
+!insertmacro MUI_LANGUAGE "English"
+
+; Goes on when neither the program nor its updater runs; the user may leave the program and try again.
+!macro RefuseWhileRunning
+  ${Do}
+    FindWindow $0 "ThunderRT6FormDC" "Trawlbeam Tray"
+    ${If} $0 == 0
+      FindWindow $0 "ThunderRT6FormDC" "${PRODUCT} Updater"
+    ${EndIf}
+    ${If} $0 == 0
+      ${ExitDo}
+    ${EndIf}
+    MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION \
+      "${PRODUCT} is running. Please leave it by $\"Exit$\" in the menu of its icon, then try again." \
+      /SD IDCANCEL IDRETRY +3
+    SetErrorLevel 2
+    Quit
+  ${Loop}
+!macroend
+
+!macro AskedNot RESULT NAME
+  ; "1" when /NAME=0 is not on the command line
+  ${GetParameters} $R0
+  ClearErrors
+  ${GetOptions} $R0 "/${NAME}=" $R1
+  StrCpy ${RESULT} "1"
+  ${IfNot} ${Errors}
+  ${AndIf} $R1 == "0"
+    StrCpy ${RESULT} "0"
+  ${EndIf}
+!macroend
+
+Section "${PRODUCT}" SectionProgram
+  SectionIn RO
+  !insertmacro RefuseWhileRunning
+  SetOutPath "$INSTDIR"
+  SetOverwrite try
+  ClearErrors
+  !insertmacro InstallFiles
+  ${If} ${Errors}
+    MessageBox MB_OK|MB_ICONSTOP "Some files of ${PRODUCT} could not be replaced. Close what uses them and install again." /SD IDOK
+    SetErrorLevel 2
+    Abort
+  ${EndIf}
+  CreateDirectory "$INSTDIR\Data"
+  ; What an earlier version had staged for itself is older than this.
+  Delete "$INSTDIR\Updates\*.*"
+  Delete "$INSTDIR\Updates\Backup\installing.xml"
+  CreateShortCut "$SMPROGRAMS\${PRODUCT}.lnk" "$INSTDIR\${PRODUCT}.exe"
+  WriteUninstaller "$INSTDIR\Uninstall.exe"
+  WriteRegStr HKCU "${UNINSTALL}" "DisplayName" "${PRODUCT}"
+  WriteRegStr HKCU "${UNINSTALL}" "DisplayVersion" "${VERSION}"
+  WriteRegStr HKCU "${UNINSTALL}" "DisplayIcon" "$INSTDIR\${PRODUCT}.exe"
+  WriteRegStr HKCU "${UNINSTALL}" "Publisher" "The Trawlbeam authors"
+  WriteRegStr HKCU "${UNINSTALL}" "InstallLocation" "$INSTDIR"
+  WriteRegStr HKCU "${UNINSTALL}" "UninstallString" '"$INSTDIR\Uninstall.exe"'
+  WriteRegStr HKCU "${UNINSTALL}" "QuietUninstallString" '"$INSTDIR\Uninstall.exe" /S'
+  WriteRegDWORD HKCU "${UNINSTALL}" "NoModify" 1
+  WriteRegDWORD HKCU "${UNINSTALL}" "NoRepair" 1
+SectionEnd
+
+Section "Start with Windows" SectionAutostart
+  WriteRegStr HKCU "${RUN}" "${PRODUCT}" '"$INSTDIR\${PRODUCT}.exe"'
+SectionEnd
+
+; The choice holds for an installation over an earlier one too.
+Section "-WithoutAutostart"
+  ${IfNot} ${SectionIsSelected} ${SectionAutostart}
+    DeleteRegValue HKCU "${RUN}" "${PRODUCT}"
+  ${EndIf}
+SectionEnd
+
+Function .onInit
+  SetRegView 64
+  !insertmacro AskedNot $0 "AUTOSTART"
+  ${If} $0 == "0"
+    !insertmacro UnselectSection ${SectionAutostart}
+  ${EndIf}
+FunctionEnd
+
+Function un.onInit
+  SetRegView 64
+FunctionEnd
+
+Section "un.${PRODUCT}"
+  !insertmacro RefuseWhileRunning
+  ; The program registers the browser's helper, so the helper goes with it.
+  ExecWait '"$SYSDIR\regsvr32.exe" /s /u "$INSTDIR\TrawlbeamHelper.dll"'
+  !insertmacro RemoveFiles
+  Delete "$INSTDIR\*.tmp~"
+  Delete "$INSTDIR\Uninstall.exe"
+  Delete "$SMPROGRAMS\${PRODUCT}.lnk"
+  DeleteRegKey HKCU "${UNINSTALL}"
+  DeleteRegValue HKCU "${RUN}" "${PRODUCT}"
+  ; Staged and saved program files are no data of the user.
+  RMDir /r "$INSTDIR\Updates"
+  StrCpy $1 "keep"
+  ${If} ${Silent}
+    !insertmacro AskedNot $0 "DATA"
+    ${If} $0 == "0"
+      StrCpy $1 "remove"
+    ${EndIf}
+  ${Else}
+    MessageBox MB_YESNO|MB_ICONQUESTION|MB_DEFBUTTON2 \
+      "Remove your settings, allowed sites, submissions and logs too?" IDNO +2
+    StrCpy $1 "remove"
+  ${EndIf}
+  ${If} $1 == "remove"
+    RMDir /r "$INSTDIR\Data"
+    RMDir /r "$INSTDIR\Log"
+    Delete "$INSTDIR\${PRODUCT}.ini"
+    Delete "$INSTDIR\${PRODUCT}.ini.bad"
+    Delete "$INSTDIR\TB.BIN"
+  ${Else}
+    ; Gone if empty.
+    RMDir "$INSTDIR\Data"
+  ${EndIf}
+  SetOutPath "$TEMP"
+  RMDir "$INSTDIR"
+SectionEnd

@@ -1,0 +1,130 @@
+#include "programs/tbUpdater/UpdaterWindow.h"
+
+// After windows.h.
+#include <commctrl.h>
+
+#include "components/tbBHBridge/ChannelNames.h"
+#include "platform/win32/MessageLoop.h"
+#include "platform/win32/Win32Errors.h"
+#include "platform/win32/WindowClass.h"
+
+namespace tb {
+
+namespace {
+
+constexpr RECT LabelPlace{14, 12, 406, 118};
+constexpr RECT BarPlace{14, 124, 406, 142};
+constexpr RECT ButtonPlace{170, 122, 250, 146};
+constexpr SIZE ClientSize{420, 158};
+constexpr DWORD WindowStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX;
+
+constexpr UINT_PTR UnreadTimer = 1;
+// How long a message waits for somebody to read it.
+constexpr UINT UnreadMs = 60000;
+
+int Scaled(LONG length) {
+    static const int perInch = [] {
+        const HDC screen = GetDC(nullptr);
+        const int found = GetDeviceCaps(screen, LOGPIXELSX);
+        ReleaseDC(nullptr, screen);
+        return found;
+    }();
+    return MulDiv(static_cast<int>(length), perInch, 96);
+}
+
+void RegisterOwnClass(WNDPROC procedure) {
+    WNDCLASSEXA description{};
+    description.cbSize = sizeof description;
+    description.lpfnWndProc = procedure;
+    description.hInstance = GetModuleHandleA(nullptr);
+    description.hIcon = LoadIconA(description.hInstance, MAKEINTRESOURCEA(1));
+    description.hCursor = LoadCursorA(nullptr, reinterpret_cast<const char*>(IDC_ARROW));
+    description.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
+    description.lpszClassName = NormalClasses.Window;
+    if (RegisterClassExA(&description) == 0) throw SystemError("RegisterClassEx", GetLastError());
+}
+
+HFONT MakeMessageFont() {
+    NONCLIENTMETRICSA metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    return CreateFontIndirectA(&metrics.lfMessageFont);
+}
+
+}  // namespace
+
+UpdaterWindow::UpdaterWindow(const Text& caption, OwnedObject only) : m_Only(std::move(only)) {
+    const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_PROGRESS_CLASS};
+    InitCommonControlsEx(&controls);
+    RegisterOwnClass(Procedure);
+    RECT outer{0, 0, Scaled(ClientSize.cx), Scaled(ClientSize.cy)};
+    AdjustWindowRect(&outer, WindowStyle, FALSE);
+    const int width = static_cast<int>(outer.right - outer.left);
+    const int height = static_cast<int>(outer.bottom - outer.top);
+    m_Window = OwnedWindow(CreateWindowExA(0, NormalClasses.Window, caption.c_str(), WindowStyle,
+                                           (GetSystemMetrics(SM_CXSCREEN) - width) / 2,
+                                           (GetSystemMetrics(SM_CYSCREEN) - height) / 2, width, height, nullptr,
+                                           nullptr, GetModuleHandleA(nullptr), this));
+    if (!m_Window) throw SystemError("CreateWindowEx", GetLastError());
+    Fill();
+    UseDialogKeys(m_Window.Get());
+    ShowWindow(m_Window.Get(), SW_SHOWNORMAL);
+    UpdateWindow(m_Window.Get());
+}
+
+void UpdaterWindow::Fill() {
+    m_Font = MakeMessageFont();
+    m_Label = Add("STATIC", "", SS_LEFT | SS_NOPREFIX | WS_VISIBLE, LabelPlace, 0);
+    m_Bar = Add(PROGRESS_CLASSA, "", WS_VISIBLE, BarPlace, 0);
+    m_Button = Add("BUTTON", "OK", BS_DEFPUSHBUTTON | WS_TABSTOP, ButtonPlace, IDOK);
+}
+
+HWND UpdaterWindow::Add(const char* className, const char* text, DWORD style, RECT place, UINT id) const {
+    const HWND control =
+        CreateWindowExA(0, className, text, WS_CHILD | style, Scaled(place.left), Scaled(place.top),
+                        Scaled(place.right - place.left), Scaled(place.bottom - place.top), m_Window.Get(),
+                        reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleA(nullptr), nullptr);
+    SendMessageA(control, WM_SETFONT, reinterpret_cast<WPARAM>(m_Font), FALSE);
+    return control;
+}
+
+void UpdaterWindow::Say(const Text& message) {
+    SetWindowTextA(m_Label, message.c_str());
+    UpdateWindow(m_Window.Get());
+}
+
+void UpdaterWindow::Progress(int percent) { SendMessageA(m_Bar, PBM_SETPOS, static_cast<WPARAM>(percent), 0); }
+
+void UpdaterWindow::Tell(const Text& message) {
+    Say(message);
+    ShowWindow(m_Bar, SW_HIDE);
+    ShowWindow(m_Button, SW_SHOW);
+    SetFocus(m_Button);
+    SetForegroundWindow(m_Window.Get());
+    m_IsTelling = true;
+    SetTimer(m_Window.Get(), UnreadTimer, UnreadMs, nullptr);
+    ServeMessagesUntil([this] { return !m_IsTelling; });
+    KillTimer(m_Window.Get(), UnreadTimer);
+}
+
+void UpdaterWindow::Close() {
+    m_Window.Close();
+    if (m_Font != nullptr) DeleteObject(m_Font);
+    m_Font = nullptr;
+    m_Only.Close();
+}
+
+bool UpdaterWindow::Handle(UINT message, WPARAM wParam) {
+    const bool ends = message == WM_CLOSE || (message == WM_TIMER && wParam == UnreadTimer) ||
+                      (message == WM_COMMAND && (LOWORD(wParam) == IDOK || LOWORD(wParam) == IDCANCEL));
+    if (ends) m_IsTelling = false;
+    return ends;
+}
+
+LRESULT CALLBACK UpdaterWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto* const object = WindowObject<UpdaterWindow>(window, message, lParam);
+    if (object != nullptr && object->Handle(message, wParam)) return 0;
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+}  // namespace tb

@@ -1,0 +1,39 @@
+// The updater's window: a line of text, a progress bar, and a button when there is something to read.
+#pragma once
+
+#include "platform/win32/Handle.h"
+#include "updater/Updater.h"
+
+namespace tb {
+
+// By class and caption other programs know that an updater runs. The window cannot be closed while it works.
+class UpdaterWindow : public UpdaterScreen {
+public:
+    // `only` is held for as long as the window is there: what tells other updaters to leave. Error 51.
+    UpdaterWindow(const Text& caption, OwnedObject only);
+    UpdaterWindow(const UpdaterWindow&) = delete;
+    UpdaterWindow& operator=(const UpdaterWindow&) = delete;
+    ~UpdaterWindow() override { Close(); }
+
+    void Say(const Text& message) override;
+    void Progress(int percent) override;
+    void Tell(const Text& message) override;
+    void Close() override;
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    bool Handle(UINT message, WPARAM wParam);
+    void Fill();
+    // In pixels of 96 to an inch.
+    HWND Add(const char* className, const char* text, DWORD style, RECT place, UINT id) const;
+
+    OwnedObject m_Only;
+    OwnedWindow m_Window;
+    HFONT m_Font = nullptr;
+    HWND m_Label = nullptr;
+    HWND m_Bar = nullptr;
+    HWND m_Button = nullptr;
+    bool m_IsTelling = false;
+};
+
+}  // namespace tb

@@ -1,0 +1,188 @@
+#include <gmock/gmock.h>
+
+#include "base/errors.h"
+#include "components/tbXML/Document.h"
+#include "fakes/RecordedLog.h"
+#include "fakes/TestFolder.h"
+#include "operator/Commands.h"
+#include "refdata/manifest/SignedManifest.h"
+#include "service/commands/ServiceCommands.h"
+#include "service/signing/OpenSslSignatures.h"
+#include "service/web/RequestCheck.h"
+#include "service/web/UpdatePages.h"
+#include "sitedb/codec/Encryption.h"
+
+namespace tb {
+namespace {
+
+using testing::HasSubstr;
+
+// A library that the linker made of a version resource with the strings 9.9.9, in a language that it does not list
+// first, and 1.2.3.
+Text SmallLibrary() {
+    std::ifstream file(TRAWLBEAM_SOURCE "/fuzz/corpus/version/small.dll", std::ios::binary);
+    return Text(std::istreambuf_iterator<char>(file), {});
+}
+
+TEST(FileVersionOf, ReadsTheFirstLanguageAndNothingBehindTheEnd) {
+    const Text file = SmallLibrary();
+    EXPECT_EQ(FileVersionOf(file), "1.2.3");
+    const size_t version = file.find(Text("1\0.\0002\0.\0003\0", 10));
+    ASSERT_NE(version, Text::npos);
+    // Whatever is cut or changed, it is read within the file or refused: the sanitizers watch.
+    int refused = 0;
+    const auto read = [&](const Text& bytes) {
+        // A copy without room behind it.
+        const std::vector<char> exact(bytes.begin(), bytes.end());
+        try {
+            return FileVersionOf({exact.data(), exact.size()}).value_or("none");
+        } catch (const ReleaseError&) {
+            ++refused;
+            return Text("refused");
+        }
+    };
+    for (size_t size = 0; size < file.size(); ++size) {
+        EXPECT_EQ(read(file.substr(0, size)), "refused") << size;
+    }
+    refused = 0;
+    for (size_t place = 0; place < file.size(); ++place) {
+        for (const int value : {0, 1, 0x7F, 0x80, 0xFF}) {
+            Text changed = file;
+            changed[place] = static_cast<char>(value);
+            read(changed);
+        }
+    }
+    EXPECT_GT(refused, 100);
+    EXPECT_LT(refused, static_cast<int>(file.size()));
+    // No list of languages stands for language 0 and code page 0, which is not there.
+    Text unlisted = file;
+    unlisted[file.find(Text("T\0r\0a\0n\0s\0l\0", 12))] = 'X';
+    EXPECT_EQ(read(unlisted), "");
+    EXPECT_EQ(read("MZ"), "refused");
+    EXPECT_EQ(read("no program"), "refused");
+}
+
+class UpdateTest : public testing::Test {
+protected:
+    UpdateTest() {
+        std::filesystem::create_directories(Folder.Path() / "staged" / "Data");
+        Stage("tbXML.dll", SmallLibrary());
+        Stage("Trawlbeam.chm", "help");
+        for (const Text name : {"Trawlbeam.ini", "Data/x.dll", "notes.txt", "new.dll.tmp~"}) Stage(name, "x");
+        AddUpdatePages(Served, Shelf);
+    }
+    void Stage(const Text& name, const Text& content) { Folder.Write("staged/" + name, content); }
+    Text In(const Text& name) const { return (Folder.Path() / name).string(); }
+    // What the command says when it refuses.
+    Text Publish(const Words& options) {
+        Words words{In("staged")};
+        words.insert(words.end(), options.begin(), options.end());
+        try {
+            PublishUpdateCommand(Folder.Path() / "data", words);
+            return "done";
+        } catch (const std::exception& error) {
+            return error.what();
+        }
+    }
+    // Status and body.
+    Text Ask(const Text& path) {
+        const Page* page = FindPage(Served, path);
+        if (page == nullptr) return "404";
+        const Reply reply = page->Answer({"GET", path, {}});
+        return reply.Status == 200 ? *reply.Body : std::to_string(reply.Status);
+    }
+
+    TestFolder Folder;
+    UpdateShelf Shelf{Folder.Path() / "data"};
+    Pages Served;
+    RecordedLog Log;
+};
+
+TEST_F(UpdateTest, APublishedFolderIsServedAsAWhole) {
+    EXPECT_EQ(Ask("/updates.xml"), "404");
+    EXPECT_EQ(Publish({"--version", "5"}), "done");
+    const Text manifest = Ask("/updates.xml");
+    Document document;
+    document.LoadXML(manifest);
+    ASSERT_EQ(document.Root()->Count(), 2) << "what is no installed file, and what lies in folders, is passed over";
+    const UpdateFile help = ReadFileElement(**document.begin(), {});
+    const UpdateFile library = ReadFileElement(**std::next(document.begin()), {});
+    EXPECT_EQ(help.FILE + help.VERSION, "Trawlbeam.chm");
+    EXPECT_EQ(library.FILE + " " + library.VERSION, "tbXML.dll 1.2.3");
+    EXPECT_EQ(library.SIZE, static_cast<std::int32_t>(SmallLibrary().size()));
+    EXPECT_EQ(TotalDownloadSize(*document.Root()), library.SIZE + 4);
+    Text plain;
+    EXPECT_TRUE(ChkEncryptString(Ask("/updates.bin"), plain, Log));
+    EXPECT_EQ(plain, manifest);
+    EXPECT_EQ(Ask("/5/tbXML.dll"), SmallLibrary());
+    for (const Text path :
+         {"/updates.xml.sig", "/5/notes.txt", "/5/TBXML.DLL", "/5/../5/tbXML.dll", "/5/..", "/5/", "/05/tbXML.dll",
+          "/4/tbXML.dll", "/99999999999/x", "//tbXML.dll", "/x/tbXML.dll", "/Versions/beta/updates.xml",
+          "/Versions/updates.xml", "/Versions//updates.xml", "/Versions/beta/tbXML.dll"}) {
+        EXPECT_EQ(Ask(path), "404") << path;
+    }
+
+    // A test version has numbers and files of its own; the files of the version before stay for who fetches them.
+    Stage("Trawlbeam.chm", "new help");
+    EXPECT_EQ(Publish({"--version", "6", "--test", "beta"}), "done");
+    EXPECT_EQ(Ask("/updates.xml"), manifest);
+    EXPECT_THAT(Ask("/Versions/beta/updates.xml"), HasSubstr("VERSION='6'"));
+    EXPECT_EQ(Publish({"--version", "7"}), "done");
+    EXPECT_EQ(Ask("/5/Trawlbeam.chm") + ", " + Ask("/6/Trawlbeam.chm"), "help, new help");
+    EXPECT_EQ(Publish({"--version", "8"}), "done");
+    EXPECT_EQ(Ask("/5/Trawlbeam.chm") + ", " + Ask("/6/Trawlbeam.chm") + ", " + Ask("/7/Trawlbeam.chm"),
+              "404, new help, new help");
+
+    const Text last = Ask("/updates.xml");
+    for (const auto& [number, reason] : std::vector<std::pair<Text, Text>>{{"8", "number 8 is not above 8"},
+                                                                           {"7", "not above 8"},
+                                                                           {"0", "no whole number"},
+                                                                           {"9.5", "no whole number"},
+                                                                           {"-9", "no whole number"},
+                                                                           {"2147483648", "no whole number"},
+                                                                           {"", "no whole number"}}) {
+        EXPECT_THAT(Publish({"--version", number}), HasSubstr(reason));
+    }
+    Stage("bad.dll", SmallLibrary().substr(0, 1000));
+    EXPECT_EQ(Publish({"--version", "9"}), "bad.dll: it ends too early");
+    EXPECT_EQ(Publish({"--version", "9", "--test", "../x"}).substr(0, 6), "--test");
+    EXPECT_EQ(Ask("/updates.xml"), last) << "what was refused changed nothing";
+}
+
+TEST_F(UpdateTest, SignsHereOrTakesWhatWasSignedElsewhere) {
+    const Text own = In("own");
+    for (const Text key : {"own", "other"}) KeygenCommand({"--out", In(key)});
+    EXPECT_THROW(KeygenCommand({"--out", own}), std::exception) << "a key is never replaced";
+    EXPECT_EQ(std::filesystem::status(own + ".pem").permissions(), std::filesystem::perms(0600));
+    const auto isServedSigned = [&] {
+        Document document;
+        document.LoadXML(Ask("/updates.xml"));
+        return OpenSslSignatures().VerifyP256(ReadP256Text(Folder.Read("own.pub")),
+                                              Sha256Of(SignedText(*document.Root())),
+                                              ReadP256Text(Ask("/updates.xml.sig")));
+    };
+    EXPECT_EQ(Publish({"--version", "5", "--sign", own + ".pem"}), "done");
+    EXPECT_TRUE(isServedSigned());
+    EXPECT_THAT(Publish({"--version", "6", "--sign", own + ".pub"}), HasSubstr("no private key"));
+
+    const Text made = In("m.xml");
+    ManifestCommand({In("staged"), "--version", "6", "--out", made});
+    SignCommand({"--key", own + ".pem", made, In("staged")});
+    // The text that is signed, byte for byte.
+    Document document;
+    document.LoadXML(Folder.Read("m.xml"));
+    EXPECT_EQ(SignedText(*document.Root()),
+              "trawlbeam-update 1\n6\n"
+              "Trawlbeam.chm\t4\t106a5842fc5fce6f663176285ed1516dbb1e3d15c05abab12fdca46d60b539b7\n"
+              "tbXML.dll\t1264\t" +
+                  FileHash(Sha256Of(SmallLibrary())) + "\n");
+    EXPECT_THAT(Publish({"--manifest", made, "--key", In("other.pub")}), HasSubstr("not signed by the key"));
+    Stage("Trawlbeam.chm", "HELP");
+    EXPECT_EQ(Publish({"--manifest", made}), "Trawlbeam.chm: its hash is not the one of the manifest");
+    Stage("Trawlbeam.chm", "help");
+    EXPECT_EQ(Publish({"--manifest", made, "--key", own + ".pub"}), "done");
+    EXPECT_TRUE(isServedSigned());
+}
+
+}  // namespace
+}  // namespace tb

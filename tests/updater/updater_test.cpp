@@ -1,0 +1,376 @@
+#include "updater/Updater.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/FakePlatform.h"
+#include "fakes/RecordedLog.h"
+#include "updater/UpdaterLog.h"
+
+namespace tb {
+namespace {
+
+const Text PermissionDenied = "70 Permission denied";
+
+// An installed version with an update to number 57, which the updater itself is part of.
+class Update : public testing::Test {
+protected:
+    using World = std::map<Text, Text>;
+    static const inline World Old{
+        {"a.dll", "old a"}, {"tbXML.dll", "old xml"}, {"Same.chm", "help"}, {"Trawlbeam.exe", "old program"}};
+    static const inline World New{{"a.dll", Text(70000, 'a')},
+                                  {"tbXML.dll", "new xml"},
+                                  {"Same.chm", "help"},
+                                  {"Trawlbeam.exe", "new program"},
+                                  {"b.dll", "brought"}};
+
+    Update() { Lay(Old); }
+
+    void Lay(const World& installed) {
+        m_Files = std::make_unique<FakeFiles>();
+        m_Files->Folders = {"/app", "/app/Updates", "/app/Log"};
+        for (const auto& [name, content] : installed) m_Files->Contents["/app/" + name] = content;
+        m_Files->Contents["/app/tbUpdater.exe"] = "updater";
+        m_Files->ReadOnly.insert("/app/a.dll");
+        Stage("57", {"Trawlbeam.exe", "a.dll", "tbXML.dll", "b.dll"});
+    }
+    // A manifest of the new version, with these of its files staged.
+    void Stage(const Text& number, const std::vector<Text>& staged, const World& files = New, const Text& more = {}) {
+        Text manifest = "<UPDATES VERSION='" + number + "'>" + more +
+                        "<F FILE='TBUPDATER.exe' SIZE='1' DOWNLOAD='Y'/><F FILE='..' DOWNLOAD='N'/>";
+        for (const auto& [name, content] : files) {
+            manifest += "<F FILE='" + name + "' SIZE='" + std::to_string(content.size()) + "' DOWNLOAD='y'/>";
+        }
+        m_Files->Contents["/app/Updates/updates.xml"] = manifest + "</UPDATES>";
+        for (const Text& name : staged) m_Files->Contents["/app/Updates/" + name] = files.at(name);
+        for (const Text& name : staged) m_Files->Dates["/app/Updates/" + name] = {Date(1), Date(2), Date(3)};
+    }
+    UpdateResult Run() {
+        return UpdateInstaller(*m_Files, m_Log, "/app", "Trawlbeam.exe", [this](int percent) { m_Percent = percent; })
+            .Run();
+    }
+    // What lies in a folder.
+    World In(const Text& folder) const {
+        World world;
+        for (const auto& [path, content] : m_Files->Contents) {
+            if (path.parent_path() == folder) world[path.filename().string()] = content;
+        }
+        return world;
+    }
+    World Installed() const {
+        World world = In("/app");
+        EXPECT_EQ(world["tbUpdater.exe"], "updater");
+        world.erase("tbUpdater.exe");
+        return world;
+    }
+    bool IsPending() const { return m_Files->Exists("/app/Updates/updates.xml"); }
+    bool HasJournal() const { return m_Files->Exists("/app/Updates/Backup/installing.xml"); }
+
+    std::unique_ptr<FakeFiles> m_Files;
+    RecordedLog m_Log;
+    int m_Percent = 0;
+};
+
+TEST_F(Update, IsInstalledWithBackupDatesAndNothingLeft) {
+    m_Files->Contents["/app/Updates/tbUpdater.exe"] = "could not be put in place";
+    EXPECT_EQ(Run().Outcome, UpdateOutcome::Installed);
+    EXPECT_EQ(Installed(), New);
+    EXPECT_EQ(In("/app/Updates"), World());
+    World backup = In("/app/Updates/Backup/57");
+    EXPECT_EQ(backup["updates.xml"].substr(0, 22), "<UPDATES VERSION='57'>");
+    backup.erase("updates.xml");
+    EXPECT_EQ(backup, (World{{"a.dll", "old a"}, {"tbXML.dll", "old xml"}, {"Trawlbeam.exe", "old program"}}));
+    EXPECT_FALSE(HasJournal());
+    EXPECT_EQ(m_Files->Dates["/app/a.dll"].Modified, Date(2));
+    EXPECT_EQ(m_Percent, 100);
+    EXPECT_EQ(m_Log.Take(), (std::vector<Text>{"0 Installing update 57, files: 4", "0 Installed a.dll 70000",
+                                               "0 Installed b.dll 7", "0 Installed tbXML.dll 7",
+                                               "0 Installed Trawlbeam.exe 11", "0 Update 57 is installed"}));
+    EXPECT_EQ(Run().Outcome, UpdateOutcome::Nothing);
+}
+
+// Whatever fails once, the run ends with a whole version, and the next one with the new.
+TEST_F(Update, AnyCallThatFailsLeavesAWholeVersion) {
+    int undone = 0;
+    int failing = 0;
+    for (;; ++failing) {
+        Lay(Old);
+        m_Files->FailAt(failing + 1, ErrorNumber::PermissionDenied);
+        const UpdateOutcome outcome = Run().Outcome;
+        const bool isOver = m_Files->Calls() <= failing;
+        m_Files->FailNoMore();
+        ASSERT_TRUE(outcome == UpdateOutcome::Installed || outcome == UpdateOutcome::Failed) << failing;
+        ASSERT_EQ(Installed(), outcome == UpdateOutcome::Installed ? New : Old) << failing;
+        undone += outcome == UpdateOutcome::Failed ? 1 : 0;
+        ASSERT_FALSE(outcome == UpdateOutcome::Failed && (!IsPending() || HasJournal())) << failing;
+        ASSERT_LE(static_cast<int>(Run().Outcome), static_cast<int>(UpdateOutcome::Installed)) << failing;
+        ASSERT_EQ(Installed(), New) << failing;
+        ASSERT_FALSE(IsPending() || HasJournal()) << failing;
+        if (isOver) break;
+    }
+    EXPECT_GT(undone, 20);
+    EXPECT_GT(failing, undone);
+}
+
+class KilledUpdate : public Update {
+protected:
+    // Ends a run before its call of that number, from 1: nothing is written from there on. False behind its end.
+    bool KillAt(int call) {
+        const int before = m_Files->Calls();
+        m_Files->FailAt(call, ErrorNumber::DeviceIO, true);
+        Run();
+        const bool wasKilled = m_Files->Calls() - before >= call;
+        m_Files->FailNoMore();
+        return wasKilled;
+    }
+};
+
+// The program and the library that it starts with are both old or both new, but for one moment between two renames.
+TEST_F(KilledUpdate, AtAnyCallIsFinishedByTheNextRunEvenIfThatIsKilledToo) {
+    int torn = 0;
+    for (int call = 1;; ++call) {
+        Lay(Old);
+        if (!KillAt(call)) break;
+        const World found = Installed();
+        const bool isOld = found.at("Trawlbeam.exe") == "old program";
+        torn += isOld != (found.at("tbXML.dll") == "old xml") ? 1 : 0;
+        ASSERT_TRUE(IsPending() || found == New) << call;
+        const FakeFiles asFound = *m_Files;
+        for (int again = 1;; again += 3) {
+            *m_Files = asFound;
+            const bool wasKilled = KillAt(again);
+            ASSERT_LE(static_cast<int>(Run().Outcome), static_cast<int>(UpdateOutcome::Installed))
+                << call << " " << again;
+            ASSERT_EQ(Installed(), New) << call << " " << again;
+            ASSERT_FALSE(IsPending() || HasJournal()) << call << " " << again;
+            if (!wasKilled) break;
+        }
+    }
+    EXPECT_LE(torn, 3) << "the rename of the program and what comes before it";
+}
+
+TEST_F(KilledUpdate, IsUndoneWhenItsStagedFilesAreNotWholeAnyMore) {
+    for (int call = 1;; ++call) {
+        Lay(Old);
+        if (!KillAt(call) || !IsPending()) break;
+        const bool isCommitted = Installed() == New && In("/app/Updates").size() < 5;
+        m_Files->Contents["/app/Updates/tbXML.dll"] = "neither of both";
+        const FakeFiles asFound = *m_Files;
+        for (int again = 1;; again += 3) {
+            *m_Files = asFound;
+            const bool wasKilled = KillAt(again);
+            const UpdateOutcome outcome = Run().Outcome;
+            ASSERT_TRUE(outcome == UpdateOutcome::Refused || outcome == UpdateOutcome::Nothing) << call << " " << again;
+            ASSERT_TRUE(Installed() == Old || (isCommitted && Installed() == New)) << call << " " << again;
+            ASSERT_FALSE(IsPending() || HasJournal()) << call << " " << again;
+            if (!wasKilled) break;
+        }
+    }
+}
+
+// The program ran on what a kill has left, and its check has replaced the pending update or dropped it.
+TEST_F(KilledUpdate, MeetsAnotherUpdateOrNone) {
+    World later = New;
+    later["tbXML.dll"] = "still newer xml";
+    World smaller = Old;
+    smaller.erase("a.dll");
+    smaller["Trawlbeam.exe"] = "smaller program";
+    int installed = 0;
+    for (int call = 1;; ++call) {
+        Lay(Old);
+        if (!KillAt(call) || !HasJournal()) {
+            if (IsPending()) continue;
+            break;
+        }
+        const FakeFiles asFound = *m_Files;
+        // A file that the new manifest does not name goes back to the old version.
+        for (const auto& [files, end] : {std::pair(later, later),
+                                         std::pair(smaller, World{{"a.dll", "old a"},
+                                                                  {"tbXML.dll", "old xml"},
+                                                                  {"Same.chm", "help"},
+                                                                  {"Trawlbeam.exe", "smaller program"}}),
+                                         std::pair(World(), Old)}) {
+            *m_Files = asFound;
+            for (const auto& [name, content] : In("/app/Updates")) m_Files->Contents.erase("/app/Updates/" + name);
+            std::vector<Text> staged;
+            for (const auto& [name, content] : files) {
+                if (Installed()[name] != content) staged.push_back(name);
+            }
+            if (!files.empty()) Stage("58", staged, files);
+            const UpdateResult result = Run();
+            // What the check took for current may be a file that was put back; then the update is refused.
+            ASSERT_EQ(Installed(), result.Outcome == UpdateOutcome::Refused ? Old : end)
+                << call << " " << result.Reason;
+            ASSERT_FALSE(IsPending() || HasJournal()) << call;
+            installed += result.Outcome == UpdateOutcome::Installed ? 1 : 0;
+        }
+    }
+    EXPECT_GT(installed, 10);
+}
+
+TEST_F(Update, OfOneFileThatIsInUseIsPutBackAndStaysPending) {
+    for (const char* held : {"a.dll", "Trawlbeam.exe"}) {
+        Lay(Old);
+        const auto reader = m_Files->OpenForReading(Text("/app/") + held);
+        const UpdateResult result = Run();
+        EXPECT_EQ(result.Outcome, UpdateOutcome::Failed);
+        EXPECT_EQ(result.Reason, held + (": " + PermissionDenied));
+        EXPECT_EQ(Installed(), Old);
+        EXPECT_TRUE(IsPending() && !HasJournal());
+    }
+}
+
+// Browsers load some of the libraries, and stay.
+TEST_F(KilledUpdate, OfALoadedLibraryMovesItAside) {
+    for (int call = 1;; ++call) {
+        Lay(Old);
+        m_Files->Loaded = {"/app/a.dll"};
+        const bool wasKilled = KillAt(call);
+        // The browser loads what it finds.
+        if (m_Files->Exists("/app/a.dll")) m_Files->Loaded.insert("/app/a.dll");
+        const bool fails = call % 2 == 0;
+        if (fails && IsPending()) m_Files->Contents["/app/Updates/tbXML.dll"] = "not whole";
+        const UpdateOutcome outcome = Run().Outcome;
+        ASSERT_TRUE(outcome != UpdateOutcome::Failed && outcome != UpdateOutcome::Halfway) << call;
+        ASSERT_EQ(Installed(), outcome == UpdateOutcome::Refused ? Old : New) << call;
+        ASSERT_FALSE(IsPending() || HasJournal()) << call;
+        if (!wasKilled) break;
+    }
+    EXPECT_EQ(In("/app/Updates/Backup/57")["a.dll.used1~"], "old a");
+}
+
+TEST_F(Update, WithADefectIsRefusedAsAWholeAndRemoved) {
+    const auto manifest = [this](const Text& text) { m_Files->Contents["/app/Updates/updates.xml"] = text; };
+    const auto stageWith = [this](const Text& more) { Stage("57", {}, New, more); };
+    const std::vector<std::pair<Text, std::function<void()>>> defects{
+        {"the manifest: XML line 1: <UPDATES> is not closed", [&] { manifest("<UPDATES VERSION='57'>"); }},
+        {"the manifest: Type mismatch", [&] { manifest("<UPDATES VERSION='..'/>"); }},
+        {"the manifest: Type mismatch", [&] { stageWith("<F FILE='x' SIZE='-1' DOWNLOAD='Y'/>"); }},
+        {"the manifest: ..\\x5Cx.exe is not a plain file name",
+         [&] { stageWith("<F FILE='..\\x.exe' SIZE='1' DOWNLOAD='Y'/>"); }},
+        {"the manifest: C:x is not a plain file name", [&] { stageWith("<F FILE='C:x' SIZE='1' DOWNLOAD='Y'/>"); }},
+        {"the manifest: a.dll is named twice", [&] { stageWith("<F FILE='A.DLL' SIZE='1' DOWNLOAD='Y'/>"); }},
+        {"Log is a folder", [&] { stageWith("<F FILE='Log' SIZE='1' DOWNLOAD='Y'/>"); }},
+        {"a.dll, downloaded: 5 bytes, 70000 bytes expected",
+         [&] { m_Files->Contents["/app/Updates/a.dll"] = "short"; }},
+        {"b.dll, installed and not downloaded: missing, 7 bytes expected",
+         [&] { m_Files->Contents.erase("/app/Updates/b.dll"); }},
+        {"Same.chm, installed and not downloaded: 5 bytes, 4 bytes expected",
+         [&] { m_Files->Contents["/app/Same.chm"] = "other"; }}};
+    for (const auto& [reason, make] : defects) {
+        Lay(Old);
+        make();
+        World before = Installed();
+        const UpdateResult result = Run();
+        EXPECT_EQ(result.Outcome, UpdateOutcome::Refused) << reason;
+        EXPECT_EQ(result.Reason, reason);
+        EXPECT_EQ(Installed(), before) << reason;
+        EXPECT_EQ(In("/app/Updates"), World()) << reason;
+    }
+}
+
+TEST_F(KilledUpdate, WithADamagedJournalIsInstalledAnew) {
+    for (const char* damaged :
+         {"", "<JOURNAL STATE='?'/>",
+          "<JOURNAL STATE='UNDOING'><F FILE='..\\x' VERSION='57' EXISTED='N' SIZE='0'/></JOURNAL>"}) {
+        Lay(Old);
+        m_Files->Folders.insert("/app/Updates/Backup");
+        m_Files->Contents["/app/Updates/Backup/installing.xml"] = damaged;
+        EXPECT_EQ(Run().Outcome, UpdateOutcome::Installed);
+        EXPECT_EQ(Installed(), New);
+        EXPECT_EQ(In("/app/Updates/Backup"), (World{{"installing.xml.bad", damaged}}));
+    }
+}
+
+TEST(UpdaterCommand, IsTheLastTwoWordsOfAnUnquotedLine) {
+    const auto read = [](const Text& line) {
+        const auto command = ReadUpdaterCommand(line, {"own.exe", "own"});
+        return command ? command->Program + "|" + command->Product : Text("none");
+    };
+    EXPECT_EQ(read("C:\\My programs\\Trawlbeam 2\\tbUpdater.exe Trawlbeam.exe Trawlbeam "), "Trawlbeam.exe|Trawlbeam");
+    EXPECT_EQ(read("\"C:\\a b\\tbUpdater.exe\"  x.EXE  y"), "x.EXE|y");
+    for (const char* byHand : {"C:\\a b\\TBUPDATER.EXE", "\"C:\\a b\\tbUpdater.exe\" ", "tbUpdater.exe"})
+        EXPECT_EQ(read(byHand), "own.exe|own");
+    for (const char* wrong :
+         {"", "one", "x.exe y", "tbUpdater.exe x.exe ..", "tbUpdater.exe ..\\x.exe y", "tbUpdater.exe x.com y",
+          "tbUpdater.exe C:x.exe y", "tbUpdater.exe tbupdater.exe y", "tbUpdater.exe \"x.exe\" y"}) {
+        EXPECT_EQ(read(wrong), "none") << wrong;
+    }
+}
+
+struct FakeScreen : UpdaterScreen {
+    void Say(const Text& message) override { Calls.push_back("say " + message); }
+    void Progress(int percent) override { Percent = percent; }
+    void Tell(const Text& message) override { Calls.push_back("tell " + Text(Left(message, message.find('\r')))); }
+    void Close() override { Calls.emplace_back("close"); }
+    std::vector<Text> Calls;
+    int Percent = 0;
+};
+
+class CourseOfTheUpdater : public Update {
+protected:
+    void Course() {
+        UpdaterLog log(*m_Files, m_Clock, "/app", "Trawlbeam");
+        m_Processes.File = "/app/tbUpdater.exe";
+        Updater({*m_Files, m_Processes, m_Pump, m_Screen, log}, {"Trawlbeam.exe", "Trawlbeam"}).Run();
+    }
+    FakeClock m_Clock;
+    FakeProcesses m_Processes;
+    FakePump m_Pump;
+    FakeScreen m_Screen;
+    const std::vector<Text> m_Begun{"say Waiting for Trawlbeam to close...",
+                                    "say Installing the update of Trawlbeam..."};
+};
+
+TEST_F(CourseOfTheUpdater, WaitsForTheProgramInstallsAndStartsIt) {
+    m_Processes.RunningBeside = {"Trawlbeam.exe"};
+    m_Pump.OnPump = [this] {
+        if (m_Pump.Pumped == 3) m_Processes.RunningBeside.clear();
+    };
+    Course();
+    EXPECT_EQ(Installed(), New);
+    EXPECT_GT(m_Pump.Pumped, 3 + 4) << "messages are served while files are copied";
+    EXPECT_EQ(m_Processes.Started, std::vector<Text>{"/app/Trawlbeam.exe: \"/app/Trawlbeam.exe\""});
+    EXPECT_EQ(m_Screen.Calls, (std::vector<Text>{m_Begun[0], m_Begun[1], "close"}));
+    EXPECT_EQ(m_Screen.Percent, 100);
+    const Text log = m_Files->Contents["/app/Log/Trawlbeam202611.log"];
+    EXPECT_EQ(log.substr(0, log.find('\n')), "11/21/2026 08:09:10   tbUpdater: Started for Trawlbeam.exe Trawlbeam\r");
+}
+
+TEST_F(CourseOfTheUpdater, GivesUpAfterAMinuteOfWaiting) {
+    m_Processes.RunningBeside = {"Trawlbeam.exe"};
+    Course();
+    EXPECT_EQ(m_Pump.Slept, 60000);
+    EXPECT_EQ(Installed(), Old);
+    EXPECT_TRUE(IsPending());
+    EXPECT_TRUE(m_Processes.Started.empty());
+    EXPECT_EQ(m_Screen.Calls,
+              (std::vector<Text>{m_Begun[0], "tell Trawlbeam is still running, so its update has not been installed.",
+                                 "close"}));
+}
+
+TEST_F(CourseOfTheUpdater, TellsWhatFailedAndStartsAWholeProgramOnly) {
+    const auto told = [this] { return m_Screen.Calls.at(2); };
+    m_Files->Contents["/app/Updates/a.dll"] = "short";
+    Course();
+    EXPECT_EQ(told(), "tell The update of Trawlbeam is damaged and has been removed:");
+    EXPECT_EQ(m_Processes.Started.size(), 1U);
+    Lay(Old);
+    m_Screen.Calls.clear();
+    auto reader = m_Files->OpenForReading("/app/Trawlbeam.exe");
+    Course();
+    EXPECT_EQ(told(), "tell The update of Trawlbeam could not be installed now:");
+    EXPECT_EQ(m_Processes.Started.size(), 2U);
+    reader.reset();
+    for (int call = 1; !HasJournal(); ++call) {
+        Lay(Old);
+        m_Screen.Calls.clear();
+        m_Processes.Started.clear();
+        m_Files->FailAt(call, ErrorNumber::DeviceIO, true);
+        Course();
+    }
+    EXPECT_EQ(told(), "tell The update of Trawlbeam could be installed only in part:");
+    EXPECT_TRUE(m_Processes.Started.empty());
+}
+
+}  // namespace
+}  // namespace tb

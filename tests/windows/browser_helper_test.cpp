@@ -1,0 +1,221 @@
+// The browser helper as the browser has it: registered, made by its class, hearing the events of a window.
+#include <windows.h>
+
+#include <exdisp.h>
+#include <exdispid.h>
+#include <gtest/gtest.h>
+#include <objbase.h>
+#include <ocidl.h>
+#include <oleauto.h>
+#include <olectl.h>
+
+#include "components/TrawlbeamHelper/win32/ServedObject.h"
+#include "components/tbBHBridge/tbBHBridgeFace.h"
+#include "components/tbBHOCfg/HelperIdentity.h"
+#include "components/tbBHOCfg/tbBHOCfg.h"
+#include "platform/win32/ComponentLibrary.h"
+#include "platform/win32/Win32Registry.h"
+#include "platform/win32/Win32Text.h"
+#include "windows/FakeChannel.h"
+#include "windows/ProgramProcess.h"
+#include "windows/ScratchFolder.h"
+
+namespace tb {
+namespace {
+
+// A browser window as far as its helper sees it.
+class BrowserWindow : public ServedObject<IConnectionPoint> {
+public:
+    HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override {
+        *cookie = 7;
+        void* events = nullptr;
+        if (FAILED(sink->QueryInterface(DIID_DWebBrowserEvents2, &events))) return CONNECT_E_CANNOTCONNECT;
+        m_Sink = Reference<IDispatch>(static_cast<IDispatch*>(events));
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override {
+        EXPECT_EQ(cookie, 7U);
+        m_Sink.Close();
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections**) override { return E_NOTIMPL; }
+
+    bool IsHeard() const { return static_cast<bool>(m_Sink); }
+    // Whether the navigation was cancelled.
+    bool Navigate(const wchar_t* url) {
+        VARIANT address{};
+        address.vt = VT_BSTR;
+        address.bstrVal = SysAllocString(url);
+        VARIANT_BOOL cancel = VARIANT_FALSE;
+        VARIANT arguments[7]{};
+        arguments[0].vt = VT_BOOL | VT_BYREF;
+        arguments[0].pboolVal = &cancel;
+        arguments[5].vt = VT_VARIANT | VT_BYREF;
+        arguments[5].pvarVal = &address;
+        DISPPARAMS parameters{arguments, nullptr, 7, 0};
+        EXPECT_EQ(m_Sink.Get()->Invoke(DISPID_BEFORENAVIGATE2, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr,
+                                       nullptr, nullptr),
+                  S_OK);
+        SysFreeString(address.bstrVal);
+        return cancel != VARIANT_FALSE;
+    }
+
+private:
+    Reference<IDispatch> m_Sink;
+};
+
+class Site : public ServedObject<IConnectionPointContainer> {
+public:
+    explicit Site(BrowserWindow* window) : m_Window(Share(window)) {}
+    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID id, IConnectionPoint** point) override {
+        if (!IsEqualIID(id, DIID_DWebBrowserEvents2)) return CONNECT_E_NOCONNECTION;
+        *point = Share(m_Window.Get()).Release();
+        return S_OK;
+    }
+
+private:
+    Reference<BrowserWindow> m_Window;
+};
+
+// Presses OK in the message box of that title as soon as it is there, and keeps its text.
+class BoxReader {
+public:
+    explicit BoxReader(const char* title)
+        : m_Thread([this, title] {
+              for (int tries = 0; tries < 1000; ++tries, Sleep(10)) {
+                  const HWND box = FindWindowA("#32770", title);
+                  const HWND label = box == nullptr ? nullptr : GetDlgItem(box, 0xFFFF);
+                  if (label == nullptr) continue;
+                  char text[1000] = "";
+                  GetWindowTextA(label, text, sizeof text);
+                  m_Text = text;
+                  PostMessageA(box, WM_COMMAND, IDOK, 0);
+                  return;
+              }
+          }) {}
+    Text Read() {
+        m_Thread.join();
+        return m_Text;
+    }
+
+private:
+    Text m_Text;
+    std::thread m_Thread;
+};
+
+// A program folder of its own with the helper registered in it, as long as the object lives.
+class BrowserHelper : public testing::Test {
+protected:
+    BrowserHelper() {
+        CoInitialize(nullptr);
+        for (const char* file : {HelperFile, tbBHOCfgFace::File, tbBHBridgeFace::File}) {
+            std::filesystem::copy_file(BuiltProgram(file), Folder.Path() / file);
+        }
+        EXPECT_EQ(Call("DllRegisterServer"), S_OK);
+    }
+    ~BrowserHelper() override {
+        EXPECT_EQ(Call("DllUnregisterServer"), S_OK);
+        CoUninitialize();
+        // So that the folder can go.
+        for (const char* file : {HelperFile, tbBHOCfgFace::File, tbBHBridgeFace::File}) {
+            while (const HMODULE module = GetModuleHandleA(file)) FreeLibrary(module);
+        }
+    }
+
+    HRESULT Call(const char* name) {
+        void* const function = ComponentLibrary(Folder.Path() / HelperFile).Function(name);
+        return function == nullptr ? E_NOINTERFACE : reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(function)();
+    }
+    static CLSID Id() {
+        CLSID id{};
+        CLSIDFromString(ToSystem(HelperCLSID).c_str(), &id);
+        return id;
+    }
+    static Reference<IObjectWithSite> Make() {
+        void* helper = nullptr;
+        EXPECT_EQ(CoCreateInstance(Id(), nullptr, CLSCTX_INPROC_SERVER, IID_IObjectWithSite, &helper), S_OK);
+        return Reference<IObjectWithSite>(static_cast<IObjectWithSite*>(helper));
+    }
+    void Configure(const char* flag, bool value) {
+        ComponentLibrary library(Folder.Path() / tbBHOCfgFace::File);
+        tbBHOCfg configuration(FaceOf<tbBHOCfgFace>(library.Function(tbBHOCfgFace::Entry)));
+        configuration.Set(BHOSection::Alert, 0, "Caption", "Helper test");
+        configuration.SetFlag(flag, value);
+        configuration.Save(Folder.Path() / HelperConfigurationFile);
+    }
+
+    // The class in the registry is one for all.
+    OnlyProgram Only;
+    ScratchFolder Folder;
+    Reference<BrowserWindow> Window{new BrowserWindow};
+    Reference<Site> Browser{new Site(Window.Get())};
+};
+
+constexpr const wchar_t* Page = L"http://127.0.0.7:8080/a%20page";
+
+TEST_F(BrowserHelper, BlocksWhatTheProgramNames) {
+    const Reference<IObjectWithSite> helper = Make();
+    ASSERT_TRUE(helper);
+    ASSERT_EQ(helper.Get()->SetSite(Browser.Get()), S_OK);
+    FakeChannel program;
+    EXPECT_FALSE(Window.Get()->Navigate(Page)) << "not listed";
+    EXPECT_EQ(program.Request().substr(program.Request().find('\t')),
+              "\tCheck\thttp://127.0.0.7:8080/a%20page\t127.0.0.7");
+    EXPECT_FALSE(Window.Get()->Navigate(L"about:blank"));
+
+    program.Reply = "Validated: 11/01/2026  (Category: Test)";
+    Configure(BHOOption::CheckOff, false);
+    BoxReader reader("Helper test");
+    EXPECT_TRUE(Window.Get()->Navigate(Page));
+    const Text told = reader.Read();
+    EXPECT_NE(told.find("http://127.0.0.7:8080/a%20page"), Text::npos) << told;
+    EXPECT_NE(told.find(program.Reply), Text::npos) << told;
+    Configure(BHOOption::ShowAlert, false);
+    EXPECT_TRUE(Window.Get()->Navigate(Page)) << "without a box";
+    Configure(BHOOption::CheckOff, true);
+    EXPECT_FALSE(Window.Get()->Navigate(Page));
+    Configure(BHOOption::ShowAlert, false);
+
+    // A program that hangs delays the page and no more.
+    program.BusyMs = 6000;
+    const ULONGLONG start = GetTickCount64();
+    EXPECT_FALSE(Window.Get()->Navigate(Page));
+    EXPECT_LT(GetTickCount64() - start, 5000U);
+
+    EXPECT_EQ(helper.Get()->SetSite(nullptr), S_OK);
+    EXPECT_FALSE(Window.Get()->IsHeard());
+}
+
+TEST_F(BrowserHelper, LetsPagesPassWithoutProgramBridgeOrConfiguration) {
+    {
+        const Reference<IObjectWithSite> helper = Make();
+        ASSERT_EQ(helper.Get()->SetSite(Browser.Get()), S_OK);
+        EXPECT_FALSE(Window.Get()->Navigate(Page)) << "no program";
+        EXPECT_EQ(Call("DllCanUnloadNow"), S_FALSE);
+    }
+    EXPECT_FALSE(Window.Get()->IsHeard()) << "a helper that goes lets go of the window";
+    EXPECT_EQ(Call("DllCanUnloadNow"), S_OK);
+    for (const char* file : {tbBHOCfgFace::File, tbBHBridgeFace::File}) {
+        while (const HMODULE module = GetModuleHandleA(file)) FreeLibrary(module);
+        std::filesystem::remove(Folder.Path() / file);
+    }
+    const Reference<IObjectWithSite> helper = Make();
+    ASSERT_EQ(helper.Get()->SetSite(Browser.Get()), S_OK);
+    EXPECT_FALSE(Window.Get()->Navigate(Page)) << "no bridge";
+    EXPECT_EQ(helper.Get()->SetSite(Window.Get()), E_NOINTERFACE) << "a site without events";
+}
+
+TEST_F(BrowserHelper, IsRegisteredForTheTimeBeing) {
+    Win32Registry registry;
+    const Text key = Text("CLSID\\") + HelperCLSID;
+    EXPECT_EQ(registry.ReadText(RegistryRoot::ClassesRoot, key + "\\InprocServer32", "ThreadingModel"), "Apartment");
+    EXPECT_EQ(Call("DllUnregisterServer"), S_OK);
+    EXPECT_FALSE(registry.KeyExists(RegistryRoot::ClassesRoot, key));
+    EXPECT_EQ(Call("DllUnregisterServer"), S_OK) << "twice is no failure";
+}
+
+}  // namespace
+}  // namespace tb

@@ -1,0 +1,151 @@
+// The real updater on a folder of the test's own, with a stub for the program.
+#include <gtest/gtest.h>
+
+#include "fakes/Raised.h"
+#include "platform/win32/Win32Files.h"
+#include "windows/RunningProgram.h"
+
+namespace tb {
+namespace {
+
+constexpr const char* Caption = "Trawlbeam Updater";
+
+class RealUpdater : public testing::Test {
+protected:
+    static constexpr int Libraries = 8;
+    static constexpr size_t LibrarySize = 300000;
+
+    // A version of that letter; a program with some bytes behind its end is a program still.
+    static std::map<Text, Text> Version(char letter) {
+        Win32Files files;
+        std::map<Text, Text> contents{{"Trawlbeam.exe", ReadWholeFile(files, BuiltProgram("tbstub.exe")) + letter}};
+        if (letter == 'n') contents["Trawlbeam.exe"] += "ew";
+        for (int count = 0; count < Libraries; ++count)
+            contents["l" + std::to_string(count) + ".dll"] = Text(LibrarySize, letter);
+        return contents;
+    }
+    RealUpdater() {
+        std::filesystem::create_directory(Path() / "Log");
+        std::filesystem::copy_file(BuiltProgram("tbUpdater.exe"), Path() / "tbUpdater.exe");
+        Install();
+    }
+    // The folder can go when the program that was started last has left.
+    ~RealUpdater() override {
+        Eventually([this] { return Raised([this] { m_Files.OpenForWriting(Path() / "Trawlbeam.exe"); }) == 0; });
+    }
+    // The old version, and the new one staged.
+    void Install() {
+        std::filesystem::remove_all(Path() / "Updates");
+        std::filesystem::create_directory(Path() / "Updates");
+        std::filesystem::remove(Path() / "started.txt");
+        for (const auto& [name, content] : m_Old) Write(Path() / name, content);
+        Text manifest = "<UPDATES VERSION='57'>";
+        for (const auto& [name, content] : m_New) {
+            Write(Path() / "Updates" / name, content);
+            manifest += "<F FILE='" + name + "' SIZE='" + std::to_string(content.size()) + "' DOWNLOAD='Y'/>";
+        }
+        Write(Path() / "Updates" / "updates.xml", manifest + "</UPDATES>");
+    }
+    const std::filesystem::path& Path() const { return m_Folder.Path(); }
+    void Write(const std::filesystem::path& path, const Text& content) {
+        // A program that has just left may hold it for a moment.
+        ASSERT_TRUE(Eventually([&] { return Raised([&] { m_Files.OpenForWriting(path); }) == 0; }));
+        const auto file = m_Files.OpenForWriting(path);
+        file->Write(content);
+        file->Finish();
+    }
+    std::unique_ptr<ProgramProcess> Start() {
+        return std::make_unique<ProgramProcess>(Path() / "tbUpdater.exe",
+                                                L"of a folder\\tbUpdater.exe Trawlbeam.exe Trawlbeam");
+    }
+    static HWND Window() { return FindWindowA(NormalClasses.Window, Caption); }
+    bool Holds(const std::map<Text, Text>& version) {
+        return std::all_of(version.begin(), version.end(), [&](const auto& file) {
+            return ReadWholeFile(m_Files, Path() / file.first) == file.second;
+        });
+    }
+    bool IsPending() { return m_Files.Exists(Path() / "Updates" / "updates.xml"); }
+    // Waits until the program of that version has been started and has left.
+    bool IsStarted(const std::map<Text, Text>& version) {
+        const Text line = std::to_string(version.at("Trawlbeam.exe").size()) + "\n";
+        Text started;
+        return Eventually([&] {
+            Raised([&] { started = ReadWholeFile(m_Files, Path() / "started.txt"); });
+            return started.ends_with(line);
+        });
+    }
+
+    Text Log() {
+        Text log;
+        for (const auto& name : m_Files.List(Path() / "Log")) log += ReadWholeFile(m_Files, Path() / "Log" / name);
+        return log;
+    }
+
+    const OnlyProgram m_Only;
+    const ScratchFolder m_Folder;
+    Win32Files m_Files;
+    const std::map<Text, Text> m_Old = Version('o');
+    const std::map<Text, Text> m_New = Version('n');
+};
+
+TEST_F(RealUpdater, WaitsForTheProgramInstallsAndStartsIt) {
+    const ProgramProcess running(Path() / "Trawlbeam.exe", L"2000");
+    const auto updater = Start();
+    ASSERT_TRUE(Eventually([] { return Window() != nullptr; }));
+    SendMessageA(Window(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(Start()->WaitForEnd(), 1U) << "there can be only one";
+    EXPECT_EQ(running.WaitForEnd(0), static_cast<DWORD>(STILL_ACTIVE));
+    EXPECT_TRUE(Holds(m_Old));
+    EXPECT_EQ(updater->WaitForEnd(), 0U);
+    EXPECT_EQ(Window(), nullptr);
+    EXPECT_TRUE(Holds(m_New));
+    EXPECT_FALSE(IsPending());
+    EXPECT_TRUE(IsStarted(m_New));
+    EXPECT_EQ(ReadWholeFile(m_Files, Path() / "Updates" / "Backup" / "57" / "l0.dll"), m_Old.at("l0.dll"));
+    EXPECT_NE(Log().find("   tbUpdater: Update 57 is installed\r\n"), Text::npos) << Log();
+}
+
+TEST_F(RealUpdater, KeepsTheOldVersionWhileAFileIsInUse) {
+    const auto used = m_Files.OpenForReading(Path() / "l7.dll");
+    const auto updater = Start();
+    HWND button = nullptr;
+    ASSERT_TRUE(Eventually([&] { return IsWindowVisible(button = GetDlgItem(Window(), IDOK)) != FALSE; }));
+    SendMessageA(button, BM_CLICK, 0, 0);
+    EXPECT_EQ(updater->WaitForEnd(), 0U);
+    EXPECT_TRUE(Holds(m_Old));
+    EXPECT_TRUE(IsPending());
+    EXPECT_TRUE(IsStarted(m_Old));
+}
+
+// At twenty moments from the window's coming to the manifest's going. What comes later is the start of the program, and
+// a program whose starter dies inside that may stay for ever without having run.
+TEST_F(RealUpdater, KilledAtAnyTimeIsFinishedByTheNext) {
+    constexpr ULONGLONG Moments = 20;
+    ULONGLONG whole = 0;
+    int unfinished = 0;
+    for (ULONGLONG moment = 0; moment <= Moments; ++moment) {
+        Install();
+        auto updater = Start();
+        ASSERT_TRUE(Eventually([] { return Window() != nullptr; }));
+        const ULONGLONG begun = GetTickCount64();
+        if (moment == 0) {
+            ASSERT_TRUE(Eventually([this] { return !IsPending(); }));
+            whole = GetTickCount64() - begun;
+        } else {
+            Sleep(static_cast<DWORD>(whole * moment / Moments));
+        }
+        if (IsPending()) {
+            updater.reset();
+            ++unfinished;
+            updater = Start();
+        }
+        EXPECT_EQ(updater->WaitForEnd(), 0U) << moment << Log();
+        EXPECT_TRUE(Holds(m_New)) << moment;
+        EXPECT_FALSE(IsPending() || m_Files.Exists(Path() / "Updates" / "Backup" / "installing.xml")) << moment;
+        EXPECT_TRUE(IsStarted(m_New)) << moment;
+    }
+    EXPECT_GT(unfinished, 5) << "of " << Moments << " in " << whole << " ms";
+}
+
+}  // namespace
+}  // namespace tb
