@@ -48,6 +48,7 @@ public:
         Refuse();
     }
     std::vector<std::filesystem::path> List(const std::filesystem::path& /*folder*/) override { return {}; }
+    std::vector<std::filesystem::path> ListFolders(const std::filesystem::path& /*folder*/) override { return {}; }
 
 private:
     [[noreturn]] static void Refuse() { throw Error(ErrorNumber::PermissionDenied); }

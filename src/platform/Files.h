@@ -77,6 +77,8 @@ public:
     // Names (without folder) of the plain files in a folder, in no particular order. A folder that is not there has
     // none.
     virtual std::vector<std::filesystem::path> List(const std::filesystem::path& folder) = 0;
+    // The same of the folders in it.
+    virtual std::vector<std::filesystem::path> ListFolders(const std::filesystem::path& folder) = 0;
 };
 
 // The whole of a file. Error 7 when it does not fit into memory.

@@ -147,6 +147,22 @@ void UpdateInstaller::Finish() {
     m_At = Text(ManifestName);
     ReplaceFile(m_Folders.Manifest, m_Folders.BackupOf(m_Update.Number) / TextPath(ManifestName));
     Log("Update " + m_Update.Number + " is installed");
+    DropOldBackups();
+}
+
+// One backup is enough; of the others the manifest alone stays.
+void UpdateInstaller::DropOldBackups() noexcept {
+    Trap(
+        [this] {
+            for (const Path& number : m_Files.ListFolders(m_Folders.Backup)) {
+                if (number == TextPath(m_Update.Number)) continue;
+                const Path folder = m_Folders.Backup / number;
+                for (const Path& name : m_Files.List(folder)) {
+                    if (name != m_Folders.Manifest.filename()) TryToDelete(folder / name);
+                }
+            }
+        },
+        [](const RuntimeError&) { /* the next update deletes them */ });
 }
 
 // In the order opposite to that of the installation, so that the program is the old one whatever is left to do. A

@@ -78,6 +78,7 @@ private:
     void TryToDelete(const Path& path) noexcept;
     void DropPrepared() noexcept;
     void DropStaged() noexcept;
+    void DropOldBackups() noexcept;
     void Advance(size_t bytes);
 
     Files& m_Files;

@@ -118,6 +118,14 @@ public:
         }
         return names;
     }
+    std::vector<Path> ListFolders(const Path& folder) override {
+        Count();
+        std::vector<Path> names;
+        for (const Path& path : Folders) {
+            if (path.parent_path() == folder) names.push_back(path.filename());
+        }
+        return names;
+    }
 
 private:
     class Reader : public FileReader {

@@ -69,7 +69,7 @@ TYPED_TEST_P(FilesContract, TellsAMissingFileFromAMissingFolder) {
     EXPECT_EQ(Raised([&] { files.Delete(folder); }), 76);
     EXPECT_EQ(Raised([&] { files.Replace(file, this->In("b")); }), 53);
     EXPECT_FALSE(files.IsReadOnly(file));
-    EXPECT_TRUE(files.List(this->In("nowhere")).empty());
+    EXPECT_TRUE(files.List(this->In("nowhere")).empty() && files.ListFolders(this->In("nowhere")).empty());
 }
 
 TYPED_TEST_P(FilesContract, TakesNoFolderForAFile) {
@@ -131,6 +131,7 @@ TYPED_TEST_P(FilesContract, ListsFilesByTheirFullNames) {
     std::sort(names.begin(), names.end());
     EXPECT_EQ(names, (std::vector<std::filesystem::path>{
                          "TBDB2.BINX", "two words", std::filesystem::u8path("\xC5\xBElu\xC5\xA5 \xE6\x97\xA5.BIN")}));
+    EXPECT_EQ(this->Storage().ListFolders(this->m_Kit.Folder()), std::vector<std::filesystem::path>{"folder"});
 }
 
 TYPED_TEST_P(FilesContract, AppendsToAFileOrMakesIt) {

@@ -72,7 +72,11 @@ protected:
 
 TEST_F(Update, IsInstalledWithBackupDatesAndNothingLeft) {
     m_Files->Contents["/app/Updates/tbUpdater.exe"] = "could not be put in place";
+    m_Files->Folders.insert({"/app/Updates/Backup", "/app/Updates/Backup/56"});
+    m_Files->Contents["/app/Updates/Backup/56/a.dll"] = "older a";
+    m_Files->Contents["/app/Updates/Backup/56/updates.xml"] = "an earlier one";
     EXPECT_EQ(Run().Outcome, UpdateOutcome::Installed);
+    EXPECT_EQ(In("/app/Updates/Backup/56"), (World{{"updates.xml", "an earlier one"}}));
     EXPECT_EQ(Installed(), New);
     EXPECT_EQ(In("/app/Updates"), World());
     World backup = In("/app/Updates/Backup/57");

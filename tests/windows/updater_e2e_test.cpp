@@ -117,6 +117,18 @@ TEST_F(RealUpdater, KeepsTheOldVersionWhileAFileIsInUse) {
     EXPECT_TRUE(IsStarted(m_Old));
 }
 
+// As a browser has the helper: the file can be moved, but not replaced.
+TEST_F(RealUpdater, MovesALibraryAsideThatIsLoaded) {
+    Write(Path() / "l3.dll", ReadWholeFile(m_Files, BuiltProgram("MBListEx.ocx")));
+    const HMODULE loaded = LoadLibraryW((Path() / "l3.dll").c_str());
+    ASSERT_NE(loaded, nullptr);
+    EXPECT_EQ(Start()->WaitForEnd(), 0U);
+    EXPECT_TRUE(Holds(m_New) && !IsPending()) << Log();
+    EXPECT_TRUE(IsStarted(m_New));
+    EXPECT_NE(Log().find("l3.dll is in use and was moved aside"), Text::npos) << Log();
+    FreeLibrary(loaded);
+}
+
 // At twenty moments from the window's coming to the manifest's going. What comes later is the start of the program, and
 // a program whose starter dies inside that may stay for ever without having run.
 TEST_F(RealUpdater, KilledAtAnyTimeIsFinishedByTheNext) {

@@ -114,6 +114,19 @@ void RefuseOpen(const OpenPaths& open, const Path& path) {
     if (open.count(path) > 0) throw Error(ErrorNumber::PermissionDenied);
 }
 
+template <typename Kind>
+std::vector<Path> Names(const Path& folder, Kind isOfKind) {
+    std::vector<Path> names;
+    std::error_code failure;
+    std::filesystem::directory_iterator entries(folder, failure);
+    if (failure == std::errc::no_such_file_or_directory) return names;
+    if (failure) Fail(failure.value(), folder);
+    for (const auto& entry : entries) {
+        if (isOfKind(entry, failure)) names.push_back(entry.path().filename());
+    }
+    return names;
+}
+
 }  // namespace
 
 std::unique_ptr<FileReader> PosixFiles::OpenForReading(const Path& path) {
@@ -184,15 +197,11 @@ void PosixFiles::SetTimes(const Path& path, const FileTimes& times, bool local) 
 }
 
 std::vector<Path> PosixFiles::List(const Path& folder) {
-    std::vector<Path> names;
-    std::error_code failure;
-    std::filesystem::directory_iterator entries(folder, failure);
-    if (failure == std::errc::no_such_file_or_directory) return names;
-    if (failure) Fail(failure.value(), folder);
-    for (const auto& entry : entries) {
-        if (entry.is_regular_file(failure)) names.push_back(entry.path().filename());
-    }
-    return names;
+    return Names(folder, [](const auto& entry, std::error_code& failure) { return entry.is_regular_file(failure); });
+}
+
+std::vector<Path> PosixFiles::ListFolders(const Path& folder) {
+    return Names(folder, [](const auto& entry, std::error_code& failure) { return entry.is_directory(failure); });
 }
 
 }  // namespace tb

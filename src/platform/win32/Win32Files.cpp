@@ -85,6 +85,26 @@ private:
     OwnedFile m_File;
 };
 
+// Of the folders in it, or of the plain files.
+std::vector<path> Names(const path& folder, bool folders) {
+    std::vector<path> names;
+    WIN32_FIND_DATAW found{};
+    const OwnedFind listing(FindFirstFileW((folder / L"*").c_str(), &found));
+    if (!listing) {
+        const DWORD code = GetLastError();
+        // The root of a drive without any file is "not found"; other folders hold at least themselves.
+        if (code == ERROR_PATH_NOT_FOUND || code == ERROR_FILE_NOT_FOUND) return names;
+        Fail(folder, code);
+    }
+    do {
+        const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        const path name = found.cFileName;
+        if (isFolder == folders && name != L"." && name != L"..") names.push_back(name);
+    } while (FindNextFileW(listing.Get(), &found));
+    if (const DWORD code = GetLastError(); code != ERROR_NO_MORE_FILES) Fail(folder, code);
+    return names;
+}
+
 }  // namespace
 
 std::unique_ptr<FileReader> Win32Files::OpenForReading(const path& name) { return std::make_unique<Win32Reader>(name); }
@@ -160,21 +180,8 @@ void Win32Files::SetTimes(const path& name, const FileTimes& times, bool local) 
     if (!SetFileTime(file.Get(), &created, &accessed, &modified)) Fail(name, GetLastError());
 }
 
-std::vector<path> Win32Files::List(const path& folder) {
-    std::vector<path> names;
-    WIN32_FIND_DATAW found{};
-    const OwnedFind listing(FindFirstFileW((folder / L"*").c_str(), &found));
-    if (!listing) {
-        const DWORD code = GetLastError();
-        // The root of a drive without any file is "not found"; other folders hold at least themselves.
-        if (code == ERROR_PATH_NOT_FOUND || code == ERROR_FILE_NOT_FOUND) return names;
-        Fail(folder, code);
-    }
-    do {
-        if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) names.emplace_back(found.cFileName);
-    } while (FindNextFileW(listing.Get(), &found));
-    if (const DWORD code = GetLastError(); code != ERROR_NO_MORE_FILES) Fail(folder, code);
-    return names;
-}
+std::vector<path> Win32Files::List(const path& folder) { return Names(folder, false); }
+
+std::vector<path> Win32Files::ListFolders(const path& folder) { return Names(folder, true); }
 
 }  // namespace tb

@@ -25,6 +25,7 @@ public:
     FileTimes Times(const std::filesystem::path& path) override;
     void SetTimes(const std::filesystem::path& path, const FileTimes& times, bool local) override;
     std::vector<std::filesystem::path> List(const std::filesystem::path& folder) override;
+    std::vector<std::filesystem::path> ListFolders(const std::filesystem::path& folder) override;
 };
 
 }  // namespace tb
