@@ -46,7 +46,13 @@ double ToDouble(TextView text) {
 }
 
 std::int16_t ToInt16(TextView text) { return NarrowToInt16(ToInt32(text)); }
-std::int32_t ToInt32(TextView text) { return RoundToInt32(ToDouble(text)); }
+std::int32_t ToInt32(TextView text) {
+    std::int32_t value = 0;
+    const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
+    // Whatever is more than a plain number is read as one that need not be whole.
+    if (failure == std::errc() && end == text.data() + text.size()) return value;
+    return RoundToInt32(ToDouble(text));
+}
 
 std::int16_t NarrowToInt16(std::int64_t value) { return Narrow<std::int16_t>(value); }
 std::int32_t NarrowToInt32(std::int64_t value) { return Narrow<std::int32_t>(value); }

@@ -47,6 +47,8 @@ template <typename Part>
 std::vector<Part> SplitInto(TextView text, char separator) {
     std::vector<Part> parts;
     if (text.empty()) return parts;
+    // Most texts have few.
+    parts.reserve(4);
     for (size_t start = 0;;) {
         const size_t end = text.find(separator, start);
         if (end == TextView::npos) {

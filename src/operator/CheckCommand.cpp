@@ -72,13 +72,42 @@ Text Answer(const BrowserChannel& channel, const Text& line, size_t number) {
     return {};
 }
 
+// The third field of a request, as far as there is one.
+TextView UrlOf(TextView request) {
+    const size_t command = request.find('\t');
+    if (command == TextView::npos) return {};
+    const size_t url = request.find('\t', command + 1);
+    if (url == TextView::npos) return {};
+    request.remove_prefix(url + 1);
+    return request.substr(0, request.find('\t'));
+}
+
+// Tells the list the URLs of the next requests that have been read already; how many requests these are.
+size_t Expect(const EvilDB& evilDB, TextView buffered) {
+    constexpr size_t together = 32;
+    std::vector<TextView> urls;
+    urls.reserve(together);
+    for (size_t end; urls.size() < together && (end = buffered.find('\n')) != TextView::npos;) {
+        urls.push_back(UrlOf(buffered.substr(0, end)));
+        buffered.remove_prefix(end + 1);
+    }
+    evilDB.Expect(urls);
+    return urls.size();
+}
+
 // The number of lines judged.
 size_t AnswerAll(EvilDB& evilDB, VerdictHost& host) {
     UrlVerdict verdict(evilDB, host);
     const BrowserChannel channel([&](const std::vector<Text>& args, Text& reply) { verdict.CheckEvil(args, reply); });
     size_t requests = 0;
+    size_t expected = 0;
     Text line;
-    for (LineReader lines(0); lines.Next(line);) WriteStandardOutput(Answer(channel, line, ++requests) + "\n");
+    for (LineReader lines(0); lines.Next(line);) {
+        WriteStandardOutput(Answer(channel, line, ++requests));
+        WriteStandardOutput("\n");
+        if (expected > 0) --expected;
+        if (expected == 0) expected = Expect(evilDB, lines.Buffered());
+    }
     FlushStandardOutput();
     return requests;
 }

@@ -10,6 +10,7 @@ public:
     void WriteLog(const Text& message, LogLevel level) noexcept override {
         if (level == LogLevel::Always) m_Line = message;
     }
+    bool Writes(LogLevel level) noexcept override { return level == LogLevel::Always; }
     // The line, or `otherwise` when there was none.
     const Text& Or(const Text& otherwise) const { return m_Line.empty() ? otherwise : m_Line; }
 

@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -15,12 +14,10 @@ bool LineReader::Next(Text& line) {
     line.clear();
     for (bool some = false;; some = true) {
         if (m_Position == m_Filled && !Fill()) return some;
-        const auto begin = m_Buffer.begin() + static_cast<std::ptrdiff_t>(m_Position);
-        const auto filled = m_Buffer.begin() + static_cast<std::ptrdiff_t>(m_Filled);
-        const auto end = std::find(begin, filled, '\n');
-        line.append(begin, end);
-        m_Position += static_cast<size_t>(end - begin);
-        if (end == filled) continue;
+        const TextView piece = Buffered().substr(0, Buffered().find('\n'));
+        line.append(piece);
+        m_Position += piece.size();
+        if (m_Position == m_Filled) continue;
         ++m_Position;
         return true;
     }

@@ -15,6 +15,8 @@ public:
 
     // The next line without its line feed; the last one may lack it. False at the end. Raises an InputError.
     bool Next(Text& line);
+    // What has been read and is still to come, until the next call.
+    TextView Buffered() const { return {m_Buffer.data() + m_Position, m_Filled - m_Position}; }
 
 private:
     bool Fill();

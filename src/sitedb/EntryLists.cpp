@@ -5,11 +5,10 @@
 namespace tb {
 
 void EntryLists::Reserve(size_t size) {
-    constexpr size_t blockSize = size_t{1} << BlockBits;
-    const size_t left = (blockSize - m_Free % blockSize) % blockSize;
+    const size_t left = (LargeBlockSize - m_Free % LargeBlockSize) % LargeBlockSize;
     if (HeadSize + size <= left) return;
     if (m_Blocks.size() == End >> BlockBits) throw Error(ErrorNumber::OutOfMemory);
-    m_Blocks.push_back(std::make_unique_for_overwrite<char[]>(blockSize));
+    m_Blocks.push_back(MakeLargeBlock());
     m_Free = static_cast<Position>((m_Blocks.size() - 1) << BlockBits);
     // Position 0 stands for none.
     if (m_Free == 0) m_Free = 1;

@@ -16,6 +16,9 @@
 
 namespace tb {
 
+class HostSuffixes;
+class SnapshotReader;
+
 // What the list asks of the program around it.
 class EvilDBHost {
 public:
@@ -72,6 +75,10 @@ public:
     // only.
     bool IsEvil(const Text& URL, Text& Category, Text& Validated) noexcept;
 
+    // Lets the machine fetch what IsEvil will look at for these URLs. One after another each waits for memory several
+    // times; together they wait as long as one. No answer depends on it.
+    void Expect(const std::vector<TextView>& urls) const noexcept;
+
     // Adds one entry behind those of its host. A duplicate of the URL is refused (one line of level 1), the stored one
     // stays.
     void AddToDB(TextView URL, TextView Category, TextView Validated) noexcept;
@@ -110,11 +117,25 @@ private:
         std::int32_t Deleted = 0;
     };
 
+    // What the list goes by when it takes an entry in: the URL as it is stored, decoded, and the host of that.
+    struct NewSite {
+        TextView Url;
+        TextView Decoded;
+        TextView Domain;
+        TextView Category;
+    };
+
     // Error 91 without one.
     Sender& TheSender() const;
-    bool FindHit(TextView loweredUrl, Text& Category, Text& Validated);
-    bool MatchList(DomainTable::Position list, TextView candidate, Text& Category, Text& Validated);
-    void LoadEntries(class SnapshotReader& reader, std::int16_t Attempt);
+    bool FindHit(TextView text, Text& Category, Text& Validated);
+    // True when an entry of the list hits, which is in `record` then; it comes with that of the first.
+    bool FindInList(std::int32_t list, const HostSuffixes& url, std::optional<Record>& record) const;
+    bool FindInLong(std::int32_t list, const DomainKey& key, const HostSuffixes& url,
+                    std::optional<Record>& record) const;
+    // `scrambled()` makes the entry when it is needed.
+    template <typename Scrambled>
+    void Store(const NewSite& site, Scrambled scrambled);
+    void LoadEntries(SnapshotReader& reader, std::int16_t Attempt);
     void AddLoaded(TextView entry);
     std::vector<FileName> SnapshotNames();
     void TakeReply(const Text& error, Text reply);
@@ -132,7 +153,6 @@ private:
     Files& m_Files;
     EvilDBHost& m_Host;
     std::filesystem::path m_Folder;
-    SiteMatch m_Match;
     std::unique_ptr<FileReader> m_OpenFile;
     Text m_LastTimestamp;
     std::int32_t m_Count = 0;

@@ -1,8 +1,10 @@
-#include <algorithm>
+#include <array>
+#include <optional>
 
 #include "base/numbers.h"
 #include "sitedb/EvilDB.h"
 #include "sitedb/EvilDB_record.h"
+#include "sitedb/HostSuffixes.h"
 
 namespace tb {
 
@@ -11,42 +13,97 @@ namespace {
 // Entries of this category stay in the list but never block.
 constexpr double PassedOverCategory = 1.0;
 
+// Raises error 13 for a category that is no number, 6 for one beyond all numbers.
+bool IsPassedOver(TextView category) {
+    const bool oneDigit = category.size() == 1 && category[0] >= '0' && category[0] <= '9';
+    return oneDigit ? category[0] == '1' : ToDouble(category) == PassedOverCategory;
+}
+
+// Whether the URL, its host shortened to the present suffix, begins with a pattern.
+bool BeginsWith(const HostSuffixes& url, TextView pattern) {
+    const TextView before = url.BeforeHost();
+    if (pattern.size() <= before.size()) return SiteMatch::InitialMatch(before, pattern);
+    return SiteMatch::InitialMatch(pattern, before) &&
+           SiteMatch::InitialMatch(url.FromSuffix(), pattern.substr(before.size()));
+}
+
 }  // namespace
 
 bool EvilDB::IsEvil(const Text& URL, Text& Category, Text& Validated) noexcept {
     bool result = false;
-    Trap([&] { result = FindHit(LowerCase(URL), Category, Validated); }, Failure("Malicious Database IsEvil Error:: "));
+    Trap([&] { result = FindHit(URL, Category, Validated); }, Failure("Malicious Database IsEvil Error:: "));
     return result;
 }
 
-bool EvilDB::FindHit(TextView loweredUrl, Text& Category, Text& Validated) {
-    const std::vector<TextView> urlParts = SplitViews(loweredUrl, '/');
-    if (urlParts.size() < 3) return false;
-    // A port or user name stays inside its label; the scheme is not looked at.
-    const std::vector<TextView> labels = SplitViews(urlParts[2], '.');
-    const std::int16_t highest = NarrowToInt16(static_cast<std::int64_t>(labels.size()) - 1);
-    const int last = std::max(highest - 1, 0);
-    for (int first = 0; first <= last; ++first) {
-        const Text suffix = m_Match.SubJoin(labels, static_cast<std::int16_t>(first), highest, ".");
-        const DomainTable::Position list = m_Domains.First(DomainKey(suffix));
-        if (list != 0 && MatchList(list, m_Match.Substitution(urlParts, 2, suffix), Category, Validated)) return true;
-    }
-    return false;
+void EvilDB::Expect(const std::vector<TextView>& urls) const noexcept {
+    // A machine with less to go on is slower, nothing else.
+    Trap(
+        [&] {
+            std::vector<DomainHash> domains;
+            domains.reserve(3 * urls.size());
+            for (const TextView text : urls) {
+                for (HostSuffixes url(text); url.Next();) {
+                    if (DomainKey::HasHash(url.Suffix())) domains.emplace_back(url.Suffix());
+                }
+            }
+            m_Domains.AskFor(domains);
+        },
+        [](const RuntimeError&) {});
 }
 
-bool EvilDB::MatchList(DomainTable::Position list, TextView candidate, Text& Category, Text& Validated) {
-    for (auto entry = list; entry != 0; entry = m_Domains.Next(entry, list)) {
-        const Record record(m_Domains.Scrambled(entry));
-        const bool matches = SiteMatch::InitialMatch(candidate, DecodedUrl(record.Url()).Whole());
-        // The number is read whether or not the URL matches: one that is none fails the whole search.
-        const bool counts = ToDouble(record.Category()) != PassedOverCategory;
-        if (!matches || !counts) continue;
-        const Text name = m_Host.CategoryName(Text(record.Category()));
-        Validated = record.Validated();
+bool EvilDB::FindHit(TextView text, Text& Category, Text& Validated) {
+    // A port or user name stays inside its label; the scheme is not looked at.
+    HostSuffixes url(text);
+    // The places of all suffixes are on their way while the first one is looked up.
+    std::array<std::optional<DomainHash>, 4> hashes;
+    for (size_t suffix = 0; suffix < hashes.size() && url.Next(); ++suffix) {
+        if (!DomainKey::HasHash(url.Suffix())) continue;
+        hashes[suffix].emplace(url.Suffix());
+        m_Domains.AskFor(*hashes[suffix]);
+    }
+    url.Restart();
+    for (size_t suffix = 0; url.Next(); ++suffix) {
+        const bool isHashed = suffix < hashes.size() && hashes[suffix];
+        const DomainKey key = isHashed ? DomainKey(url.Suffix(), *hashes[suffix]) : DomainKey(url.Suffix());
+        std::optional<Record> record;
+        const std::int32_t list = m_Domains.FindList(key, record);
+        if (list == 0) continue;
+        if (!(m_Domains.IsLong(list) ? FindInLong(list, key, url, record) : FindInList(list, url, record))) continue;
+        const Text name = m_Host.CategoryName(Text(record->Category()));
+        Validated = record->Validated();
         Category = name;
         return true;
     }
     return false;
+}
+
+bool EvilDB::FindInList(std::int32_t list, const HostSuffixes& url, std::optional<Record>& record) const {
+    const DomainTable::Position first = m_Domains.FirstOf(list);
+    for (auto entry = first;;) {
+        // The number is read whether or not the URL matches: one that is none fails the whole search.
+        if (!IsPassedOver(record->Category()) && BeginsWith(url, DecodedUrl(*record).Whole())) return true;
+        entry = m_Domains.Next(entry, first);
+        if (entry == 0) return false;
+        record.emplace(m_Domains.Scrambled(entry));
+    }
+}
+
+bool EvilDB::FindInLong(std::int32_t list, const DomainKey& key, const HostSuffixes& url,
+                        std::optional<Record>& record) const {
+    // The same answer as from a walk: the first entry that matches, or the failure of one before it.
+    DomainTable::Position hit = 0;
+    const DomainTable::Position failing = m_Domains.FirstUncounted(list);
+    m_Domains.ForEachPrefix(url.BeforeHost(), url.FromSuffix(), [&](DomainTable::Position entry) {
+        if ((hit != 0 && entry > hit) || (failing != 0 && entry >= failing)) return;
+        const Record member(m_Domains.Scrambled(entry));
+        const DecodedUrl pattern(member);
+        // Of another list, one entry could be a prefix, too.
+        if (!BeginsWith(url, pattern.Whole()) || !key.IsKeyOf(pattern.Host())) return;
+        if (!IsPassedOver(member.Category())) hit = entry;
+    });
+    if (hit == 0 && failing != 0) IsPassedOver(Record(m_Domains.Scrambled(failing)).Category());
+    if (hit != 0) record.emplace(m_Domains.Scrambled(hit));
+    return hit != 0;
 }
 
 }  // namespace tb

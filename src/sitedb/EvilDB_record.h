@@ -5,6 +5,7 @@
 
 #include "base/errors.h"
 #include "base/text.h"
+#include "sitedb/ShortMemory.h"
 #include "sitedb/codec/Encryption.h"
 
 namespace tb {
@@ -13,20 +14,6 @@ inline constexpr char FieldEnd = '\t';
 
 // The stamp that asks a service for everything.
 inline constexpr const char* NoDataStamp = "200001010000";
-
-// Memory for one text, without an allocation for those of usual length.
-class ShortMemory {
-public:
-    char* Take(size_t size) {
-        if (size <= m_Short.size()) return m_Short.data();
-        m_Long.resize(size);
-        return m_Long.data();
-    }
-
-private:
-    std::array<char, 256> m_Short;
-    Text m_Long;
-};
 
 // A record, joined and scrambled. Error 6 from 32768 characters on.
 class ScrambledRecord {
@@ -39,6 +26,16 @@ public:
 
 private:
     ShortMemory m_Memory;
+    TextView m_Bytes;
+};
+
+// One that is scrambled already, in the same role.
+class StoredRecord {
+public:
+    explicit StoredRecord(TextView bytes) : m_Bytes(bytes) {}
+    TextView Bytes() const { return m_Bytes; }
+
+private:
     TextView m_Bytes;
 };
 
@@ -56,18 +53,33 @@ public:
     TextView Validated() const { return Field(2); }
     TextView Plain() const { return m_Plain; }
 
+    // False when nothing in the whole record needs decoding: no "%", no "+".
+    bool MayDecode() const { return m_MayDecode; }
+    // False when all letters of the whole record are small ones of ASCII.
+    bool MayFold() const { return m_MayFold; }
+    // The third part between "/" of a URL that needs no decoding. False without one.
+    bool FindHost(TextView& host) const;
+
 private:
     static constexpr size_t KnownFields = 3;
+    static constexpr size_t KnownSlashes = 3;
 
     TextView Field(size_t index) const {
         if (index >= m_FieldCount) throw Error(ErrorNumber::Subscript);
         return m_Fields[index];
     }
+    void Scan();
+    void EndField(size_t place);
 
     ShortMemory m_Memory;
     TextView m_Plain;
     std::array<TextView, KnownFields> m_Fields;
+    std::array<size_t, KnownSlashes> m_Slashes;
     size_t m_FieldCount = 0;  // also those behind the known ones
+    size_t m_FieldBegin = 0;
+    size_t m_SlashCount = 0;  // of the known ones
+    bool m_MayDecode = false;
+    bool m_MayFold = false;
 };
 
 // What a URL has that is more than plain text to a list.
@@ -81,7 +93,7 @@ struct UrlTraits {
 // A URL decoded, without a copy where there is nothing to decode.
 class DecodedUrl {
 public:
-    explicit DecodedUrl(TextView encoded) : DecodedUrl(encoded, UrlTraits(encoded).MayDecode) {}
+    explicit DecodedUrl(const Record& record);
     DecodedUrl(TextView encoded, bool mayDecode);
     DecodedUrl(const DecodedUrl&) = delete;
     DecodedUrl& operator=(const DecodedUrl&) = delete;
@@ -93,6 +105,8 @@ public:
     TextView Host() const { return m_Host; }
 
 private:
+    void FindHost();
+
     Text m_Copy;
     TextView m_Whole;
     TextView m_Host;

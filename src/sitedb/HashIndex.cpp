@@ -18,7 +18,7 @@ std::uint32_t HashIndex::HashOf(TextView text) {
 
 void HashIndex::Reserve(size_t more) {
     size_t size = std::max(m_Places.size(), FirstSize);
-    while ((m_Count + more) * 4 > size * 3) size *= 2;
+    while ((m_Count + more) * 4 > size * 3) size += size / 2;
     if (size == m_Places.size()) return;
     std::vector<Place> grown(size);
     for (const Place& held : m_Places) {
@@ -34,14 +34,13 @@ void HashIndex::Add(std::uint32_t hash, std::uint32_t number) {
 }
 
 void HashIndex::Remove(std::uint32_t hash, std::uint32_t number) {
-    size_t hole = hash & Mask();
-    while (m_Places[hole].Number != number) hole = (hole + 1) & Mask();
+    size_t hole = Home(hash);
+    while (m_Places[hole].Number != number) hole = Behind(hole);
     m_Places[hole] = {};
     --m_Count;
     // Whoever was pushed behind the hole and may stand in it moves up, so that no search ends at a gap too early.
-    for (size_t place = (hole + 1) & Mask(); m_Places[place].Number != 0; place = (place + 1) & Mask()) {
-        const size_t home = m_Places[place].Hash & Mask();
-        if (((place - home) & Mask()) < ((place - hole) & Mask())) continue;
+    for (size_t place = Behind(hole); m_Places[place].Number != 0; place = Behind(place)) {
+        if (Distance(Home(m_Places[place].Hash), place) < Distance(hole, place)) continue;
         m_Places[hole] = m_Places[place];
         m_Places[place] = {};
         hole = place;
@@ -49,9 +48,8 @@ void HashIndex::Remove(std::uint32_t hash, std::uint32_t number) {
 }
 
 void HashIndex::Put(std::vector<Place>& places, const Place& added) {
-    const size_t mask = places.size() - 1;
-    size_t place = added.Hash & mask;
-    while (places[place].Number != 0) place = (place + 1) & mask;
+    size_t place = HomeOf(added.Hash, places.size());
+    while (places[place].Number != 0) place = place + 1 < places.size() ? place + 1 : 0;
     places[place] = added;
 }
 

@@ -8,17 +8,20 @@ namespace {
 
 constexpr std::int32_t TableError = 1001;
 
-std::int32_t BucketOf(TextView key) {
+std::int32_t HashOf(TextView key) {
     if (key.empty()) throw RuntimeError(TableError, "Invalid key");
-    // The remainder of signed division: a negative hash is out of bounds unless nothing remains.
-    const std::int32_t bucket = HashSlots::HashOfKey(key) % HashSlots::HashSize;
-    if (bucket < 0) throw Error(ErrorNumber::Subscript);
-    return bucket;
+    return HashSlots::HashOfKey(key);
 }
 
 }  // namespace
 
-SlotPlace::SlotPlace(TextView key) : Bucket(BucketOf(key)), IndexHash(HashIndex::HashOf(key)) {}
+SlotPlace::SlotPlace(TextView key) : SlotPlace(HashOf(key), HashIndex::HashOf(key)) {}
+
+SlotPlace::SlotPlace(std::int32_t hash, std::uint32_t indexHash)
+    : Bucket(hash % HashSlots::HashSize), IndexHash(indexHash) {
+    // The remainder of signed division: a negative hash is out of bounds unless nothing remains.
+    if (Bucket < 0) throw Error(ErrorNumber::Subscript);
+}
 
 std::int32_t HashSlots::Create(const SlotPlace& place) {
     if (m_FreeHead == 0) ExpandSlots(ChunkSize);

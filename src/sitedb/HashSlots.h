@@ -15,6 +15,8 @@ struct SlotPlace {
     // Raises error 1001 for an empty key, error 9 for a key whose hash is negative and no multiple of the number of
     // buckets. The key is taken as it is compared.
     explicit SlotPlace(TextView key);
+    // The same with a hash of the owner's own for the index, which equal keys share. `hash` is that of HashOfKey.
+    SlotPlace(std::int32_t hash, std::uint32_t indexHash);
 
     std::int32_t Bucket;
     std::uint32_t IndexHash;
@@ -34,6 +36,16 @@ public:
         return static_cast<std::int32_t>(m_Indices[static_cast<size_t>(place.Bucket)].Find(
             place.IndexHash, [&](std::uint32_t slot) { return isKey(static_cast<std::int32_t>(slot)); }));
     }
+    // For those who let the machine fetch what they will look at: a slot in use that may be that of the hashes (see
+    // SlotPlace), and 0 for a key hash that has no bucket; where the search for it begins; a slot itself.
+    std::int32_t FindAny(std::int32_t hash, std::uint32_t indexHash) const {
+        if (hash < 0) return 0;
+        return static_cast<std::int32_t>(IndexOf(hash).Find(indexHash, [](std::uint32_t) { return true; }));
+    }
+    void AskFor(std::int32_t hash, std::uint32_t indexHash) const {
+        if (hash >= 0) IndexOf(hash).AskFor(indexHash);
+    }
+    void AskFor(std::int32_t slot) const { AskForMemory(&m_Slots[static_cast<size_t>(slot)]); }
     // Takes a slot for a key that has none and puts it at the end of its chain.
     std::int32_t Create(const SlotPlace& place);
     // Gives a key's slot back; it is the first to be used again.
@@ -68,6 +80,7 @@ private:
         std::uint32_t Number = 0;
     };
 
+    const HashIndex& IndexOf(std::int32_t hash) const { return m_Indices[static_cast<size_t>(hash % HashSize)]; }
     void ExpandSlots(std::int32_t extra);
     std::int32_t TakeFreeSlot();
     void LinkSlot(std::int32_t slot, size_t bucket);

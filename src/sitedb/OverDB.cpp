@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "base/numbers.h"
 #include "components/tbXML/Document.h"
 #include "components/tbXML/XmlText.h"
 #include "platform/AtomicWrite.h"
 #include "platform/BadFile.h"
+#include "sitedb/HostSuffixes.h"
 #include "urlcheck/url/UrlDecode.h"
 
 namespace tb {
@@ -15,17 +15,26 @@ namespace {
 
 constexpr size_t SchemeLetters = 4;
 
+// True when no suffix of the URL's host can fail as a key: all of it is ASCII, no label is empty.
+bool HasPlainHost(TextView url) {
+    const size_t scheme = url.find('/');
+    const size_t authority = scheme == TextView::npos ? scheme : url.find('/', scheme + 1);
+    if (authority == TextView::npos) return false;
+    char last = '.';
+    for (const char character : url.substr(authority + 1)) {
+        if (character == '/') break;
+        if (static_cast<std::uint8_t>(character) >= 0x80 || (character == '.' && last == '.')) return false;
+        last = character;
+    }
+    return last != '.';
+}
+
 Text StoredForm(const Text& url) { return Text(WithoutTrailingSlashes(UrlDecode(LowerCase(url)))); }
 
 }  // namespace
 
 OverDB::OverDB(Files& files, Clock& clock, std::filesystem::path file, DateSeparators separators)
-    : m_Files(files),
-      m_Clock(clock),
-      m_File(std::move(file)),
-      m_Separators(separators),
-      // The lines of these operations name the other list, as those who read logs know them.
-      m_Match("Malicious Database ", [this](const Text& line) { Log(line, LogLevel::Always); }) {
+    : m_Files(files), m_Clock(clock), m_File(std::move(file)), m_Separators(separators) {
     m_Domains.IgnoreCase(true);
 }
 
@@ -41,22 +50,18 @@ std::vector<Text> OverDB::URLS() const {
 
 bool OverDB::IsOverride(const Text& URL) noexcept {
     bool result = false;
-    Trap([&] { result = FindHit(LowerCase(URL)); }, Failure("Override Database IsOverride Error: "));
+    Trap([&] { result = FindHit(URL); }, Failure("Override Database IsOverride Error: "));
     return result;
 }
 
-bool OverDB::FindHit(TextView loweredUrl) const {
-    const std::vector<TextView> urlParts = SplitViews(loweredUrl, '/');
-    if (urlParts.size() < 3) return false;
-    const std::vector<TextView> labels = SplitViews(urlParts[2], '.');
-    const std::int16_t highest = NarrowToInt16(static_cast<std::int64_t>(labels.size()) - 1);
-    const int last = std::max(highest - 1, 0);
-    for (int first = 0; first <= last; ++first) {
-        const Text suffix = m_Match.SubJoin(labels, static_cast<std::int16_t>(first), highest, ".");
-        const UrlListPtr list = m_Domains.Item(suffix);
+bool OverDB::FindHit(TextView text) const {
+    // Most users have none, and then only a host that is no key makes a difference.
+    if (m_Domains.Count() == 0 && HasPlainHost(text)) return false;
+    for (HostSuffixes url(text); url.Next();) {
+        const UrlListPtr list = m_Domains.Item(Text(url.Suffix()));
         if (!list) continue;
-        const Text candidate = m_Match.Substitution(urlParts, 2, suffix);
-        const auto matches = [&](const Text& url) { return SiteMatch::InitialMatch(candidate, UrlDecode(url)); };
+        const Text candidate = Text(url.BeforeHost()) + Text(url.FromSuffix());
+        const auto matches = [&](const Text& held) { return SiteMatch::InitialMatch(candidate, UrlDecode(held)); };
         if (std::any_of(list->begin(), list->end(), matches)) return true;
     }
     return false;

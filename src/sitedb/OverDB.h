@@ -56,7 +56,7 @@ private:
     using UrlList = std::vector<Text>;
     using UrlListPtr = std::shared_ptr<UrlList>;
 
-    bool FindHit(TextView loweredUrl) const;
+    bool FindHit(TextView text) const;
     Text FileText() const;
     void Log(const Text& message, LogLevel level = LogLevel::Debug) const { LogMessage.Raise(message, level); }
     // The handler of an operation's trap.
@@ -69,7 +69,6 @@ private:
     Clock& m_Clock;
     std::filesystem::path m_File;
     DateSeparators m_Separators;
-    SiteMatch m_Match;
     std::int32_t m_Count = 0;
     // The file is one that did not load, and no copy of it has been made.
     bool m_KeepBadFile = false;

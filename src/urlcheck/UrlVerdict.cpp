@@ -1,5 +1,7 @@
 #include "urlcheck/UrlVerdict.h"
 
+#include <initializer_list>
+
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "urlcheck/url/NormalizeIP.h"
@@ -20,6 +22,19 @@ constexpr std::int32_t PopupWidth = 3600;
 constexpr std::int32_t PopupHeight = 1400;
 constexpr std::int32_t PopupSeconds = 25;
 constexpr std::int32_t InformationIcon = 64;
+
+// What the log says of a URL that is overridden; of any other it says the reply.
+const Text OverrideResult = "Override";
+
+// In one piece of memory.
+Text Joined(std::initializer_list<TextView> pieces) {
+    size_t size = 0;
+    for (const TextView piece : pieces) size += piece.size();
+    Text joined;
+    joined.reserve(size);
+    for (const TextView piece : pieces) joined += piece;
+    return joined;
+}
 
 constexpr size_t LongUrl = 21;
 constexpr size_t ShownOfLongUrl = 22;
@@ -45,14 +60,17 @@ void UrlVerdict::Dispatch(const std::vector<Text>& args, Text& reply) {
     const LogLevel level = outcome.IsEvil ? LogLevel::Always : LogLevel::Debug;
     // Nearly every request passes, and its line is composed only if somebody wants it.
     if (!m_Host.Writes(level)) return;
-    m_Host.WriteLog("Checking: " + outcome.URL + " (" + RemoveAll(outcome.Result, "\r\n") + ")", level);
+    const Text& result = outcome.IsOverride ? OverrideResult : reply;
+    const bool hasBreak = result.find('\r') != Text::npos;
+    const Text unbroken = hasBreak ? RemoveAll(result, "\r\n") : Text();
+    m_Host.WriteLog(Joined({"Checking: ", outcome.URL, " (", hasBreak ? unbroken : result, ")"}), level);
 }
 
 void UrlVerdict::Check(const std::vector<Text>& args, Outcome& outcome, Text& reply) {
     Text url = UrlDecode(At(args, UrlField));
     outcome.URL = NormalizeIP(url, [this](const Text& line) { m_Host.DisplayDebugMessage(line); });
     if (m_Host.IsOverride(outcome.URL)) {
-        outcome.Result = "Override";
+        outcome.IsOverride = true;
         reply = "OK";
         return;
     }
@@ -60,7 +78,7 @@ void UrlVerdict::Check(const std::vector<Text>& args, Outcome& outcome, Text& re
     AskList(outcome.URL, outcome);
     if (!outcome.IsEvil && addresses != nullptr) AskAddresses(*addresses, outcome);
     if (m_Host.GetXMLString("MAIN", "ALERTSOUND", "0") == "1" && outcome.IsEvil) m_Host.PlayAlertSound();
-    reply = outcome.Result;
+    reply = std::move(outcome.Result);
     // The popup is an aid for development: ordinary users' checks end here.
     if (!m_Host.IsDebugMode()) return;
     const bool popup = m_Host.GetXMLString("Main", "CountryPopup", "1") == "1";
@@ -71,15 +89,15 @@ void UrlVerdict::AskList(const Text& url, Outcome& outcome) {
     Text category;
     Text validated;
     outcome.IsEvil = m_EvilDB.IsEvil(url, category, validated);
-    outcome.Result = outcome.IsEvil ? "Validated: " + validated + "  (Category: " + category + ")" : "OK";
+    outcome.Result = outcome.IsEvil ? Joined({"Validated: ", validated, "  (Category: ", category, ")"}) : "OK";
 }
 
 void UrlVerdict::AskAddresses(const Text& addresses, Outcome& outcome) {
-    for (const Text& address : Split(addresses, ' ')) {
+    for (const TextView address : SplitViews(addresses, ' ')) {
         if (address.empty()) continue;
-        AskList("http://" + address, outcome);
+        AskList(Joined({"http://", address}), outcome);
         if (!outcome.IsEvil) continue;
-        m_Host.WriteLog("CheckEvil found blocked IP address: " + address, LogLevel::Debug);
+        m_Host.WriteLog("CheckEvil found blocked IP address: " + Text(address), LogLevel::Debug);
         return;
     }
 }

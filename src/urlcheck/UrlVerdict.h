@@ -22,7 +22,8 @@ private:
     // What the final line of the log says of a request.
     struct Outcome {
         Text URL;
-        Text Result;
+        Text Result;  // until it is the reply
+        bool IsOverride = false;
         bool IsEvil = false;
     };
 

@@ -16,10 +16,11 @@ constexpr char CheckEnd = 'G';
 
 Text CheckOf(TextView payload) { return ToHex(static_cast<std::uint32_t>(cCRC32().GetStringCrc32(payload, 0))); }
 
-// The key again and again: a long run of it goes by words, without a break at each end of the key.
+// The key again and again: long enough for the longest text with its own length as offset, so that the key runs through
+// it without a break.
 const Text& RepeatedKey() {
     static const Text repeated = [] {
-        constexpr size_t enough = 4096;
+        constexpr size_t enough = (size_t{2} << 15) + sizeof(std::uint64_t);
         Text keys;
         while (keys.size() < enough) keys += GetScrambleKey();
         return keys;
@@ -30,16 +31,24 @@ const Text& RepeatedKey() {
 // `data` XOR `key`, both of `size` bytes; `target` may be `data`.
 void XorRun(const char* data, const char* key, size_t size, char* target) {
     constexpr size_t wordSize = sizeof(std::uint64_t);
-    size_t done = 0;
-    for (; done + wordSize <= size; done += wordSize) {
+    const auto wordAt = [&](size_t place) {
         std::uint64_t word = 0;
         std::uint64_t keyWord = 0;
-        std::memcpy(&word, data + done, wordSize);
-        std::memcpy(&keyWord, key + done, wordSize);
-        word ^= keyWord;
-        std::memcpy(target + done, &word, wordSize);
+        std::memcpy(&word, data + place, wordSize);
+        std::memcpy(&keyWord, key + place, wordSize);
+        return word ^ keyWord;
+    };
+    if (size < wordSize) {
+        for (size_t place = 0; place < size; ++place) target[place] = static_cast<char>(data[place] ^ key[place]);
+        return;
     }
-    for (; done < size; ++done) target[done] = static_cast<char>(data[done] ^ key[done]);
+    // The last word may overlap the one before; it is read before `target` is written, which may be `data`.
+    const std::uint64_t last = wordAt(size - wordSize);
+    for (size_t place = 0; place + wordSize <= size; place += wordSize) {
+        const std::uint64_t word = wordAt(place);
+        std::memcpy(target + place, &word, wordSize);
+    }
+    std::memcpy(target + size - wordSize, &last, wordSize);
 }
 
 // `data` XOR the endless repetition of `key` from `position` on.
@@ -66,8 +75,10 @@ Text UnscrambleString(TextView text, std::int16_t offset) { return ScrambleStrin
 void ScrambleByLength(TextView text, char* target) {
     if (text.empty()) throw Error(ErrorNumber::Subscript);
     NarrowToInt16(static_cast<std::int64_t>(text.size()));
-    XorInto(text, RepeatedKey(), text.size(), target);
+    XorRun(text.data(), RepeatedKey().data() + text.size(), text.size(), target);
 }
+
+const char* KeyFrom(size_t length) { return RepeatedKey().data() + length; }
 
 Text ScrambleByLength(TextView text) {
     return ScrambleString(text, NarrowToInt16(static_cast<std::int64_t>(text.size())));

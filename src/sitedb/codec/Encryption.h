@@ -28,6 +28,9 @@ Text UnscrambleByLength(TextView text);
 void ScrambleByLength(TextView text, char* target);
 inline void UnscrambleByLength(TextView text, char* target) { ScrambleByLength(text, target); }
 
+// What ScrambleByLength combines with a text of `length` bytes, up to 32767: so many bytes, and at least eight more.
+const char* KeyFrom(size_t length);
+
 // Scrambled, then Base64; and back.
 Text ScrambleToBase64(TextView text, std::int16_t offset);
 Text UnscrambleFromBase64(TextView text, std::int16_t offset);

@@ -1,5 +1,7 @@
 #include "urlcheck/url/NormalizeIP.h"
 
+#include <optional>
+
 #include "base/errors.h"
 #include "urlcheck/url/inet_addr.h"
 
@@ -24,12 +26,22 @@ HostBounds FindHost(TextView authority) {
     return bounds;
 }
 
-Text NormalizeAuthority(const Text& authority) {
+std::optional<Text> NormalizeAuthority(TextView authority) {
     const auto [first, last] = FindHost(authority);
     const auto address = inet_addr(Mid(authority, first, last - first + 1));
-    if (!address) return authority;
+    if (!address) return std::nullopt;
     return Text(Left(authority, static_cast<size_t>(first) - 1)) + inet_ntoa(*address) +
-           authority.substr(static_cast<size_t>(last));
+           Text(authority.substr(static_cast<size_t>(last)));
+}
+
+// The third part between "/", where there is one.
+std::optional<TextView> FindAuthority(TextView url) {
+    const size_t scheme = url.find('/');
+    if (scheme == TextView::npos) return std::nullopt;
+    const size_t authority = url.find('/', scheme + 1);
+    if (authority == TextView::npos) return std::nullopt;
+    url.remove_prefix(authority + 1);
+    return url.substr(0, url.find('/'));
 }
 
 }  // namespace
@@ -42,11 +54,12 @@ Text NormalizeIP(Text& url, const std::function<void(const Text&)>& debugMessage
     Text result = url;
     Trap(
         [&] {
-            std::vector<Text> parts = Split(url, '/');
-            Text& authority = At(parts, 2);
-            authority = NormalizeAuthority(authority);
-            Text joined = Join(parts, "/");
-            if (joined != url && debugMessage) debugMessage("Normalize IP: " + url + " --> " + joined);
+            const std::optional<TextView> authority = FindAuthority(url);
+            const std::optional<Text> normal = authority ? NormalizeAuthority(*authority) : std::nullopt;
+            if (!normal || *normal == *authority) return;
+            Text joined = url;
+            joined.replace(static_cast<size_t>(authority->data() - url.data()), authority->size(), *normal);
+            if (debugMessage) debugMessage("Normalize IP: " + url + " --> " + joined);
             result = std::move(joined);
         },
         [](const RuntimeError&) { /* no host that could be read: the URL stays */ });

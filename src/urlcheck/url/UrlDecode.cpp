@@ -15,6 +15,7 @@ int HexValue(char character) {
 }  // namespace
 
 Text UrlDecode(TextView text) {
+    if (text.find('%') == TextView::npos && text.find('+') == TextView::npos) return Text(text);
     Text result;
     result.reserve(text.size());
     for (size_t index = 0; index < text.size(); ++index) {

@@ -26,6 +26,8 @@ std::optional<std::uint32_t> Number(TextView digits) {
 }  // namespace
 
 std::optional<IPv4> inet_addr(TextView text) {
+    // Most hosts are names.
+    if (text.empty() || text.front() < '0' || text.front() > '9') return std::nullopt;
     const std::vector<TextView> parts = SplitViews(text, '.');
     if (parts.empty() || parts.size() > 4) return std::nullopt;
     IPv4 address = 0;

@@ -1,0 +1,24 @@
+// Memory for one text, without an allocation for those of usual length.
+#pragma once
+
+#include <array>
+
+#include "base/text.h"
+
+namespace tb {
+
+class ShortMemory {
+public:
+    // So many bytes, with any content.
+    char* Take(size_t size) {
+        if (size <= m_Short.size()) return m_Short.data();
+        m_Long.resize(size);
+        return m_Long.data();
+    }
+
+private:
+    std::array<char, 256> m_Short;
+    Text m_Long;
+};
+
+}  // namespace tb
