@@ -1,6 +1,7 @@
 ; The installer of the program, for one user and without administrator rights; scripts/package builds it and gives
 ;   PRODUCT VERSION ICON OUTPUT    texts
-;   FILES    a script with the macros InstallFiles and RemoveFiles, made of the staged folder
+;   STAGED   the folder that it installs
+;   FILES    a script with the macro ForEachFile, which does a macro for each file of that folder
 ; Silent: /S, with /D=FOLDER as the last word for another folder; /AUTOSTART=0 leaves "start with Windows" out.
 ; The uninstaller asks about the user's data; silently it keeps them, unless /DATA=0 is given.
 ; Exit status of both: 0, 1 when the user gave up, 2 when the program runs or could not be replaced.
@@ -9,6 +10,7 @@ Target amd64-unicode
 SetCompressor /SOLID lzma
 RequestExecutionLevel user
 Name "${PRODUCT}"
+BrandingText "${PRODUCT} ${VERSION}"
 OutFile "${OUTPUT}"
 InstallDir "$LOCALAPPDATA\Programs\${PRODUCT}"
 !define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\${PRODUCT}"
@@ -27,6 +29,7 @@ VIAddVersionKey "LegalCopyright" "The Trawlbeam authors, MIT licence"
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
 !define MUI_ABORTWARNING
+!define MUI_COMPONENTSPAGE_NODESC
 !define MUI_FINISHPAGE_RUN "$INSTDIR\${PRODUCT}.exe"
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_COMPONENTS
@@ -66,18 +69,41 @@ VIAddVersionKey "LegalCopyright" "The Trawlbeam authors, MIT licence"
   ${EndIf}
 !macroend
 
+; A library that a browser has loaded can be moved, but not replaced. What cannot be installed is put back as a whole.
+!macro InstallFile FILE
+  ${If} ${FileExists} "$INSTDIR\${FILE}"
+    Rename "$INSTDIR\${FILE}" "$INSTDIR\${FILE}.old~"
+  ${EndIf}
+  File "${STAGED}/${FILE}"
+!macroend
+!macro PutFileBack FILE
+  ${If} ${FileExists} "$INSTDIR\${FILE}.old~"
+    Delete "$INSTDIR\${FILE}"
+    Rename "$INSTDIR\${FILE}.old~" "$INSTDIR\${FILE}"
+  ${EndIf}
+!macroend
+!macro DropOldFile FILE
+  Delete "$INSTDIR\${FILE}.old~"
+!macroend
+!macro RemoveFile FILE
+  Delete "$INSTDIR\${FILE}"
+!macroend
+
 Section "${PRODUCT}" SectionProgram
   SectionIn RO
   !insertmacro RefuseWhileRunning
   SetOutPath "$INSTDIR"
   SetOverwrite try
+  !insertmacro ForEachFile DropOldFile
   ClearErrors
-  !insertmacro InstallFiles
+  !insertmacro ForEachFile InstallFile
   ${If} ${Errors}
-    MessageBox MB_OK|MB_ICONSTOP "Some files of ${PRODUCT} could not be replaced. Close what uses them and install again." /SD IDOK
+    !insertmacro ForEachFile PutFileBack
+    MessageBox MB_OK|MB_ICONSTOP "Some files of ${PRODUCT} could not be replaced, so it stays as it was. Close what uses them and install again." /SD IDOK
     SetErrorLevel 2
     Abort
   ${EndIf}
+  !insertmacro ForEachFile DropOldFile
   CreateDirectory "$INSTDIR\Data"
   ; What an earlier version had staged for itself is older than this.
   Delete "$INSTDIR\Updates\*.*"
@@ -109,6 +135,13 @@ SectionEnd
 Function .onInit
   SetRegView 64
   !insertmacro AskedNot $0 "AUTOSTART"
+  ; Who has it installed without is not asked anew by a silent installation.
+  ReadRegStr $1 HKCU "${UNINSTALL}" "InstallLocation"
+  ReadRegStr $2 HKCU "${RUN}" "${PRODUCT}"
+  ${If} $1 != ""
+  ${AndIf} $2 == ""
+    StrCpy $0 "0"
+  ${EndIf}
   ${If} $0 == "0"
     !insertmacro UnselectSection ${SectionAutostart}
   ${EndIf}
@@ -122,7 +155,14 @@ Section "un.${PRODUCT}"
   !insertmacro RefuseWhileRunning
   ; The program registers the browser's helper, so the helper goes with it.
   ExecWait '"$SYSDIR\regsvr32.exe" /s /u "$INSTDIR\TrawlbeamHelper.dll"'
-  !insertmacro RemoveFiles
+  !insertmacro ForEachFile DropOldFile
+  ClearErrors
+  !insertmacro ForEachFile RemoveFile
+  ${If} ${Errors}
+    MessageBox MB_OK|MB_ICONSTOP "Some files of ${PRODUCT} are in use. Close what uses them and uninstall again." /SD IDOK
+    SetErrorLevel 2
+    Abort
+  ${EndIf}
   Delete "$INSTDIR\*.tmp~"
   Delete "$INSTDIR\Uninstall.exe"
   Delete "$SMPROGRAMS\${PRODUCT}.lnk"

@@ -13,6 +13,8 @@ std::filesystem::path PendingManifest(const App& app) { return UpdatesFolder(app
 
 bool HasPendingUpdates(const App& app) { return app.System.Files.Exists(PendingManifest(app)); }
 
+bool IsInstallationBrokenOff(const App& app) { return app.System.Files.Exists(BackupFolder(app) / JournalName); }
+
 bool LaunchUpdater(const App& app, LogSink& log) {
     const Text& product = app.Product.ProductName;
     const Text updater = app.AppPath() + "\\" + Text(UpdaterName);

@@ -18,6 +18,9 @@ std::filesystem::path PendingManifest(const App& app);
 
 bool HasPendingUpdates(const App& app);
 
+// The updater was broken off while it replaced files: they may be of two versions until it has run again.
+bool IsInstallationBrokenOff(const App& app);
+
 // Starts the updater, which waits for this program to leave; every step is a line of level 0 on `log`. When it does not
 // start, a plain message tells the user, and False.
 bool LaunchUpdater(const App& app, LogSink& log);

@@ -50,8 +50,13 @@ std::int16_t cUpdate::Check(bool manual) {
         return NothingStaged;
     }
     ClearPending();
-    if (MustBeSigned() && IsOlder(number)) return Failed;
-    if (!IsNew(number) && !Program().NeedToUpdate) return UpToDate(manual);
+    const std::int32_t last = LastNumber();
+    // A signature never ages, so an old update with its holes could be offered as long as there are copies of it.
+    if (MustBeSigned() && number < last) {
+        LogRefusal("number " + std::to_string(number) + " is older than " + std::to_string(last));
+        return Failed;
+    }
+    if (number <= last && !Program().NeedToUpdate) return UpToDate(manual);
     return Stage(*sender, *manifest, previous);
 }
 
@@ -125,11 +130,11 @@ void cUpdate::ClearPending() {
     }
 }
 
-bool cUpdate::IsNew(std::int32_t number) {
+std::int32_t cUpdate::LastNumber() const {
     const Text last = m_Access.Settings().GetXMLString("MAIN", LastUpdateVersion, "0");
-    bool isNew = true;
-    Trap([&] { isNew = number > ToInt32(last); }, [](const RuntimeError&) { /* no number is below any number */ });
-    return isNew;
+    std::int32_t number = -1;
+    Trap([&] { number = ToInt32(last); }, [](const RuntimeError&) { /* it is none */ });
+    return number;
 }
 
 std::int16_t cUpdate::UpToDate(bool manual) {

@@ -1,8 +1,9 @@
 // One check for a program update: fetches the manifest, stages the files that are newer than the installed ones, and
 // stores the manifest beside them for the updater. Folders and lines: docs/formats/update-manifest.md. Where the
 // deployment names a key, only what is signed with it is taken: the manifest before the first download, each file
-// before it is put anywhere. Thread: the user-interface thread. Each exchange serves messages, so a handler may ask for
-// the end of the check, and the program's settings may go meanwhile; the check then ends with an error's line.
+// before it is moved or counted; and those are fetched that have not the signed hash, since versions are not signed.
+// Thread: the user-interface thread. Each exchange serves messages, so a handler may ask for the end of the check, and
+// the program's settings may go meanwhile; the check then ends with an error's line.
 #pragma once
 
 #include <functional>
@@ -49,7 +50,8 @@ private:
     Text ManifestPage(const Text& name);
     bool IsPending(std::int32_t number);
     void ClearPending();
-    bool IsNew(std::int32_t number);
+    // That of the last update that was taken; below any other when it is none.
+    std::int32_t LastNumber() const;
     std::int16_t UpToDate(bool manual);
     std::int16_t Stage(Sender& sender, const Element& manifest, const Text& previous);
     std::int16_t Finish(const Element& manifest, const Staged& staged);
@@ -57,18 +59,21 @@ private:
 
     // The deployment names a key.
     bool MustBeSigned() const { return !Program().Product.UpdateKey.empty(); }
-    bool IsOlder(std::int32_t number);
     // The service has a signature of the manifest by the key; else a line.
     bool IsSigned(Sender& sender, const Element& manifest);
-    bool IsSignedFile(const UpdateFile& file, const std::filesystem::path& local);
+    bool HasSignedHash(const UpdateFile& file, const std::filesystem::path& path) const;
     // A line.
     void LogRefusal(const Text& reason) const { Log("Update refused: " + reason); }
 
-    // Every file of the manifest can be taken for one; else a line.
+    // Every file of the manifest can be taken for one, and stands there once; else a line.
     bool AreFilesSound(const Element& manifest);
     // False when the file failed, with a line.
     bool DownloadUpdateFile(Sender& sender, const Element& child, const Text& folder, Staged& staged) noexcept;
     bool Fetch(Sender& sender, const UpdateFile& file, const Text& folder, Staged& staged);
+    // The installed file need not be fetched.
+    bool IsCurrent(const UpdateFile& file) const;
+    // The most that a server may send for it.
+    std::uint64_t ReplyLimit(const UpdateFile& file) const;
     void LogVersions(const UpdateFile& file);
     // The file on the disk has the manifest's size; else a line.
     bool HasSize(const UpdateFile& file, const std::filesystem::path& local);

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <set>
+
 #include "base/codepage.h"
 #include "base/errors.h"
 #include "refdata/Components.h"
@@ -24,14 +27,18 @@ Text UpdateFilePage(const Text& folder, const Text& name) { return folder + "/" 
 
 bool cUpdate::AreFilesSound(const Element& manifest) {
     bool sound = true;
+    std::set<Text> names;
+    const auto refuse = [&](const Text& name, const Text& reason) {
+        Log("   Download file " + Quoted(name) + " failure: " + reason);
+        sound = false;
+    };
     Trap(
         [&] {
             for (const ElementPtr& child : manifest) {
                 if (!TakesPart(*child)) continue;
-                const UpdateFile file = ReadFileElement(*child, {});
-                if (IsPlainFileName(file.FILE)) continue;
-                Log("   Download file " + Quoted(file.FILE) + " failure: not a plain file name");
-                sound = false;
+                const Text name = ReadFileElement(*child, {}).FILE;
+                if (!IsPlainFileName(name)) refuse(name, "not a plain file name");
+                if (!names.insert(UpperCase(name)).second) refuse(name, "named twice");
             }
         },
         [&](const RuntimeError& error) {
@@ -57,15 +64,18 @@ bool cUpdate::Fetch(Sender& sender, const UpdateFile& file, const Text& folder, 
     const Text& name = file.FILE;
     const std::filesystem::path local = UpdatesFolder(Program()) / TextPath(name);
     LogVersions(file);
-    if (!IsComponentOutOfDate(Program(), name, file.VERSION, file.ModifiedDate)) return true;
+    if (IsCurrent(file)) return true;
     staged.Names += (staged.Names.empty() ? "" : ", ") + name;
     Log("   Downloading file: " + name + " " + file.VERSION + " " + Grouped(static_cast<std::uint64_t>(file.SIZE)));
+    sender.ReplyLimit(ReplyLimit(file));
     const Text error = sender.DownloadFile(servers, UpdateFilePage(folder, name), {}, local);
+    sender.ReplyLimit(Sender::DataReplyLimit);
     if (!error.empty()) {
         Log("   Download file " + name + " failure: " + error);
         return false;
     }
-    if (MustBeSigned() && !IsSignedFile(file, local)) {
+    if (MustBeSigned() && !HasSignedHash(file, local)) {
+        LogRefusal(name + " is not the file that was signed");
         // Nor is anything kept of what came with it.
         ClearPending();
         return false;
@@ -80,6 +90,20 @@ bool cUpdate::Fetch(Sender& sender, const UpdateFile& file, const Text& folder, 
     }
     ++staged.Count;
     return true;
+}
+
+bool cUpdate::IsCurrent(const UpdateFile& file) const {
+    if (!MustBeSigned()) return !IsComponentOutOfDate(Program(), file.FILE, file.VERSION, file.ModifiedDate);
+    bool isCurrent = false;
+    Trap([&] { isCurrent = HasSignedHash(file, Program().Path() / TextPath(file.FILE)); },
+         [](const RuntimeError&) { /* it is not there, or nobody can tell */ });
+    return isCurrent;
+}
+
+std::uint64_t cUpdate::ReplyLimit(const UpdateFile& file) const {
+    const auto size = static_cast<std::uint64_t>(file.SIZE);
+    // Without a signature a wrong size is for the updater to judge, within reason: it must not fill the disk.
+    return MustBeSigned() ? size : std::clamp(2 * size, Sender::SmallReplyLimit, Sender::DataReplyLimit);
 }
 
 void cUpdate::LogVersions(const UpdateFile& file) {

@@ -1,18 +1,8 @@
 #include "base/errors.h"
-#include "base/numbers.h"
 #include "refdata/cUpdate.h"
 #include "refdata/manifest/SignedManifest.h"
 
 namespace tb {
-
-// A signature never ages, so an old update with its holes could be offered as long as there are copies of it.
-bool cUpdate::IsOlder(std::int32_t number) {
-    const Text last = m_Access.Settings().GetXMLString("MAIN", "LastUpdateVersion", "0");
-    bool isOlder = false;
-    Trap([&] { isOlder = number < ToInt32(last); }, [](const RuntimeError&) { /* nothing is below no number */ });
-    if (isOlder) LogRefusal("number " + std::to_string(number) + " is older than " + last);
-    return isOlder;
-}
 
 bool cUpdate::IsSigned(Sender& sender, const Element& manifest) {
     Text text;
@@ -42,11 +32,9 @@ bool cUpdate::IsSigned(Sender& sender, const Element& manifest) {
     return isSigned;
 }
 
-bool cUpdate::IsSignedFile(const UpdateFile& file, const std::filesystem::path& local) {
-    const bool isSigned = m_Access.Signatures != nullptr &&
-                          HashOfFile(Program().System.Files, *m_Access.Signatures, local) == file.SHA256;
-    if (!isSigned) LogRefusal(file.FILE + " is not the file that was signed");
-    return isSigned;
+bool cUpdate::HasSignedHash(const UpdateFile& file, const std::filesystem::path& path) const {
+    return m_Access.Signatures != nullptr &&
+           HashOfFile(Program().System.Files, *m_Access.Signatures, path) == file.SHA256;
 }
 
 }  // namespace tb

@@ -126,6 +126,11 @@ bool InstallationGates::IsUpdaterRunning() const {
 
 bool InstallationGates::CheckInstallPendingUpdates() noexcept {
     return Guarded("CheckInstallPendingUpdates", [&] {
+        if (IsInstallationBrokenOff(m_App)) {
+            // The user has said Yes to it, and a program of parts of two versions is not to be run.
+            Log("An installation of updates was broken off, launching updater (CheckInstallPendingUpdates)");
+            return LaunchUpdater(m_App, m_Log);
+        }
         if (!HasPendingUpdates(m_App)) return false;
         Log("There are updates waiting to install, asking user to install.");
         // A plain message, and not the program's own: it is too early for that one.

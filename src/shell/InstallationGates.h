@@ -22,7 +22,8 @@ public:
     bool CheckName() noexcept;
     // To be asked when no other instance runs.
     bool CheckUpdaterRunning() noexcept;
-    // Asks the user to install what waits. True when the updater was started.
+    // Asks the user to install what waits, unasked goes on with an installation that was broken off. True when the
+    // updater was started.
     bool CheckInstallPendingUpdates() noexcept;
 
 private:

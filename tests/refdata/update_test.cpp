@@ -127,6 +127,7 @@ TEST(CUpdate, EndsAsWhatItFindsTells) {
          "   Download file tbUpdater.exe size incorrect: 1,234, actual size:7"},
         {"", Manifest(TwoFiles + Child("..\\x", "3")), -1, "",
          "   Download file ..\\x5Cx failure: not a plain file name"},
+        {"", Manifest(TwoFiles + Child("TBXML.DLL", "3")), -1, "", "   Download file TBXML.DLL failure: named twice"},
         {"", Manifest(TwoFiles + Child("x", "-3")), -1, "", mismatch},
         {"", Manifest(TwoFiles + Child("x", "3", "1", "DOWNLOAD='Y' AccessedDate='soon'")), -1, "", mismatch},
         {"", Manifest(Child("tbXML.dll", "3", "x")), -1, "", mismatch},
@@ -163,6 +164,12 @@ TEST(CUpdate, EndsAsWhatItFindsTells) {
     EXPECT_EQ(sizes.Check(Manifest(Child("tbXML.dll", two, "1") + Child("new.dll", two))), 1);
     EXPECT_EQ(sizes.Percents, "50 100 ");
     EXPECT_EQ(sizes.Log.Take()[6], "0    Download file new.dll size incorrect: 2,000,000,000, actual size:4");
+    // What a server may send for a file.
+    for (const auto& [size, limit] : std::vector<std::pair<int, std::uint64_t>>{
+             {4, Sender::SmallReplyLimit}, {600'000, 1'200'000}, {2'000'000'000, Sender::DataReplyLimit}}) {
+        sizes.Check(Manifest(Child("new.dll", std::to_string(size)), "6"));
+        EXPECT_EQ(sizes.Net.Requests.back().BodyLimit, limit);
+    }
     UpdateRig locked;
     const auto held = locked.System.Files.OpenForReading("/app/tbUpdater.exe");
     EXPECT_EQ(locked.Check(Manifest(Child("tbUpdater.exe", "7"))), 0);

@@ -180,6 +180,13 @@ TEST(CheckInstallPendingUpdates, StartsTheUpdaterOnYes) {
     EXPECT_TRUE(rig.Gates.CheckInstallPendingUpdates());
     EXPECT_EQ(rig.Log.Take(), (Lines{asking, launching, launch, "0 " + updater + " started (77)"}));
     EXPECT_EQ(rig.System.Processes.Started, Lines{"/app/tbUpdater.exe: " + updater + " Trawlbeam.exe Trawlbeam"});
+    // One that was broken off goes on without a question.
+    rig.System.Files.Contents["/app/Updates/Backup/installing.xml"];
+    EXPECT_TRUE(rig.Gates.CheckInstallPendingUpdates());
+    EXPECT_EQ(rig.Log.Take(), (Lines{"0 An installation of updates was broken off, launching updater "
+                                     "(CheckInstallPendingUpdates)",
+                                     launch, "0 " + updater + " started (77)"}));
+    rig.System.Files.Contents.erase("/app/Updates/Backup/installing.xml");
     rig.System.Processes.StartedNumber = 0;
     EXPECT_FALSE(rig.Gates.CheckInstallPendingUpdates());
     EXPECT_EQ(rig.Log.Take(), (Lines{asking, launching, launch, "0 " + failed + " (0), " + updater}));

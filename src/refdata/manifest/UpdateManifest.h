@@ -15,6 +15,8 @@ inline constexpr TextView UpdaterName = "tbUpdater.exe";
 // In the program's folder, and in that one.
 inline constexpr const char* UpdatesFolderName = "Updates";
 inline constexpr const char* BackupFolderName = "Backup";
+// In the folder of backups, while the updater's work is neither done nor undone.
+inline constexpr const char* JournalName = "installing.xml";
 
 // What a child tells of its file.
 struct UpdateFile {
