@@ -36,9 +36,7 @@ PendingUpdate ReadManifest(const Text& text) {
     return update;
 }
 
-Text SizeText(const std::optional<std::uint64_t>& size) {
-    return size ? std::to_string(*size) + " bytes" : Text("missing");
-}
+Text SizeText(std::uint64_t size) { return std::to_string(size) + " bytes"; }
 
 }  // namespace
 
@@ -58,13 +56,16 @@ PendingUpdate ReadPendingUpdate(Files& files, const UpdateFolders& folders, cons
     return update;
 }
 
-std::vector<PendingFile> StagedFiles(Files& files, const UpdateFolders& folders, const PendingUpdate& update) {
+std::vector<PendingFile> StagedFiles(Files& files, const UpdateFolders& folders, const PendingUpdate& update,
+                                     const Journal& journal) {
     std::vector<PendingFile> staged;
     for (const PendingFile& file : update.Files) {
         if (files.FolderExists(folders.Installed(file.Name))) throw UpdateDefect(file.Name + " is a folder");
         const bool isStaged = files.Exists(folders.Staged(file.Name));
         const auto path = isStaged ? folders.Staged(file.Name) : folders.Installed(file.Name);
-        const std::optional<std::uint64_t> size = FileSize(files, path);
+        if (!files.Exists(path)) throw UpdateDefect(file.Name + " is neither downloaded nor installed");
+        if (!isStaged && journal.Find(file.Name) == nullptr) continue;
+        const std::uint64_t size = files.OpenForReading(path)->Size();
         if (size != file.Size) {
             throw UpdateDefect(file.Name + (isStaged ? ", downloaded: " : ", installed and not downloaded: ") +
                                SizeText(size) + ", " + SizeText(file.Size) + " expected");

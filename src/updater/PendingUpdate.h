@@ -6,6 +6,7 @@
 
 #include "base/errors.h"
 #include "platform/Files.h"
+#include "updater/Journal.h"
 #include "updater/UpdateFolders.h"
 
 namespace tb {
@@ -38,8 +39,11 @@ bool IsNeededToStart(const Text& name, const Text& program);
 // the file raises.
 PendingUpdate ReadPendingUpdate(Files& files, const UpdateFolders& folders, const Text& program);
 
-// The files of `update` that are to be installed: those that are staged. UpdateDefect for one of another size than
-// told, and for one that is neither staged nor installed with its size: the program fetches no files that it has.
-std::vector<PendingFile> StagedFiles(Files& files, const UpdateFolders& folders, const PendingUpdate& update);
+// The files of `update` that are to be installed: those that are staged. The program fetches no file that it takes for
+// current, so any other only has to be installed, in whatever size; but one of the journal, which a broken
+// run may have replaced and then deleted where it was staged, in the size told. UpdateDefect for a file that is neither
+// staged nor installed, and for one of these two kinds in another size.
+std::vector<PendingFile> StagedFiles(Files& files, const UpdateFolders& folders, const PendingUpdate& update,
+                                     const Journal& journal);
 
 }  // namespace tb

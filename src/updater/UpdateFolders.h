@@ -32,7 +32,7 @@ struct UpdateFolders {
     const std::filesystem::path Backup = Updates / BackupFolderName;
     const std::filesystem::path Manifest = Updates / TextPath(ManifestName);
     // Not among the staged files, which a check deletes.
-    const std::filesystem::path Journal = Backup / "installing.xml";
+    const std::filesystem::path Journal = Backup / JournalName;
 };
 
 }  // namespace tb

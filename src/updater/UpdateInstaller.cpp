@@ -11,6 +11,14 @@ namespace {
 
 constexpr std::int64_t WholePercent = 100;
 
+// Some five seconds for a file that is refused, most of them spent in the tries, which are not given up at once.
+constexpr int Retries = 30;
+constexpr std::int32_t RetryMs = 50;
+
+bool IsDenial(const RuntimeError& error) {
+    return error.Number == static_cast<std::int32_t>(ErrorNumber::PermissionDenied);
+}
+
 bool IsDamage(const RuntimeError& error) {
     return error.Number == XmlErrorNumber || error.Number == static_cast<std::int32_t>(ErrorNumber::TypeMismatch) ||
            error.Number == static_cast<std::int32_t>(ErrorNumber::Overflow);
@@ -30,7 +38,6 @@ UpdateResult UpdateInstaller::Run() noexcept {
 
 UpdateOutcome UpdateInstaller::Proceed() {
     ReadJournal();
-    if (m_Journal.Undoing) Undo();
     if (!m_Files.Exists(m_Folders.Manifest)) {
         // Somebody has dropped the update that was being installed.
         Undo();
@@ -39,8 +46,13 @@ UpdateOutcome UpdateInstaller::Proceed() {
     }
     m_At = Text(ManifestName);
     m_Update = ReadPendingUpdate(m_Files, m_Folders, m_Program);
-    if (!CoversJournal()) Undo();
-    m_Staged = StagedFiles(m_Files, m_Folders, m_Update);
+    if (m_Journal.Undoing || !CoversJournal()) {
+        if (const PendingFile* const lost = LostByUndo()) {
+            throw UpdateDefect(lost->Name + " was not downloaded, and is put back to the old version");
+        }
+        Undo();
+    }
+    m_Staged = StagedFiles(m_Files, m_Folders, m_Update, m_Journal);
     Install();
     return UpdateOutcome::Installed;
 }
@@ -71,6 +83,14 @@ bool UpdateInstaller::CoversJournal() const {
     });
 }
 
+const PendingFile* UpdateInstaller::LostByUndo() const {
+    const std::vector<PendingFile>& files = m_Update.Files;
+    const auto lost = std::find_if(files.begin(), files.end(), [this](const PendingFile& file) {
+        return m_Journal.Find(file.Name) != nullptr && !m_Files.Exists(m_Folders.Staged(file.Name));
+    });
+    return lost == files.end() ? nullptr : &*lost;
+}
+
 void UpdateInstaller::Install() {
     Log("Installing update " + m_Update.Number + ", files: " + std::to_string(m_Staged.size()));
     m_Files.MakeFolder(m_Folders.Backup);
@@ -96,7 +116,8 @@ void UpdateInstaller::BackUp(const PendingFile& file) {
     m_At = file.Name;
     JournalEntry entry{file.Name, m_Update.Number, m_Files.Exists(m_Folders.Installed(file.Name)), 0};
     if (entry.WasThere) {
-        entry.Size = CopyContents(m_Files, m_Folders.Installed(file.Name), m_Folders.Saved(entry.Number, file.Name),
+        m_Copied.push_back(m_Folders.Saved(entry.Number, file.Name));
+        entry.Size = CopyContents(m_Files, m_Folders.Installed(file.Name), m_Copied.back(),
                                   [this](size_t bytes) { Advance(bytes); });
     }
     m_Saved.push_back(std::move(entry));
@@ -132,8 +153,10 @@ void UpdateInstaller::PutInPlace(const PendingFile& file) {
     Log("Installed " + file.Name + " " + std::to_string(file.Size));
 }
 
+// Of what was replaced by this run or another; that is in the journal.
 void UpdateInstaller::Verify() {
     for (const PendingFile& file : m_Update.Files) {
+        if (m_Journal.Find(file.Name) == nullptr) continue;
         m_At = file.Name;
         if (FileSize(m_Files, m_Folders.Installed(file.Name)) != file.Size) throw Error(ErrorNumber::DeviceIO);
     }
@@ -169,7 +192,10 @@ void UpdateInstaller::DropOldBackups() noexcept {
 // backup is moved, not copied, which needs no room on the disk; so the journal tells first that some may be gone.
 void UpdateInstaller::Undo() {
     DropPrepared();
-    if (!m_HasJournal) return;
+    if (!m_HasJournal) {
+        DropCopied();
+        return;
+    }
     std::vector<JournalEntry>& entries = m_Journal.Entries;
     const auto isUntouched = [this](const JournalEntry& entry) { return m_Replaced.count(UpperCase(entry.Name)) == 0; };
     const auto own = entries.begin() + static_cast<std::ptrdiff_t>(m_Inherited);
@@ -179,7 +205,14 @@ void UpdateInstaller::Undo() {
         SaveJournal(m_Files, m_Folders.Journal, m_Journal);
     }
     std::for_each(entries.rbegin(), entries.rend(), [this](const JournalEntry& entry) { PutBack(entry); });
+    if (const PendingFile* const lost = LostByUndo()) {
+        // Before the journal, without which the next run would take that file for current.
+        DeleteFile(m_Folders.Manifest);
+        m_IsDropped = true;
+        Log("The update is removed: " + lost->Name + " is not staged any more");
+    }
     DeleteFile(m_Folders.Journal);
+    DropCopied();
     if (!entries.empty()) Log("The files that were replaced are back");
     m_Journal = {};
     m_HasJournal = false;
@@ -220,7 +253,11 @@ UpdateResult UpdateInstaller::Fail(const RuntimeError& error) noexcept {
         return {UpdateOutcome::Installed, {}};
     }
     Log("The update cannot be installed now: " + reason);
-    return {TryToUndo() ? UpdateOutcome::Failed : UpdateOutcome::Halfway, reason};
+    // The old version must not come back under an update that counts, for all this run knows, on files of the new one.
+    const bool isUnread = m_Update.Number.empty() && m_Files.Exists(m_Folders.Manifest);
+    const bool isUndone = !(m_HasJournal && isUnread) && TryToUndo();
+    const UpdateOutcome whole = m_IsDropped ? UpdateOutcome::Refused : UpdateOutcome::Failed;
+    return {isUndone ? whole : UpdateOutcome::Halfway, reason, IsDenial(error)};
 }
 
 bool UpdateInstaller::IsInherited(const Text& name) const {
@@ -229,13 +266,25 @@ bool UpdateInstaller::IsInherited(const Text& name) const {
 }
 
 void UpdateInstaller::ReplaceInstalled(const Path& from, const Text& name, const Text& number) {
+    for (int retry = 0;; ++retry) {
+        try {
+            ReplaceOrMove(from, name, number);
+            return;
+        } catch (const RuntimeError& error) {
+            if (!IsDenial(error) || retry == Retries) throw;
+        }
+        m_Pump.ProcessMessages();
+        m_Pump.Sleep(RetryMs);
+    }
+}
+
+void UpdateInstaller::ReplaceOrMove(const Path& from, const Text& name, const Text& number) {
     const Path installed = m_Folders.Installed(name);
     try {
         ReplaceFile(from, installed);
         return;
     } catch (const RuntimeError& error) {
-        const bool isInUse = error.Number == static_cast<std::int32_t>(ErrorNumber::PermissionDenied);
-        if (!isInUse || IsNeededToStart(name, m_Program) || !m_Files.Exists(installed)) throw;
+        if (!IsDenial(error) || IsNeededToStart(name, m_Program) || !m_Files.Exists(installed)) throw;
     }
     MoveAside(installed, name, number);
     // Should this fail, the journal has the file put back.
@@ -268,6 +317,10 @@ void UpdateInstaller::TryToDelete(const Path& path) noexcept {
 
 void UpdateInstaller::DropPrepared() noexcept {
     for (const PendingFile& file : m_Update.Files) TryToDelete(m_Folders.Prepared(m_Update.Number, file.Name));
+}
+
+void UpdateInstaller::DropCopied() noexcept {
+    for (const Path& copy : m_Copied) TryToDelete(copy);
 }
 
 void UpdateInstaller::DropStaged() noexcept {

@@ -11,6 +11,7 @@
 #include <set>
 
 #include "base/log.h"
+#include "platform/Pump.h"
 #include "updater/Journal.h"
 #include "updater/PendingUpdate.h"
 
@@ -28,16 +29,19 @@ struct UpdateResult {
     UpdateOutcome Outcome = UpdateOutcome::Nothing;
     // Of the last three: what was wrong, and with which file.
     Text Reason;
+    // The file is in use, or there is no right to it.
+    bool IsDenied = false;
 };
 
 class UpdateInstaller {
 public:
     // `program` is the file name of the program. `progress` is told per cents, at each piece of a file: it may serve
-    // messages, and must not throw.
-    UpdateInstaller(Files& files, LogSink& log, std::filesystem::path programFolder, Text program,
+    // messages, and must not throw. `pump` serves them while a file that is in use is waited for.
+    UpdateInstaller(Files& files, LogSink& log, Pump& pump, std::filesystem::path programFolder, Text program,
                     std::function<void(int)> progress)
         : m_Files(files),
           m_Log(log),
+          m_Pump(pump),
           m_Folders(std::move(programFolder)),
           m_Program(std::move(program)),
           m_Progress(std::move(progress)) {}
@@ -52,6 +56,9 @@ private:
     UpdateOutcome Proceed();
     void ReadJournal();
     bool CoversJournal() const;
+    // The first file of the pending update, or null, that is in the journal but not staged. It may have been staged
+    // once, or the program took the new one for current: once the journal is undone, the update cannot be installed.
+    const PendingFile* LostByUndo() const;
     void Install();
     void BackUp(const PendingFile& file);
     void Prepare(const PendingFile& file);
@@ -68,8 +75,10 @@ private:
 
     bool IsInherited(const Text& name) const;
     // Takes the place of an installed file. A library that a browser has loaded can only be moved: it goes to the
-    // backups of the update `number`, unless the program needs it to start, since it is missing then for a moment.
+    // backups of the update `number`, unless the program needs it to start, since it is missing then for a moment. What
+    // is refused is tried again for some seconds: scanners hold a program that has just ended and files just written.
     void ReplaceInstalled(const Path& from, const Text& name, const Text& number);
+    void ReplaceOrMove(const Path& from, const Text& name, const Text& number);
     void MoveAside(const Path& installed, const Text& name, const Text& number);
     // Takes the place of `to` whatever its attributes.
     void ReplaceFile(const Path& from, const Path& to);
@@ -77,12 +86,14 @@ private:
     // What cannot be deleted stays.
     void TryToDelete(const Path& path) noexcept;
     void DropPrepared() noexcept;
+    void DropCopied() noexcept;
     void DropStaged() noexcept;
     void DropOldBackups() noexcept;
     void Advance(size_t bytes);
 
     Files& m_Files;
     LogSink& m_Log;
+    Pump& m_Pump;
     const UpdateFolders m_Folders;
     const Text m_Program;
     const std::function<void(int)> m_Progress;
@@ -96,9 +107,13 @@ private:
     size_t m_Inherited = 0;
     // The entries to come, until all backups are there.
     std::vector<JournalEntry> m_Saved;
+    // The backups that this run has made, the last of them in part perhaps.
+    std::vector<Path> m_Copied;
     // Names of the files that this run has replaced.
     std::set<Text> m_Replaced;
     bool m_IsInstalled = false;
+    // The undo had to remove the pending update.
+    bool m_IsDropped = false;
     // The file at work, for messages.
     Text m_At;
     std::int64_t m_Done = 0;

@@ -41,7 +41,7 @@ bool Updater::WaitForProgram() {
 
 UpdateResult Updater::Install(const std::filesystem::path& folder) {
     m_Parts.Screen.Say("Installing the update of " + m_Command.Product + "...");
-    return UpdateInstaller(m_Parts.Files, m_Parts.Log, folder, m_Command.Program,
+    return UpdateInstaller(m_Parts.Files, m_Parts.Log, m_Parts.Pump, folder, m_Command.Program,
                            [this](int percent) {
                                m_Parts.Screen.Progress(percent);
                                m_Parts.Pump.ProcessMessages();
@@ -57,9 +57,9 @@ Text Updater::Message(const UpdateResult& result) const {
                "\r\n\r\nThe installed version stays as it was.";
     case UpdateOutcome::Failed:
         return "The update of " + product + " could not be installed now:\r\n" + result.Reason +
-               "\r\n\r\nThe installed version stays as it was. Please close your browsers; the update will be offered "
-               "again when " +
-               product + " starts.";
+               "\r\n\r\nThe installed version stays as it was. " +
+               (result.IsDenied ? "Please close the programs that use this file. " : "") +
+               "The update will be offered again when " + product + " starts.";
     case UpdateOutcome::Halfway:
         return "The update of " + product + " could be installed only in part:\r\n" + result.Reason +
                "\r\n\r\nPlease restart Windows, start " + product + " and let it install the update.";
@@ -72,7 +72,13 @@ Text Updater::Message(const UpdateResult& result) const {
 void Updater::Restart(const std::filesystem::path& folder) {
     const std::filesystem::path program = folder / TextPath(m_Command.Program);
     const std::uint32_t process = m_Parts.Processes.StartProgram(program, "\"" + PathText(program) + "\"");
-    Log(m_Command.Program + (process != 0 ? " started (" + std::to_string(process) + ")" : Text(" did not start")));
+    if (process != 0) {
+        Log(m_Command.Program + " started (" + std::to_string(process) + ")");
+        return;
+    }
+    Log(m_Command.Program + " did not start");
+    m_Parts.Screen.TellClosed(m_Command.Product + " could not be started.\r\n\r\nPlease start it yourself. If that " +
+                              "fails too, restart Windows or install " + m_Command.Product + " anew.");
 }
 
 }  // namespace tb

@@ -20,6 +20,8 @@ public:
     virtual void Tell(const Text& message) = 0;
     // The program does not start while the window is there.
     virtual void Close() = 0;
+    // The same as Tell, once the window is gone.
+    virtual void TellClosed(const Text& message) = 0;
 };
 
 class Updater {

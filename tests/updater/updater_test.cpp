@@ -45,7 +45,8 @@ protected:
         for (const Text& name : staged) m_Files->Dates["/app/Updates/" + name] = {Date(1), Date(2), Date(3)};
     }
     UpdateResult Run() {
-        return UpdateInstaller(*m_Files, m_Log, "/app", "Trawlbeam.exe", [this](int percent) { m_Percent = percent; })
+        return UpdateInstaller(*m_Files, m_Log, m_Pump, "/app", "Trawlbeam.exe",
+                               [this](int percent) { m_Percent = percent; })
             .Run();
     }
     // What lies in a folder.
@@ -67,6 +68,7 @@ protected:
 
     std::unique_ptr<FakeFiles> m_Files;
     RecordedLog m_Log;
+    FakePump m_Pump;
     int m_Percent = 0;
 };
 
@@ -75,9 +77,13 @@ TEST_F(Update, IsInstalledWithBackupDatesAndNothingLeft) {
     m_Files->Folders.insert({"/app/Updates/Backup", "/app/Updates/Backup/56"});
     m_Files->Contents["/app/Updates/Backup/56/a.dll"] = "older a";
     m_Files->Contents["/app/Updates/Backup/56/updates.xml"] = "an earlier one";
+    // Current by its date, whatever its size: the check has not fetched it.
+    m_Files->Contents["/app/Same.chm"] = "longer help";
     EXPECT_EQ(Run().Outcome, UpdateOutcome::Installed);
     EXPECT_EQ(In("/app/Updates/Backup/56"), (World{{"updates.xml", "an earlier one"}}));
-    EXPECT_EQ(Installed(), New);
+    World installed = New;
+    installed["Same.chm"] = "longer help";
+    EXPECT_EQ(Installed(), installed);
     EXPECT_EQ(In("/app/Updates"), World());
     World backup = In("/app/Updates/Backup/57");
     EXPECT_EQ(backup["updates.xml"].substr(0, 22), "<UPDATES VERSION='57'>");
@@ -98,7 +104,7 @@ TEST_F(Update, AnyCallThatFailsLeavesAWholeVersion) {
     int failing = 0;
     for (;; ++failing) {
         Lay(Old);
-        m_Files->FailAt(failing + 1, ErrorNumber::PermissionDenied);
+        m_Files->FailAt(failing + 1, ErrorNumber::DiskFull);
         const UpdateOutcome outcome = Run().Outcome;
         const bool isOver = m_Files->Calls() <= failing;
         m_Files->FailNoMore();
@@ -106,6 +112,7 @@ TEST_F(Update, AnyCallThatFailsLeavesAWholeVersion) {
         ASSERT_EQ(Installed(), outcome == UpdateOutcome::Installed ? New : Old) << failing;
         undone += outcome == UpdateOutcome::Failed ? 1 : 0;
         ASSERT_FALSE(outcome == UpdateOutcome::Failed && (!IsPending() || HasJournal())) << failing;
+        ASSERT_FALSE(outcome == UpdateOutcome::Failed && !In("/app/Updates/Backup/57").empty()) << failing;
         ASSERT_LE(static_cast<int>(Run().Outcome), static_cast<int>(UpdateOutcome::Installed)) << failing;
         ASSERT_EQ(Installed(), New) << failing;
         ASSERT_FALSE(IsPending() || HasJournal()) << failing;
@@ -171,6 +178,42 @@ TEST_F(KilledUpdate, IsUndoneWhenItsStagedFilesAreNotWholeAnyMore) {
     }
 }
 
+// Some of the staged files are gone already, or the old version was coming back under an update that relies on a file
+// of the new one. Whichever version comes of it, no run takes files of the other for current.
+TEST_F(KilledUpdate, ThatFailsOnceMoreLeavesAWholeVersion) {
+    const auto check = [this](const Text& where) {
+        const FakeFiles asFound = *m_Files;
+        for (int failing = 1;; ++failing) {
+            for (const bool forGood : {false, true}) {
+                *m_Files = asFound;
+                const int before = m_Files->Calls();
+                m_Files->FailAt(failing, ErrorNumber::DiskFull, forGood);
+                Run();
+                const bool isOver = m_Files->Calls() - before < failing;
+                m_Files->FailNoMore();
+                Run();
+                ASSERT_TRUE(Installed() == Old || Installed() == New) << where << failing;
+                ASSERT_FALSE(IsPending() || HasJournal()) << where << failing;
+                if (isOver) return;
+            }
+        }
+    };
+    for (int call = 1;; ++call) {
+        Lay(Old);
+        if (!KillAt(call)) break;
+        if (HasJournal() && In("/app/Updates").size() < 5) check(std::to_string(call) + " ");
+    }
+    Lay(Old);
+    m_Files->Folders.insert({"/app/Updates/Backup", "/app/Updates/Backup/56"});
+    m_Files->Contents["/app/Updates/Backup/56/a.dll"] = "old a";
+    m_Files->Contents["/app/Updates/Backup/installing.xml"] =
+        "<JOURNAL STATE='UNDOING'><F FILE='a.dll' VERSION='56' EXISTED='Y' SIZE='5'/></JOURNAL>";
+    std::swap(m_Files->Contents["/app/a.dll"], m_Files->Contents["/app/Updates/a.dll"]);
+    m_Files->Contents.erase("/app/Updates/a.dll");
+    check("undoing ");
+    EXPECT_EQ(Installed(), Old);
+}
+
 // The program ran on what a kill has left, and its check has replaced the pending update or dropped it.
 TEST_F(KilledUpdate, MeetsAnotherUpdateOrNone) {
     World later = New;
@@ -218,9 +261,23 @@ TEST_F(Update, OfOneFileThatIsInUseIsPutBackAndStaysPending) {
         const UpdateResult result = Run();
         EXPECT_EQ(result.Outcome, UpdateOutcome::Failed);
         EXPECT_EQ(result.Reason, held + (": " + PermissionDenied));
+        EXPECT_TRUE(result.IsDenied);
         EXPECT_EQ(Installed(), Old);
         EXPECT_TRUE(IsPending() && !HasJournal());
+        EXPECT_EQ(In("/app/Updates/Backup/57"), World());
+        EXPECT_EQ(m_Pump.Slept, 1500);
+        m_Pump.Slept = 0;
     }
+}
+
+TEST_F(Update, WaitsForAFileThatIsHeldForAWhile) {
+    auto scanner = m_Files->OpenForReading("/app/Trawlbeam.exe");
+    m_Pump.OnPump = [&] {
+        if (m_Pump.Pumped == 10) scanner.reset();
+    };
+    EXPECT_EQ(Run().Outcome, UpdateOutcome::Installed);
+    EXPECT_EQ(Installed(), New);
+    EXPECT_EQ(m_Pump.Slept, 500);
 }
 
 // Browsers load some of the libraries, and stay.
@@ -256,10 +313,7 @@ TEST_F(Update, WithADefectIsRefusedAsAWholeAndRemoved) {
         {"Log is a folder", [&] { stageWith("<F FILE='Log' SIZE='1' DOWNLOAD='Y'/>"); }},
         {"a.dll, downloaded: 5 bytes, 70000 bytes expected",
          [&] { m_Files->Contents["/app/Updates/a.dll"] = "short"; }},
-        {"b.dll, installed and not downloaded: missing, 7 bytes expected",
-         [&] { m_Files->Contents.erase("/app/Updates/b.dll"); }},
-        {"Same.chm, installed and not downloaded: 5 bytes, 4 bytes expected",
-         [&] { m_Files->Contents["/app/Same.chm"] = "other"; }}};
+        {"b.dll is neither downloaded nor installed", [&] { m_Files->Contents.erase("/app/Updates/b.dll"); }}};
     for (const auto& [reason, make] : defects) {
         Lay(Old);
         make();
@@ -306,6 +360,7 @@ struct FakeScreen : UpdaterScreen {
     void Progress(int percent) override { Percent = percent; }
     void Tell(const Text& message) override { Calls.push_back("tell " + Text(Left(message, message.find('\r')))); }
     void Close() override { Calls.emplace_back("close"); }
+    void TellClosed(const Text& message) override { Calls.push_back("box " + Text(Left(message, message.find('\r')))); }
     std::vector<Text> Calls;
     int Percent = 0;
 };
@@ -319,7 +374,6 @@ protected:
     }
     FakeClock m_Clock;
     FakeProcesses m_Processes;
-    FakePump m_Pump;
     FakeScreen m_Screen;
     const std::vector<Text> m_Begun{"say Waiting for Trawlbeam to close...",
                                     "say Installing the update of Trawlbeam..."};
@@ -365,6 +419,12 @@ TEST_F(CourseOfTheUpdater, TellsWhatFailedAndStartsAWholeProgramOnly) {
     EXPECT_EQ(told(), "tell The update of Trawlbeam could not be installed now:");
     EXPECT_EQ(m_Processes.Started.size(), 2U);
     reader.reset();
+    Lay(Old);
+    m_Screen.Calls.clear();
+    m_Processes.StartedNumber = 0;
+    Course();
+    EXPECT_EQ(m_Screen.Calls,
+              (std::vector<Text>{m_Begun[0], m_Begun[1], "close", "box Trawlbeam could not be started."}));
     for (int call = 1; !HasJournal(); ++call) {
         Lay(Old);
         m_Screen.Calls.clear();

@@ -54,8 +54,9 @@ protected:
         file->Write(content);
         file->Finish();
     }
-    std::unique_ptr<ProgramProcess> Start() {
-        return std::make_unique<ProgramProcess>(Path() / "tbUpdater.exe",
+    std::unique_ptr<ProgramProcess> Start() { return Start(Path()); }
+    static std::unique_ptr<ProgramProcess> Start(const std::filesystem::path& folder) {
+        return std::make_unique<ProgramProcess>(folder / "tbUpdater.exe",
                                                 L"of a folder\\tbUpdater.exe Trawlbeam.exe Trawlbeam");
     }
     static HWND Window() { return FindWindowA(NormalClasses.Window, Caption); }
@@ -94,6 +95,10 @@ TEST_F(RealUpdater, WaitsForTheProgramInstallsAndStartsIt) {
     ASSERT_TRUE(Eventually([] { return Window() != nullptr; }));
     SendMessageA(Window(), WM_CLOSE, 0, 0);
     EXPECT_EQ(Start()->WaitForEnd(), 1U) << "there can be only one";
+    const ScratchFolder other;
+    for (const char* name : {"tbUpdater.exe", "Trawlbeam.exe"})
+        std::filesystem::copy_file(Path() / name, other.Path() / name);
+    EXPECT_EQ(Start(other.Path())->WaitForEnd(), 0U) << "in each folder";
     EXPECT_EQ(running.WaitForEnd(0), static_cast<DWORD>(STILL_ACTIVE));
     EXPECT_TRUE(Holds(m_Old));
     EXPECT_EQ(updater->WaitForEnd(), 0U);
@@ -127,6 +132,18 @@ TEST_F(RealUpdater, MovesALibraryAsideThatIsLoaded) {
     EXPECT_TRUE(IsStarted(m_New));
     EXPECT_NE(Log().find("l3.dll is in use and was moved aside"), Text::npos) << Log();
     FreeLibrary(loaded);
+}
+
+TEST_F(RealUpdater, TellsThatTheProgramDidNotStart) {
+    Write(Path() / "Updates" / "Trawlbeam.exe", Text(m_New.at("Trawlbeam.exe").size(), 'x'));
+    const auto updater = Start();
+    HWND box = nullptr;
+    ASSERT_TRUE(Eventually([&] { return (box = FindWindowA("#32770", Caption)) != nullptr; })) << Log();
+    EXPECT_EQ(Window(), nullptr) << "or the program would not start by hand either";
+    EXPECT_EQ(updater->WaitForEnd(0), static_cast<DWORD>(STILL_ACTIVE));
+    PostMessageA(box, WM_CLOSE, 0, 0);
+    EXPECT_EQ(updater->WaitForEnd(), 0U);
+    EXPECT_NE(Log().find("Trawlbeam.exe did not start"), Text::npos) << Log();
 }
 
 // At twenty moments from the window's coming to the manifest's going. What comes later is the start of the program, and

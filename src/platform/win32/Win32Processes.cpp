@@ -47,10 +47,13 @@ bool Runs(DWORD processId, const std::wstring& image) {
 bool IsRunByAnother(const std::wstring& image) {
     const OwnedFile listing(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     if (!listing || image.empty()) return false;
+    const std::wstring name = image.substr(image.rfind(L'\\') + 1);
     PROCESSENTRY32W entry{};
     entry.dwSize = sizeof entry;
     for (BOOL more = Process32FirstW(listing.Get(), &entry); more; more = Process32NextW(listing.Get(), &entry)) {
-        if (entry.th32ProcessID != GetCurrentProcessId() && Runs(entry.th32ProcessID, image)) return true;
+        // Most are of another name, and need not be opened.
+        if (!IsSameFile(entry.szExeFile, name) || entry.th32ProcessID == GetCurrentProcessId()) continue;
+        if (Runs(entry.th32ProcessID, image)) return true;
     }
     return false;
 }

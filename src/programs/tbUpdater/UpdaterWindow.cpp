@@ -51,9 +51,19 @@ HFONT MakeMessageFont() {
     return CreateFontIndirectA(&metrics.lfMessageFont);
 }
 
+BOOL CALLBACK CloseOne(HWND window, LPARAM /*unused*/) {
+    if (IsWindowVisible(window)) PostMessageA(window, WM_CLOSE, 0, 0);
+    return TRUE;
+}
+
+// The loop of a message box serves this timer, which belongs to no window.
+void CALLBACK CloseUnread(HWND /*window*/, UINT /*message*/, UINT_PTR /*timer*/, DWORD /*time*/) {
+    EnumThreadWindows(GetCurrentThreadId(), CloseOne, 0);
+}
+
 }  // namespace
 
-UpdaterWindow::UpdaterWindow(const Text& caption, OwnedObject only) : m_Only(std::move(only)) {
+UpdaterWindow::UpdaterWindow(const Text& caption, OwnedObject only) : m_Caption(caption), m_Only(std::move(only)) {
     const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);
     RegisterOwnClass(Procedure);
@@ -112,6 +122,12 @@ void UpdaterWindow::Close() {
     if (m_Font != nullptr) DeleteObject(m_Font);
     m_Font = nullptr;
     m_Only.Close();
+}
+
+void UpdaterWindow::TellClosed(const Text& message) {
+    const UINT_PTR timer = SetTimer(nullptr, 0, UnreadMs, CloseUnread);
+    MessageBoxA(nullptr, message.c_str(), m_Caption.c_str(), MB_OK | MB_ICONWARNING | MB_SETFOREGROUND);
+    KillTimer(nullptr, timer);
 }
 
 bool UpdaterWindow::Handle(UINT message, WPARAM wParam) {

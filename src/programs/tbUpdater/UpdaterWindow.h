@@ -19,6 +19,8 @@ public:
     void Progress(int percent) override;
     void Tell(const Text& message) override;
     void Close() override;
+    // A box of the system, with the caption of the window but not its class.
+    void TellClosed(const Text& message) override;
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -27,6 +29,7 @@ private:
     // In pixels of 96 to an inch.
     HWND Add(const char* className, const char* text, DWORD style, RECT place, UINT id) const;
 
+    const Text m_Caption;
     OwnedObject m_Only;
     OwnedWindow m_Window;
     HFONT m_Font = nullptr;

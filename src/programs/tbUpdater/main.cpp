@@ -3,6 +3,8 @@
 // It links no component, for it replaces them.
 #include <windows.h>
 
+#include <cstdint>
+
 #include "platform/win32/Win32Clock.h"
 #include "platform/win32/Win32Files.h"
 #include "platform/win32/Win32Processes.h"
@@ -19,13 +21,26 @@ constexpr const char* Product = TRAWLBEAM_PRODUCT;
 constexpr int DoneStatus = 0;
 constexpr int FailedStatus = 1;
 
+// The same for a folder however it was written when this program was started. Names of objects hold no paths, so it is
+// hashed: FNV-1a, over 16 bits at a time.
+std::uint64_t NumberOf(const std::filesystem::path& folder) {
+    std::wstring path(32768, L'\0');
+    path.resize(GetLongPathNameW(folder.c_str(), path.data(), static_cast<DWORD>(path.size())));
+    if (path.empty()) path = folder.wstring();
+    CharUpperBuffW(path.data(), static_cast<DWORD>(path.size()));
+    std::uint64_t hash = 0xCBF29CE484222325;
+    for (const wchar_t unit : path) hash = (hash ^ unit) * 0x100000001B3;
+    return hash;
+}
+
 // False when this is not the one to install.
 bool Install(const tb::UpdaterCommand& command, tb::Win32Files& files, tb::Win32Processes& processes,
              tb::LogSink& log) {
     const tb::Text caption = command.Product + " Updater";
-    tb::OwnedObject only(CreateMutexA(nullptr, FALSE, caption.c_str()));
+    const tb::Text name = caption + " " + std::to_string(NumberOf(processes.Executable().parent_path()));
+    tb::OwnedObject only(CreateMutexA(nullptr, FALSE, name.c_str()));
     if (!only || GetLastError() == ERROR_ALREADY_EXISTS) {
-        log.WriteLog("Another updater is running, exiting", tb::LogLevel::Always);
+        log.WriteLog("Another updater of this folder is running, exiting", tb::LogLevel::Always);
         return false;
     }
     tb::Win32Pump pump;
