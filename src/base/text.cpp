@@ -64,6 +64,18 @@ std::vector<Part> SplitInto(TextView text, char separator) {
 
 std::vector<Text> Split(TextView text, char separator) { return SplitInto<Text>(text, separator); }
 
+void Split(TextView text, char separator, std::vector<Text>& parts) {
+    size_t count = 0;
+    for (bool more = !text.empty(); more; ++count) {
+        const size_t end = text.find(separator);
+        more = end != TextView::npos;
+        if (count == parts.size()) parts.emplace_back();
+        parts[count] = text.substr(0, end);
+        if (more) text.remove_prefix(end + 1);
+    }
+    parts.resize(count);
+}
+
 std::vector<TextView> SplitViews(TextView text, char separator) { return SplitInto<TextView>(text, separator); }
 
 Text Join(const std::vector<Text>& parts, TextView separator) {

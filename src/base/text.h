@@ -14,6 +14,8 @@ using TextView = std::string_view;
 
 // The text between separators. An empty text has no parts at all; otherwise empty parts are kept, trailing ones too.
 std::vector<Text> Split(TextView text, char separator);
+// The same into texts that are there, for their memory.
+void Split(TextView text, char separator, std::vector<Text>& parts);
 
 // The same parts as views into `text`, which must outlive them.
 std::vector<TextView> SplitViews(TextView text, char separator);

@@ -31,7 +31,8 @@ public:
     CheckHost(LogSink& log, OverDB& overrides, const ReferenceFile& reference)
         : StandaloneVerdictHost(log), m_Overrides(overrides), m_Reference(reference) {}
 
-    bool IsOverride(const Text& url) override { return m_Overrides.IsOverride(url); }
+    // Without overrides there would be nothing but lines for the log, which nobody reads any more.
+    bool IsOverride(const Text& url) override { return m_Overrides.Count() != 0 && m_Overrides.IsOverride(url); }
     void AllowSite(const Text& url) override { m_Overrides.AddToDB(url); }
     Text CategoryName(const Text& id) override { return m_Reference.CategoryName(id); }
 
@@ -58,32 +59,30 @@ void LoadSnapshot(EvilDB& evilDB, const Text& path, const LastLine& log) {
     throw InputError(path + ": " + log.Or("no intact snapshot (version, fingerprint or stamp is wrong)"));
 }
 
-// The reply line to one request line; a note on stderr for one that the channel would not answer.
-Text Answer(const BrowserChannel& channel, const Text& line, size_t number) {
-    const ChannelResult result = channel.Handle(line);
+// Notes on stderr that the channel would not answer a request.
+void NoteUnanswered(ChannelResult::Kind what, size_t number) {
     const char* note = nullptr;
-    switch (result.What) {
-    case ChannelResult::Kind::Reply: return result.Text;
+    switch (what) {
+    case ChannelResult::Kind::Reply: return;
     case ChannelResult::Kind::Nothing: note = "empty, which the channel takes for its own clearing"; break;
     case ChannelResult::Kind::WakeUp: note = "a wake-up, which gets no reply"; break;
     case ChannelResult::Kind::Broken: note = "no number in the first field, which ends the program"; break;
     }
     std::fprintf(stderr, "tbtool: line %zu: %s\n", number, note);
-    return {};
 }
 
-// The third field of a request, as far as there is one.
+// The third field of a request, as far as there is one, in the form that the list is asked for.
 TextView UrlOf(TextView request) {
     const size_t command = request.find('\t');
     if (command == TextView::npos) return {};
     const size_t url = request.find('\t', command + 1);
     if (url == TextView::npos) return {};
     request.remove_prefix(url + 1);
-    return request.substr(0, request.find('\t'));
+    return WithoutTrailingSlashes(request.substr(0, request.find('\t')));
 }
 
 // Tells the list the URLs of the next requests that have been read already; how many requests these are.
-size_t Expect(const EvilDB& evilDB, TextView buffered) {
+size_t Expect(EvilDB& evilDB, TextView buffered) {
     constexpr size_t together = 32;
     std::vector<TextView> urls;
     urls.reserve(together);
@@ -101,13 +100,27 @@ size_t AnswerAll(EvilDB& evilDB, VerdictHost& host) {
     const BrowserChannel channel([&](const std::vector<Text>& args, Text& reply) { verdict.CheckEvil(args, reply); });
     size_t requests = 0;
     size_t expected = 0;
-    Text line;
-    for (LineReader lines(0); lines.Next(line);) {
-        WriteStandardOutput(Answer(channel, line, ++requests));
-        WriteStandardOutput("\n");
+    ChannelResult result;
+    // Of the requests that came together.
+    Text replies;
+    LineReader lines(0);
+    for (TextView line; lines.Next(line);) {
+        channel.Handle(line, result);
+        ++requests;
+        if (result.What == ChannelResult::Kind::Reply) {
+            replies += result.Text;
+        } else {
+            NoteUnanswered(result.What, requests);
+        }
+        replies += '\n';
         if (expected > 0) --expected;
         if (expected == 0) expected = Expect(evilDB, lines.Buffered());
+        if (expected > 0) continue;
+        // The next line may have to be waited for.
+        WriteStandardOutput(replies);
+        replies.clear();
     }
+    WriteStandardOutput(replies);
     FlushStandardOutput();
     return requests;
 }

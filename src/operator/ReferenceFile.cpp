@@ -46,10 +46,11 @@ ReferenceFile::ReferenceFile(Files& files, const Text& path) : m_Path(path) {
 }
 
 Text ReferenceFile::CategoryName(const Text& id) const {
+    if (const auto known = m_Names.find(id); known != m_Names.end()) return known->second;
     const ElementPtr categories = m_Root->FindElement("CATEGORIES");
     const ElementPtr category = categories ? categories->FindElementAttribute2("ID", id) : nullptr;
     if (!category) throw Error(ErrorNumber::ObjectNotSet);
-    return category->FindAttributeValue("NAME");
+    return m_Names[id] = category->FindAttributeValue("NAME");
 }
 
 void ReferenceFile::Fill(GeoIP& geo) const {

@@ -2,6 +2,7 @@
 // words.
 #pragma once
 
+#include <map>
 #include <memory>
 
 #include "platform/Files.h"
@@ -33,6 +34,8 @@ private:
     // What messages call the document.
     Text m_Path;
     Text m_Words;
+    // Names that were asked for, by ID as it was given: a search for each hit would be a good part of its verdict.
+    mutable std::map<Text, Text> m_Names;
 };
 
 }  // namespace tb

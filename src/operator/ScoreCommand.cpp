@@ -38,8 +38,8 @@ void ScoreCommand(const std::vector<Text>& words) {
     GeoIP geo(reference);
     reference.Fill(geo);
     size_t number = 0;
-    Text line;
-    for (LineReader lines(0); lines.Next(line);) WriteStandardOutput(Score(geo, line, ++number) + "\n");
+    TextView line;
+    for (LineReader lines(0); lines.Next(line);) WriteStandardOutput(Score(geo, Text(line), ++number) + "\n");
     FlushStandardOutput();
 }
 

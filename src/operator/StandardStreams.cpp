@@ -10,16 +10,20 @@
 
 namespace tb {
 
-bool LineReader::Next(Text& line) {
-    line.clear();
+bool LineReader::Next(TextView& line) {
+    m_Line.clear();
     for (bool some = false;; some = true) {
-        if (m_Position == m_Filled && !Fill()) return some;
+        if (m_Position == m_Filled && !Fill()) {
+            line = m_Line;
+            return some;
+        }
         const TextView piece = Buffered().substr(0, Buffered().find('\n'));
-        line.append(piece);
         m_Position += piece.size();
-        if (m_Position == m_Filled) continue;
-        ++m_Position;
-        return true;
+        const bool isWhole = m_Position < m_Filled;
+        if (isWhole) ++m_Position;
+        if (some || !isWhole) m_Line.append(piece);
+        line = some ? TextView(m_Line) : piece;
+        if (isWhole) return true;
     }
 }
 

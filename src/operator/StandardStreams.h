@@ -13,8 +13,9 @@ class LineReader {
 public:
     explicit LineReader(int descriptor) : m_Descriptor(descriptor), m_Buffer(65536) {}
 
-    // The next line without its line feed; the last one may lack it. False at the end. Raises an InputError.
-    bool Next(Text& line);
+    // The next line without its line feed, until the next call; the last one may lack it. False at the end. Raises an
+    // InputError.
+    bool Next(TextView& line);
     // What has been read and is still to come, until the next call.
     TextView Buffered() const { return {m_Buffer.data() + m_Position, m_Filled - m_Position}; }
 
@@ -25,6 +26,7 @@ private:
     std::vector<char> m_Buffer;
     size_t m_Position = 0;
     size_t m_Filled = 0;
+    Text m_Line;  // one that came in pieces
 };
 
 // All of standard input. Raises an InputError.

@@ -38,14 +38,17 @@ std::uint64_t LastBytes(TextView text, size_t count) {
     return word;
 }
 
+// With bytes beyond ASCII, which are rare.
+[[gnu::noinline]] std::uint64_t UpperBytes(std::uint64_t word) {
+    char bytes[8];
+    std::memcpy(bytes, &word, sizeof bytes);
+    for (char& byte : bytes) byte = UpperCase(byte);
+    return WordAt(bytes);
+}
+
 // Eight bytes of a scrambled key in upper case.
-std::uint64_t UpperWord(std::uint64_t word) {
-    if ((word & Bytes(0x80)) != 0) {
-        char bytes[8];
-        std::memcpy(bytes, &word, sizeof bytes);
-        for (char& byte : bytes) byte = UpperCase(byte);
-        return WordAt(bytes);
-    }
+inline std::uint64_t UpperWord(std::uint64_t word) {
+    if ((word & Bytes(0x80)) != 0) return UpperBytes(word);
     // The top bit of a byte is set where it is 'a' or more, and is not where it is 'z' or less.
     const std::uint64_t fromA = word + Bytes(0x80 - 'a');
     const std::uint64_t fromBehindZ = word + Bytes(0x80 - 'z' - 1);
@@ -125,14 +128,15 @@ std::int32_t DomainTable::FindList(const DomainKey& key, std::optional<Record>& 
     });
 }
 
-void DomainTable::AskFor(const std::vector<DomainHash>& domains) const {
+void DomainTable::AskForLists(const std::vector<DomainHash>& domains) const {
     std::vector<std::int32_t> slots;
     slots.reserve(domains.size());
-    for (const DomainHash& hash : domains) AskFor(hash);
     for (const DomainHash& hash : domains) {
-        if (const std::int32_t slot = m_Slots.FindAny(hash.OfKey, hash.OfIndex); slot != 0) slots.push_back(slot);
+        const std::int32_t slot = m_Slots.FindAny(hash.OfKey, hash.OfIndex);
+        if (slot == 0) continue;
+        m_Slots.AskFor(slot);
+        slots.push_back(slot);
     }
-    for (const std::int32_t slot : slots) m_Slots.AskFor(slot);
     for (const std::int32_t slot : slots) m_Entries.AskFor(FirstOf(slot));
 }
 

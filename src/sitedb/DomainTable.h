@@ -62,11 +62,11 @@ public:
     Place Find(const DomainKey& key, TextView url, TextView decoded) const;
     // The list of a key, with the record of its first entry; 0 when there is none.
     std::int32_t FindList(const DomainKey& key, std::optional<Record>& first) const;
-    // Lets the machine fetch what the search for a domain and a look at its list will read: one step of it for all
-    // domains, then the next.
-    void AskFor(const std::vector<DomainHash>& domains) const;
-    // The first of these steps alone.
+    // Lets the machine fetch where the search for a domain begins.
     void AskFor(const DomainHash& domain) const { m_Slots.AskFor(domain.OfKey, domain.OfIndex); }
+    // For domains of which that is on its way: what the rest of the search and a look at the lists will read, one step
+    // of it for all domains, then the next.
+    void AskForLists(const std::vector<DomainHash>& domains) const;
     // The first entry of a list, and the one behind an entry, 0 at the end.
     Position FirstOf(std::int32_t slot) const { return m_Slots.Number(slot) & ~Indexed; }
     Position Next(Position entry, Position first) const { return m_Entries.Next(entry, first); }

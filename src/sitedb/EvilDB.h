@@ -12,11 +12,11 @@
 #include "components/tbSender/Sender.h"
 #include "platform/Files.h"
 #include "sitedb/DomainTable.h"
+#include "sitedb/ExpectedUrls.h"
 #include "sitedb/SiteMatch.h"
 
 namespace tb {
 
-class HostSuffixes;
 class SnapshotReader;
 
 // What the list asks of the program around it.
@@ -75,9 +75,9 @@ public:
     // only.
     bool IsEvil(const Text& URL, Text& Category, Text& Validated) noexcept;
 
-    // Lets the machine fetch what IsEvil will look at for these URLs. One after another each waits for memory several
-    // times; together they wait as long as one. No answer depends on it.
-    void Expect(const std::vector<TextView>& urls) const noexcept;
+    // Lets the machine fetch what IsEvil will look at for these URLs, and takes them apart for it already. One after
+    // another each waits for memory several times; together they wait as long as one. No answer depends on it.
+    void Expect(const std::vector<TextView>& urls) noexcept;
 
     // Adds one entry behind those of its host. A duplicate of the URL is refused (one line of level 1), the stored one
     // stays.
@@ -127,7 +127,7 @@ private:
 
     // Error 91 without one.
     Sender& TheSender() const;
-    bool FindHit(TextView text, Text& Category, Text& Validated);
+    bool FindHit(HashedUrl& url, Text& Category, Text& Validated);
     // True when an entry of the list hits, which is in `record` then; it comes with that of the first.
     bool FindInList(std::int32_t list, const HostSuffixes& url, std::optional<Record>& record) const;
     bool FindInLong(std::int32_t list, const DomainKey& key, const HostSuffixes& url,
@@ -149,6 +149,7 @@ private:
     }
 
     DomainTable m_Domains;
+    ExpectedUrls m_Expected;
     std::shared_ptr<Sender> m_Sender;
     Files& m_Files;
     EvilDBHost& m_Host;

@@ -1,10 +1,8 @@
-#include <array>
 #include <optional>
 
 #include "base/numbers.h"
 #include "sitedb/EvilDB.h"
 #include "sitedb/EvilDB_record.h"
-#include "sitedb/HostSuffixes.h"
 
 namespace tb {
 
@@ -31,47 +29,46 @@ bool BeginsWith(const HostSuffixes& url, TextView pattern) {
 
 bool EvilDB::IsEvil(const Text& URL, Text& Category, Text& Validated) noexcept {
     bool result = false;
-    Trap([&] { result = FindHit(URL, Category, Validated); }, Failure("Malicious Database IsEvil Error:: "));
+    Trap(
+        [&] {
+            if (HashedUrl* const expected = m_Expected.Take(URL)) {
+                result = FindHit(*expected, Category, Validated);
+                return;
+            }
+            // The places of all suffixes are on their way while the first one is looked up.
+            HashedUrl url(URL, [this](const DomainHash& domain) { m_Domains.AskFor(domain); });
+            result = FindHit(url, Category, Validated);
+        },
+        Failure("Malicious Database IsEvil Error:: "));
     return result;
 }
 
-void EvilDB::Expect(const std::vector<TextView>& urls) const noexcept {
+void EvilDB::Expect(const std::vector<TextView>& urls) noexcept {
     // A machine with less to go on is slower, nothing else.
     Trap(
         [&] {
             std::vector<DomainHash> domains;
-            domains.reserve(3 * urls.size());
-            for (const TextView text : urls) {
-                for (HostSuffixes url(text); url.Next();) {
-                    if (DomainKey::HasHash(url.Suffix())) domains.emplace_back(url.Suffix());
-                }
-            }
-            m_Domains.AskFor(domains);
+            domains.reserve(4 * urls.size());
+            m_Expected.Replace(urls, [&](const DomainHash& domain) {
+                m_Domains.AskFor(domain);
+                domains.push_back(domain);
+            });
+            m_Domains.AskForLists(domains);
         },
         [](const RuntimeError&) {});
 }
 
-bool EvilDB::FindHit(TextView text, Text& Category, Text& Validated) {
-    // A port or user name stays inside its label; the scheme is not looked at.
-    HostSuffixes url(text);
-    // The places of all suffixes are on their way while the first one is looked up.
-    std::array<std::optional<DomainHash>, 4> hashes;
-    for (size_t suffix = 0; suffix < hashes.size() && url.Next(); ++suffix) {
-        if (!DomainKey::HasHash(url.Suffix())) continue;
-        hashes[suffix].emplace(url.Suffix());
-        m_Domains.AskFor(*hashes[suffix]);
-    }
-    url.Restart();
+bool EvilDB::FindHit(HashedUrl& hashed, Text& Category, Text& Validated) {
+    HostSuffixes& url = hashed.Suffixes();
     for (size_t suffix = 0; url.Next(); ++suffix) {
-        const bool isHashed = suffix < hashes.size() && hashes[suffix];
-        const DomainKey key = isHashed ? DomainKey(url.Suffix(), *hashes[suffix]) : DomainKey(url.Suffix());
+        const DomainKey key = hashed.KeyOf(suffix);
         std::optional<Record> record;
         const std::int32_t list = m_Domains.FindList(key, record);
         if (list == 0) continue;
         if (!(m_Domains.IsLong(list) ? FindInLong(list, key, url, record) : FindInList(list, url, record))) continue;
-        const Text name = m_Host.CategoryName(Text(record->Category()));
+        Text name = m_Host.CategoryName(Text(record->Category()));
         Validated = record->Validated();
-        Category = name;
+        Category = std::move(name);
         return true;
     }
     return false;

@@ -1,6 +1,7 @@
 // Memory for one text, without an allocation for those of usual length.
 #pragma once
 
+#include <algorithm>
 #include <array>
 
 #include "base/text.h"
@@ -14,6 +15,12 @@ public:
         if (size <= m_Short.size()) return m_Short.data();
         m_Long.resize(size);
         return m_Long.data();
+    }
+    // The text in this memory.
+    TextView Copy(TextView text) {
+        char* const bytes = Take(text.size());
+        std::copy(text.begin(), text.end(), bytes);
+        return {bytes, text.size()};
     }
 
 private:

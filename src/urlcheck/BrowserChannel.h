@@ -30,10 +30,14 @@ public:
     explicit BrowserChannel(Judge checkEvil) : m_CheckEvil(std::move(checkEvil)) {}
 
     // Handles one text of the box. The judgement runs inside, at most once, only for `Reply`.
-    ChannelResult Handle(const Text& line) const;
+    ChannelResult Handle(TextView line) const;
+    // The same in the memory of a result before.
+    void Handle(TextView line, ChannelResult& result) const;
 
 private:
     Judge m_CheckEvil;
+    // The fields of a request before, for their memory.
+    mutable std::vector<Text> m_Fields;
 };
 
 }  // namespace tb

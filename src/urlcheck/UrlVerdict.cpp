@@ -26,13 +26,18 @@ constexpr std::int32_t InformationIcon = 64;
 // What the log says of a URL that is overridden; of any other it says the reply.
 const Text OverrideResult = "Override";
 
-// In one piece of memory.
-Text Joined(std::initializer_list<TextView> pieces) {
+// In one piece of memory, `target`'s own if it has enough.
+void Join(std::initializer_list<TextView> pieces, Text& target) {
     size_t size = 0;
     for (const TextView piece : pieces) size += piece.size();
+    target.clear();
+    target.reserve(size);
+    for (const TextView piece : pieces) target += piece;
+}
+
+Text Joined(std::initializer_list<TextView> pieces) {
     Text joined;
-    joined.reserve(size);
-    for (const TextView piece : pieces) joined += piece;
+    Join(pieces, joined);
     return joined;
 }
 
@@ -67,18 +72,23 @@ void UrlVerdict::Dispatch(const std::vector<Text>& args, Text& reply) {
 }
 
 void UrlVerdict::Check(const std::vector<Text>& args, Outcome& outcome, Text& reply) {
-    Text url = UrlDecode(At(args, UrlField));
-    outcome.URL = NormalizeIP(url, [this](const Text& line) { m_Host.DisplayDebugMessage(line); });
+    outcome.URL =
+        NormalizeIP(UrlDecode(At(args, UrlField)), [this](const Text& line) { m_Host.DisplayDebugMessage(line); });
     if (m_Host.IsOverride(outcome.URL)) {
         outcome.IsOverride = true;
         reply = "OK";
         return;
     }
+    // The reply's memory, which the caller may have used before; the reply itself is set at the end.
+    outcome.Result.swap(reply);
     const Text* const addresses = args.size() > AddressField ? &args[AddressField] : nullptr;
     AskList(outcome.URL, outcome);
     if (!outcome.IsEvil && addresses != nullptr) AskAddresses(*addresses, outcome);
-    if (m_Host.GetXMLString("MAIN", "ALERTSOUND", "0") == "1" && outcome.IsEvil) m_Host.PlayAlertSound();
-    reply = std::move(outcome.Result);
+    static const Text section = "MAIN";
+    static const Text key = "ALERTSOUND";
+    static const Text fallback = "0";
+    if (m_Host.GetXMLString(section, key, fallback) == "1" && outcome.IsEvil) m_Host.PlayAlertSound();
+    reply.swap(outcome.Result);
     // The popup is an aid for development: ordinary users' checks end here.
     if (!m_Host.IsDebugMode()) return;
     const bool popup = m_Host.GetXMLString("Main", "CountryPopup", "1") == "1";
@@ -89,7 +99,11 @@ void UrlVerdict::AskList(const Text& url, Outcome& outcome) {
     Text category;
     Text validated;
     outcome.IsEvil = m_EvilDB.IsEvil(url, category, validated);
-    outcome.Result = outcome.IsEvil ? Joined({"Validated: ", validated, "  (Category: ", category, ")"}) : "OK";
+    if (outcome.IsEvil) {
+        Join({"Validated: ", validated, "  (Category: ", category, ")"}, outcome.Result);
+    } else {
+        outcome.Result = "OK";
+    }
 }
 
 void UrlVerdict::AskAddresses(const Text& addresses, Outcome& outcome) {

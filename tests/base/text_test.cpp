@@ -16,6 +16,11 @@ TEST(Text, SplitKeepsEmptyPartsButAnEmptyTextHasNone) {
     const Text withNul("a\0\tb", 4);
     EXPECT_EQ(Split(withNul, '\t'), (Parts{Text("a\0", 2), "b"}));
     EXPECT_EQ(Join(Split("a//b/", '/'), "/"), "a//b/");
+    Parts reused{"of", "a", "text", "before", "it"};
+    Split("a//b/", '/', reused);
+    EXPECT_EQ(reused, (Parts{"a", "", "b", ""}));
+    Split("", '/', reused);
+    EXPECT_EQ(reused, Parts());
 }
 
 TEST(Text, CaseFoldsEveryLetterOfTheCodePage) {

@@ -30,6 +30,28 @@ TEST(EvilDB, WalksTheHostsSuffixesLongestFirst) {
     EXPECT_TRUE(sites.Log.Take().empty());
 }
 
+// Whatever was expected, and in whatever order it comes, the list as it is then answers.
+TEST(EvilDB, ExpectationsChangeNoAnswer) {
+    ListOfSites sites;
+    sites.Add("http://evil.example/a", "2", "a");
+    sites.Add("http://gone.example");
+    sites.DB.Expect({"http://www.evil.example/a", "http://gone.example", "http://new.example", "no URL", "http:///",
+                     "http://a.b.c.d.e.evil.example/A"});
+    sites.Add("http://new.example", "2", "new");
+    sites.DB.DelFromDB("http://gone.example", "", "");
+    EXPECT_EQ(sites.Hit("http://new.example"), "new");
+    EXPECT_EQ(sites.Hit("http://www.evil.example/a"), "a");
+    EXPECT_EQ(sites.Hit("http://www.evil.example/b"), "-");
+    EXPECT_EQ(sites.Hit("http://gone.example"), "-");
+    sites.Log.Take();
+    EXPECT_EQ(sites.Hit("http:///"), "-");
+    EXPECT_EQ(sites.Log.Take(), Lines{"0 Malicious Database IsEvil Error:: 9 Subscript out of range"});
+    for (int time = 0; time < 2; ++time) EXPECT_EQ(sites.Hit("http://a.b.c.d.e.evil.example/A"), "a");
+    sites.DB.Expect({"http://evil.example/a", "http://" + Text(70000, '.') + "/"});
+    EXPECT_EQ(sites.Hit("http://evil.example/a"), "a");
+    EXPECT_EQ(sites.Log.Take(), Lines{});
+}
+
 TEST(EvilDB, MatchesTheDecodedEntryAsAPrefix) {
     ListOfSites sites;
     sites.Add("HTTP://Evil.Example/a%2FB/", "2", "escaped");

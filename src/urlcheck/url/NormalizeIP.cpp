@@ -27,6 +27,9 @@ HostBounds FindHost(TextView authority) {
 }
 
 std::optional<Text> NormalizeAuthority(TextView authority) {
+    // Most hosts are names, with no user before them.
+    const bool isName = authority.empty() || authority.front() < '0' || authority.front() > '9';
+    if (isName && authority.find('@') == TextView::npos) return std::nullopt;
     const auto [first, last] = FindHost(authority);
     const auto address = inet_addr(Mid(authority, first, last - first + 1));
     if (!address) return std::nullopt;
@@ -44,14 +47,23 @@ std::optional<TextView> FindAuthority(TextView url) {
     return url.substr(0, url.find('/'));
 }
 
-}  // namespace
+// `letters` are small ones.
+bool StartsWith(TextView url, TextView letters) {
+    const TextView start = Left(url, letters.size());
+    return start == letters || LowerCase(start) == letters;
+}
 
-Text NormalizeIP(Text& url, const std::function<void(const Text&)>& debugMessage) {
-    const Text scheme = LowerCase(Left(url, 4));
-    if (scheme == "res:") return url;
-    if (scheme != "http") url.insert(0, "http://");
+// False for a URL that is to stay as it is.
+bool Complete(Text& url) {
+    if (!StartsWith(url, "http")) {
+        if (StartsWith(url, "res:")) return false;
+        url.insert(0, "http://");
+    }
     url.resize(WithoutTrailingSlashes(url).size());
-    Text result = url;
+    return true;
+}
+
+void RewriteHost(Text& url, const std::function<void(const Text&)>& debugMessage) {
     Trap(
         [&] {
             const std::optional<TextView> authority = FindAuthority(url);
@@ -60,10 +72,23 @@ Text NormalizeIP(Text& url, const std::function<void(const Text&)>& debugMessage
             Text joined = url;
             joined.replace(static_cast<size_t>(authority->data() - url.data()), authority->size(), *normal);
             if (debugMessage) debugMessage("Normalize IP: " + url + " --> " + joined);
-            result = std::move(joined);
+            url = std::move(joined);
         },
         [](const RuntimeError&) { /* no host that could be read: the URL stays */ });
+}
+
+}  // namespace
+
+Text NormalizeIP(Text& url, const std::function<void(const Text&)>& debugMessage) {
+    if (!Complete(url)) return url;
+    Text result = url;
+    RewriteHost(result, debugMessage);
     return result;
+}
+
+Text NormalizeIP(Text&& url, const std::function<void(const Text&)>& debugMessage) {
+    if (Complete(url)) RewriteHost(url, debugMessage);
+    return std::move(url);
 }
 
 }  // namespace tb

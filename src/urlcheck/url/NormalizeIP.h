@@ -12,5 +12,7 @@ namespace tb {
 // go. That changed URL is the result when there is no host to read. A URL that begins with "res:" is not touched at
 // all. `debugMessage` hears one line when the host was rewritten. Never fails.
 Text NormalizeIP(Text& url, const std::function<void(const Text&)>& debugMessage = {});
+// The same where the changed URL is not wanted.
+Text NormalizeIP(Text&& url, const std::function<void(const Text&)>& debugMessage = {});
 
 }  // namespace tb
