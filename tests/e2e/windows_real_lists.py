@@ -8,6 +8,7 @@ harmless traffic. What must be blocked is worked out here from the list alone; t
 Exit status 1 when a reply is not what the rules say.
 """
 
+import collections
 import json
 import pathlib
 import re
@@ -15,7 +16,6 @@ import sys
 import tarfile
 
 EXPECTED_LISTED = 13752
-CATEGORY = '2'
 VALIDATED = '11/21/2026'
 BLOCK_TEXT = f'Validated: {VALIDATED}  (Category: Banking or Credit Card Spoof)'
 SCHEMES = ('http://', 'https://')
@@ -29,12 +29,6 @@ FOUR_DECIMALS = re.compile(r'(0|[1-9]\d{0,2})(\.(0|[1-9]\d{0,2})){3}')
 def read_json(package, member):
     with tarfile.open(package) as archive:
         return json.load(archive.extractfile('package/' + member))
-
-
-def suffixes(host):
-    """What is looked up for a host: itself, then what is left behind each dot, down to the last two labels."""
-    labels = host.split('.')
-    return ['.'.join(labels[first:]) for first in range(max(len(labels) - 1, 1))]
 
 
 def is_plain(host):
@@ -54,79 +48,57 @@ class Lists:
     def __init__(self, phishing, harmless):
         self.listed = read_json(phishing, 'src/config.json')['blacklist']
         self.listed_set = set(self.listed)
-        self.harmless = [on_the_wire(host) for host in self._sample(read_json(harmless, 'index.json'))]
-
-    def _sample(self, hosts):
-        """As many as there are listed hosts: all that the list covers or that are of an odd form, the others evenly."""
+        hosts = read_json(harmless, 'index.json')
+        # As many as there are listed hosts: all that the list covers or that are of an odd form, the others evenly.
         special = [host for host in hosts if self.covering(host) or not is_plain(host)]
         others = [host for host in hosts if not self.covering(host) and is_plain(host)]
         wanted = max(min(len(self.listed) - len(special), len(others)), 0)
-        return special + [others[index * len(others) // wanted] for index in range(wanted)]
+        chosen = special + [others[index * len(others) // wanted] for index in range(wanted)]
+        self.harmless = [on_the_wire(host) for host in chosen]
+        # (host, is from the list, URL) of every request, in order.
+        self.requests = [(host, is_listed, scheme + host + '/')
+                         for hosts, is_listed in ((self.listed, True), (self.harmless, False))
+                         for host in hosts for scheme in SCHEMES]
 
     def covering(self, host):
-        """The listed host that covers this one, or None."""
-        return next((suffix for suffix in suffixes(host) if suffix in self.listed_set), None)
-
-    def requests(self):
-        """(host, is from the list, URL) of every request, in order."""
-        for hosts, is_listed in ((self.listed, True), (self.harmless, False)):
-            for host in hosts:
-                for scheme in SCHEMES:
-                    yield host, is_listed, scheme + host + '/'
+        """The listed host that covers this one, itself or what is left behind a dot down to two labels, or None."""
+        labels = host.split('.')
+        suffixes = ('.'.join(labels[first:]) for first in range(max(len(labels) - 1, 1)))
+        return next((suffix for suffix in suffixes if suffix in self.listed_set), None)
 
 
 def prepare(lists, folder):
-    sites = [f'{scheme}{host}\t{CATEGORY}\t{VALIDATED}\n' for host in lists.listed for scheme in SCHEMES]
+    sites = [f'{scheme}{host}\t2\t{VALIDATED}\n' for host in lists.listed for scheme in SCHEMES]
     (folder / 'sites.txt').write_text(''.join(sites), 'cp1252')
-    (folder / 'requests.txt').write_text(''.join(f'Check\t{url}\n' for _, _, url in lists.requests()), 'cp1252')
+    (folder / 'requests.txt').write_text(''.join(f'Check\t{url}\n' for _, _, url in lists.requests), 'cp1252')
     print(f'real lists: {len(lists.listed)} listed hosts, {len(sites)} entries, {len(lists.harmless)} harmless hosts')
-    if len(lists.listed) != EXPECTED_LISTED:
-        print(f'real lists: {EXPECTED_LISTED} listed hosts were expected', file=sys.stderr)
-        return 1
-    return 0
+    return len(lists.listed) != EXPECTED_LISTED
 
 
 def report(lists, folder):
     replies = (folder / 'replies.txt').read_text('cp1252').split('\n')[:-1]
-    requests = list(lists.requests())
-    if len(replies) != len(requests):
-        print(f'real lists: {len(requests)} requests but {len(replies)} replies', file=sys.stderr)
-        return 1
-    counts = {True: {'blocked': 0, 'passed': 0, 'other': 0}, False: {'blocked': 0, 'passed': 0, 'other': 0}}
-    exceptions, wrong, odd = [], [], 0
-    for (host, is_listed, url), reply in zip(requests, replies):
+    counts, exceptions, wrong = collections.Counter(), [], []
+    for (host, is_listed, url), reply in zip(lists.requests, replies):
         verdict = {BLOCK_TEXT: 'blocked', 'OK': 'passed'}.get(reply, 'other')
-        counts[is_listed][verdict] += 1
+        counts[is_listed, verdict] += 1
         covering = lists.covering(host)
-        usual = 'blocked' if is_listed else 'passed'
-        if not is_plain(host):
-            odd += 1
-            if verdict != usual:
-                exceptions.append(f'{url}: {verdict}; a host of odd form')
-        elif verdict != ('blocked' if covering else 'passed'):
-            wrong.append(f'{url}: {verdict} ({reply!r}), although {covering or "no listed host"} covers it')
-        elif verdict != usual:
-            exceptions.append(f'{url}: {verdict}; the list holds {covering}, which covers it')
+        line = f'{url}: {verdict} ({reply!r}), {covering or "no listed host"} covers it'
+        if is_plain(host) and verdict != ('blocked' if covering else 'passed') or verdict == 'other':
+            wrong.append(line)
+        elif verdict != ('blocked' if is_listed else 'passed'):
+            exceptions.append(line)
     for is_listed, name in ((True, 'listed'), (False, 'harmless')):
-        count = counts[is_listed]
-        print(f'{name} hosts, http and https: {sum(count.values())} requests, {count["blocked"]} blocked, '
-              f'{count["passed"]} passed, {count["other"]} without a verdict')
-    print(f'requests for hosts of odd form: {odd} (no verdict is foretold: decoding may change them, and the list keeps no '
-          'host whose bytes beyond ASCII give it a negative hash)')
-    print(f'exceptions: {len(exceptions)}')
+        told = ', '.join(f'{counts[is_listed, verdict]} {verdict}' for verdict in ('blocked', 'passed', 'other'))
+        print(f'{name} hosts, http and https: {told}')
+    print(f'exceptions, by a listed parent or an odd form that decoding may change: {len(exceptions)}')
     print(''.join(f'  {line}\n' for line in exceptions), end='')
-    print(f'against the rules: {len(wrong)}')
+    print(f'against the rules: {len(wrong)}; {len(lists.requests)} requests, {len(replies)} replies')
     print(''.join(f'  {line}\n' for line in wrong[:50]), end='')
-    return 1 if wrong or counts[True]['other'] or counts[False]['other'] else 0
-
-
-def main():
-    commands = {'prepare': prepare, 'report': report}
-    if len(sys.argv) != 5 or sys.argv[1] not in commands:
-        print(__doc__, file=sys.stderr)
-        return 2
-    return commands[sys.argv[1]](Lists(sys.argv[2], sys.argv[3]), pathlib.Path(sys.argv[4]))
+    return bool(wrong) or len(replies) != len(lists.requests)
 
 
 if __name__ == '__main__':
-    sys.exit(main())
+    commands = {'prepare': prepare, 'report': report}
+    if len(sys.argv) != 5 or sys.argv[1] not in commands:
+        sys.exit(__doc__)
+    sys.exit(commands[sys.argv[1]](Lists(sys.argv[2], sys.argv[3]), pathlib.Path(sys.argv[4])))

@@ -36,13 +36,9 @@ public:
 
 private:
     static Text Describe(const Call& call) {
-        switch (call.What) {
-        case NotifyIconCall::Add: return "add " + std::to_string(call.Record.Flags);
-        case NotifyIconCall::Modify: return "modify " + std::to_string(call.Record.Flags);
-        case NotifyIconCall::Delete: return "delete";
-        case NotifyIconCall::SetVersion: return "version " + std::to_string(call.Record.Version);
-        }
-        return "";
+        if (call.What == NotifyIconCall::Delete) return "delete";
+        if (call.What == NotifyIconCall::SetVersion) return "version " + std::to_string(call.Record.Version);
+        return (call.What == NotifyIconCall::Add ? "add " : "modify ") + std::to_string(call.Record.Flags);
     }
 };
 

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <map>
+#include <utility>
 
 #include "base/errors.h"
 #include "ui/window/Peers.h"
@@ -23,16 +24,7 @@ public:
     std::function<void()> WhileMenuIsOpen;
     // Plays the user while a form is shown modally; afterwards the wait is over, whatever was asked for.
     std::function<void()> WhileModal;
-    // The next form cannot be made.
-    bool Refuses = false;
 
-    class Box;
-    class Clockwork;
-    class Frame;
-    class Area;
-    class Sign;
-    class Push;
-    class Option;
     // Those that exist, by name.
     std::map<Text, FormEvents*> FormsByName;
     std::map<Text, TextBoxEvents*> Boxes;
@@ -47,11 +39,7 @@ public:
     }
 
     // The calls since the last time, joined by ", ".
-    Text Take() {
-        const Text joined = Join(Calls, ", ");
-        Calls.clear();
-        return joined;
-    }
+    Text Take() { return Join(std::exchange(Calls, {}), ", "); }
 
 private:
     template <typename Base>
@@ -78,6 +66,7 @@ private:
         void SetFocus() override { Note("focus"); }
         void SetZOrder(bool toBack) override { Note(toBack ? "back" : "front"); }
         void SetToolTip(const Text& text) override { Note("tip " + text); }
+        const Text& Name() const { return m_Name; }
 
     protected:
         void Note(const Text& call) { m_System.Calls.push_back(m_Name + "." + call); }
@@ -86,86 +75,71 @@ private:
         Text m_Name;
     };
 
+    // Events that a test may raise, for as long as the window or timer exists.
+    template <typename Events>
+    class Reachable {
+    public:
+        Reachable(std::map<Text, Events*>& all, Events& events, const Text& name) : m_All(all), m_Name(name) {
+            m_All[m_Name] = &events;
+        }
+        Reachable(const Reachable&) = delete;
+        Reachable& operator=(const Reachable&) = delete;
+        ~Reachable() { m_All.erase(m_Name); }
+
+    private:
+        std::map<Text, Events*>& m_All;
+        Text m_Name;
+    };
+
+    struct Box : Remembered<TextBoxPeer> {
+        Box(FakeWindowSystem& system, TextBoxEvents& events, const Text& name)
+            : Remembered(system, name), Outside(system.Boxes, events, name) {}
+        void SetLocked(bool locked) override { Note(locked ? "lock" : "unlock"); }
+        std::int32_t SelStart() const override { return Start; }
+        void SetSelStart(std::int32_t position) override { Start = position; }
+        std::int32_t Start = 0;
+        Reachable<TextBoxEvents> Outside;
+    };
+
+    struct Push : Remembered<CommandButtonPeer> {
+        Push(FakeWindowSystem& system, ButtonEvents& events, const Text& name)
+            : Remembered(system, name), Outside(system.Buttons, events, name) {}
+        void SetDefault(bool isDefault) override { Note(isDefault ? "default" : "not default"); }
+        void SetCancel(bool isCancel) override { Note(isCancel ? "cancel" : "not cancel"); }
+        Reachable<ButtonEvents> Outside;
+    };
+
+    struct Option : Remembered<OptionButtonPeer> {
+        Option(FakeWindowSystem& system, ButtonEvents& events, const Text& name)
+            : Remembered(system, name), Outside(system.Buttons, events, name) {}
+        void SetSelected(bool selected) override { Note(selected ? "select" : "unselect"); }
+        void SetTabStop(bool tabStop) override { Note(tabStop ? "stop" : "no stop"); }
+        Reachable<ButtonEvents> Outside;
+    };
+
+    struct Clockwork : TimerPeer {
+        Clockwork(FakeWindowSystem& system, TimerEvents& events, const Text& name)
+            : System(system), Name(name), Outside(system.Timers, events, name) {
+            ++System.Live;
+        }
+        ~Clockwork() override { --System.Live; }
+        void Start(std::int32_t milliseconds) override {
+            System.Calls.push_back(Name + ".start " + std::to_string(milliseconds));
+        }
+        void Stop() override { System.Calls.push_back(Name + ".stop"); }
+        FakeWindowSystem& System;
+        Text Name;
+        Reachable<TimerEvents> Outside;
+    };
+
+    class Frame;
     int m_Made = 0;
-};
-
-class FakeWindowSystem::Box : public Remembered<TextBoxPeer> {
-public:
-    Box(FakeWindowSystem& system, TextBoxEvents& events, const Text& name) : Remembered(system, name) {
-        m_System.Boxes[m_Name] = &events;
-    }
-    ~Box() override { m_System.Boxes.erase(m_Name); }
-
-    void SetLocked(bool locked) override { Note(locked ? "lock" : "unlock"); }
-    std::int32_t SelStart() const override { return m_SelStart; }
-    void SetSelStart(std::int32_t position) override { m_SelStart = position; }
-
-private:
-    std::int32_t m_SelStart = 0;
-};
-
-class FakeWindowSystem::Area : public Remembered<BoxPeer> {
-public:
-    using Remembered::Remembered;
-    const Text& Name() const { return m_Name; }
-};
-
-class FakeWindowSystem::Sign : public Remembered<WindowPeer> {
-public:
-    using Remembered::Remembered;
-};
-
-class FakeWindowSystem::Push : public Remembered<CommandButtonPeer> {
-public:
-    Push(FakeWindowSystem& system, ButtonEvents& events, const Text& name) : Remembered(system, name) {
-        m_System.Buttons[m_Name] = &events;
-    }
-    ~Push() override { m_System.Buttons.erase(m_Name); }
-
-    void SetDefault(bool isDefault) override { Note(isDefault ? "default" : "not default"); }
-    void SetCancel(bool isCancel) override { Note(isCancel ? "cancel" : "not cancel"); }
-};
-
-class FakeWindowSystem::Option : public Remembered<OptionButtonPeer> {
-public:
-    Option(FakeWindowSystem& system, ButtonEvents& events, const Text& name) : Remembered(system, name) {
-        m_System.Buttons[m_Name] = &events;
-    }
-    ~Option() override { m_System.Buttons.erase(m_Name); }
-
-    void SetSelected(bool selected) override { Note(selected ? "select" : "unselect"); }
-    void SetTabStop(bool tabStop) override { Note(tabStop ? "stop" : "no stop"); }
-};
-
-class FakeWindowSystem::Clockwork : public TimerPeer {
-public:
-    Clockwork(FakeWindowSystem& system, TimerEvents& events, const Text& name) : m_System(system), m_Name(name) {
-        ++m_System.Live;
-        m_System.Timers[m_Name] = &events;
-    }
-    Clockwork(const Clockwork&) = delete;
-    Clockwork& operator=(const Clockwork&) = delete;
-    ~Clockwork() override {
-        --m_System.Live;
-        m_System.Timers.erase(m_Name);
-    }
-
-    void Start(std::int32_t milliseconds) override {
-        m_System.Calls.push_back(m_Name + ".start " + std::to_string(milliseconds));
-    }
-    void Stop() override { m_System.Calls.push_back(m_Name + ".stop"); }
-
-private:
-    FakeWindowSystem& m_System;
-    Text m_Name;
 };
 
 class FakeWindowSystem::Frame : public Remembered<FormPeer> {
 public:
-    Frame(FakeWindowSystem& system, FormEvents& events, const Text& name) : Remembered(system, name) {
-        m_System.FormsByName[m_Name] = &events;
-    }
-    ~Frame() override { m_System.FormsByName.erase(m_Name); }
+    Frame(FakeWindowSystem& system, FormEvents& events, const Text& name)
+        : Remembered(system, name), m_Outside(system.FormsByName, events, name) {}
 
     WindowHandle Window() const override { return 4711; }
     TwipSize ClientSize() const override { return {m_Bounds.Width - 120, m_Bounds.Height - 400}; }
@@ -194,10 +168,10 @@ public:
         return system.MenuAnswer;
     }
     std::unique_ptr<BoxPeer> MakeBox(BoxPeer* box, bool hasBorder) override {
-        return std::make_unique<Area>(m_System, Inside(box, hasBorder ? "frame" : "area"));
+        return std::make_unique<Remembered<BoxPeer>>(m_System, Inside(box, hasBorder ? "frame" : "area"));
     }
     std::unique_ptr<WindowPeer> MakeLabel(BoxPeer* box, bool useMnemonic) override {
-        return std::make_unique<Sign>(m_System, Inside(box, useMnemonic ? "label" : "literal"));
+        return std::make_unique<Remembered<WindowPeer>>(m_System, Inside(box, useMnemonic ? "label" : "literal"));
     }
     std::unique_ptr<CommandButtonPeer> MakeCommandButton(BoxPeer* box, ButtonEvents& events) override {
         return std::make_unique<Push>(m_System, events, Inside(box, "button"));
@@ -217,10 +191,11 @@ public:
 private:
     // "form1.button3", in a box "form1.area2.option3".
     Text Inside(BoxPeer* box, const char* kind) {
-        const Text holder = box != nullptr ? static_cast<Area*>(box)->Name() : m_Name;
+        const Text holder = box != nullptr ? static_cast<Remembered<BoxPeer>*>(box)->Name() : m_Name;
         return holder + "." + kind + std::to_string(++m_ControlsMade);
     }
 
+    Reachable<FormEvents> m_Outside;
     TwipRect m_Bounds;
     int m_ControlsMade = 0;
     int m_BoxesMade = 0;
@@ -228,7 +203,6 @@ private:
 };
 
 inline std::unique_ptr<FormPeer> FakeWindowSystem::MakeForm(FormEvents& events) {
-    if (Refuses) throw Error(ErrorNumber::Internal);
     return std::make_unique<Frame>(*this, events, "form" + std::to_string(++m_Made));
 }
 

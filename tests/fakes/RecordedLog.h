@@ -1,6 +1,7 @@
 // A log that keeps its lines.
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "base/log.h"
@@ -17,11 +18,7 @@ public:
     }
 
     // What came since the last call.
-    std::vector<Text> Take() {
-        std::vector<Text> lines;
-        lines.swap(Lines);
-        return lines;
-    }
+    std::vector<Text> Take() { return std::exchange(Lines, {}); }
 };
 
 }  // namespace tb

@@ -10,7 +10,6 @@ namespace {
 using World = std::map<std::filesystem::path, Text>;
 
 const std::filesystem::path Target = "folder/target";
-const std::filesystem::path Temporary = "folder/target.tmp~";
 
 struct Storage : FakeFiles {
     explicit Storage(bool withTarget) {
@@ -53,20 +52,6 @@ TEST(AtomicWrite, RaisesTheFirstFailureWhenCleaningUpFailsToo) {
         EXPECT_EQ(files.WriteNew(), step == 3 ? 61 : 57);
         EXPECT_EQ(files.Contents[Target], "old") << "step " << step;
     }
-}
-
-TEST(AtomicWrite, OverwritesWhatAnInterruptedRunLeft) {
-    Storage files(true);
-    files.Contents[Temporary] = "half of something much longer than the new content";
-    EXPECT_EQ(files.WriteNew(), 0);
-    EXPECT_EQ(files.Contents, (World{{Target, "new content"}}));
-}
-
-TEST(AtomicWrite, RefusesAReadOnlyTargetBeforeItTouchesTheDisk) {
-    Storage files(true);
-    files.ReadOnly.insert(Target);
-    EXPECT_EQ(files.WriteNew(), 70);
-    EXPECT_EQ(files.Calls(), 0);
 }
 
 TEST(AtomicWrite, PassesOnWhatTheContentRaises) {

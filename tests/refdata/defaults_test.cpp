@@ -30,11 +30,6 @@ TEST(LoadDefaults, MakesEachGroupTheGlobalOfItsName) {
     EXPECT_EQ(rig.CountOf("SERVERS"), 1);
     EXPECT_EQ(rig.Log.Take(), Lines());
     EXPECT_TRUE(rig.Web.Requests.empty());
-    // A user's value goes first, also a 0; only -1 stands for none.
-    for (const auto& [seconds, milliseconds] : {std::pair{"0", 0}, std::pair{"5", 5000}, std::pair{"-1", 3000}}) {
-        rig.Program.Settings->WriteXMLString("TIMERS", "EVILDB_INTERVAL", seconds);
-        EXPECT_EQ(GetTimerInterval(rig.Program, "EVILDB_INTERVAL", 60), milliseconds);
-    }
 }
 
 TEST(LoadDefaults, FetchesTwiceAtMostForAVersionThatIsTooLow) {
@@ -59,14 +54,6 @@ TEST(LoadDefaults, FetchesTwiceAtMostForAVersionThatIsTooLow) {
         EXPECT_EQ(rig.Web.Requests.size(), fetches * 2) << have << minVersion;
         EXPECT_EQ(rig.Log.Take(), log) << have << minVersion;
     }
-}
-
-TEST(LoadDefaults, EndsWhenTheFileThatIsTooOldCannotBeReplaced) {
-    RefDataRig rig;
-    rig.Place(DefaultsPath, Document(" Version='1'"));
-    EXPECT_FALSE(rig.DefaultsData.LoadDefaults("2"));
-    EXPECT_EQ(rig.Log.Take(), (Lines{"0 Error retrieving file head from defaults.bin",
-                                     "0 Error Open Defaults File: 53 File not found", "0 Load defaults format error"}));
 }
 
 TEST(CheckLoadDefaults, StopsTheStartOnlyForAFileThatDoesNotLoad) {

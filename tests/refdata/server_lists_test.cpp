@@ -6,21 +6,16 @@
 #include "components/tbXML/Document.h"
 #include "fakes/Raised.h"
 #include "refdata/RefDataRig.h"
+#include "refdata/VersionReport.h"
+#include "refdata/mFileInfo.h"
 
 namespace tb {
 namespace {
 
 TEST(MakeServerElement, SharesTheRequestsAmongNumberedServers) {
-    const struct {
-        std::int16_t Count;
-        Text Weight;
-    } cases[] = {{10, "10"}, {3, "33.3333333333333"}, {7, "14.2857142857143"}};
-    for (const auto& [count, weight] : cases) {
-        const ElementPtr service = MakeServerElement(count, "X", "http://{?}.a/{?}", "", "{?}");
-        EXPECT_EQ(service->Count(), count);
-        EXPECT_EQ((*service->begin())->XML(), "<Server WEIGHT='" + weight + "' ACTIVE='Y'>http://1.a/1</Server>\r\n");
-        EXPECT_EQ((*(service->end() - 1))->Body(), "http://" + std::to_string(count) + ".a/" + std::to_string(count));
-    }
+    const ElementPtr service = MakeServerElement(7, "X", "http://{?}.a/{?}", "", "{?}");
+    EXPECT_EQ(service->Count(), 7);
+    EXPECT_EQ((*(service->end() - 1))->XML(), "<Server WEIGHT='14.2857142857143' ACTIVE='Y'>http://7.a/7</Server>\r\n");
     EXPECT_EQ(MakeServerElement(4, "X", "", "http://one/", "{?}")->XML(),
               "<ELEMENT Name='X'><Server WEIGHT='25' ACTIVE='Y'>http://one/</Server>\r\n</ELEMENT>\r\n");
     EXPECT_EQ(MakeServerElement(1, "X", "t", "s", "")->Count(), 2);
@@ -67,11 +62,52 @@ TEST(MakeServersArray, PutsTheActiveServersInRandomOrder) {
     EXPECT_EQ(rig.Log.Take(), (Lines{"0 Error Make Servers Array: 5 Invalid procedure call or argument"}));
 }
 
-TEST(ServerLists, AreOnlineAsTheSystemSays) {
-    ServerListsRig rig;
-    EXPECT_TRUE(ServerLists(rig.Access).IsOnline());
-    rig.Web.Online = false;
-    EXPECT_FALSE(ServerLists(rig.Access).IsOnline());
+TEST(SendVersions, PostsWhatRunsHere) {
+    RefDataRig rig;
+    rig.Program.Settings->WriteXMLString("MAIN", "KEY", "A-1");
+    rig.System.Registry.WriteText(RegistryRoot::LocalMachine, "Software\\Microsoft\\Internet Explorer", "Version",
+                                  "9.11.9600.18376");
+    VersionReport report(rig.Access);
+
+    EXPECT_FALSE(report.SendVersions()) << "no servers";
+    rig.AddService("OtherSVR");
+    EXPECT_FALSE(report.SendVersions());
+    EXPECT_TRUE(rig.Web.Requests.empty());
+    rig.AddService("VersionsSVR");
+    EXPECT_TRUE(report.SendVersions());
+    const FakeWeb::Request& request = rig.Web.Requests.at(0);
+    EXPECT_EQ(request.Operation + " " + request.Page, "POST Versions.aspx");
+    EXPECT_EQ(request.Body, "Key=A%2D1&AppVer=1.0.0&OSVer=6.1.7601.2&IEVer=9.11.9600.18376&OEVer=0&OutVer=0");
+    EXPECT_EQ(request.Key, "A%2D1");
+    rig.Web.Errors["Versions.aspx"] = "no answer";
+    EXPECT_FALSE(report.SendVersions());
+    EXPECT_EQ(rig.Log.Take().back(), "1 Send versions error: no answer");
+}
+
+const std::filesystem::path Path = "/app/a.dll";
+const Date Created(CivilDate{2001, 1, 1, 0, 0, 0});
+const Date Accessed(CivilDate{2003, 3, 3, 0, 0, 0});
+const Date Modified(CivilDate{2002, 2, 2, 0, 0, 0});
+
+struct FileInfoRig : FakeSystem {
+    FileInfoRig() { Files.Contents[Path] = "x"; }
+};
+
+TEST(SetFileDates, SetsThemAndKeepsTheAttributesWhateverStepFails) {
+    for (int step = 1; step <= 4; ++step) {
+        FileInfoRig rig;
+        rig.Files.ReadOnly.insert(Path);
+        rig.Files.FailAt(step);
+        const std::int32_t raised = Raised([&] { SetFileDates(rig.Files, Path, Created, Accessed, Modified, true); });
+        // Clearing, setting, restoring.
+        EXPECT_EQ(raised, step <= 3 ? 61 : 0) << step;
+        EXPECT_EQ(rig.Files.IsReadOnly(Path), step != 3) << step;
+        Date created;
+        Date accessed;
+        Date modified;
+        GetFileDates(rig.Files, Path, created, accessed, modified);
+        EXPECT_EQ(created == Created && accessed == Accessed && modified == Modified, step >= 3) << step;
+    }
 }
 
 }  // namespace

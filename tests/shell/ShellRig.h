@@ -47,11 +47,7 @@ public:
     void ShowProgress(std::int16_t percent) override { Did("progress " + std::to_string(percent)); }
 
     void Did(const Text& what) { Done.push_back(what); }
-    std::vector<Text> Take() {
-        std::vector<Text> done;
-        done.swap(Done);
-        return done;
-    }
+    std::vector<Text> Take() { return std::exchange(Done, {}); }
 
     std::vector<Text> Done;
     std::function<void()> OnUpdate;
@@ -110,10 +106,7 @@ struct ShellRig {
         Chain = std::make_unique<Start>(Program, Log, Gates, [this] {
             auto made = std::make_shared<frmController>(
                 Windows, frmController::Parts{Program, Log, Services, Tables, Web.Factory(), Tray, Device,
-                                              [this](const Text& line) {
-                                                  Log.WriteLog(line, LogLevel::Always);
-                                                  BrokenLines.push_back(line);
-                                              }});
+                                              [this](const Text& line) { Log.WriteLog(line, LogLevel::Always); }});
             if (OnMade) OnMade(*made);
             return made;
         });
@@ -133,7 +126,6 @@ struct ShellRig {
     SiteTables Tables{Program};
     FakeWeb Web;
     RecordedGates Gates;
-    std::vector<Text> BrokenLines;
     std::function<void(frmController&)> OnMade;
     std::unique_ptr<Start> Chain;
 };

@@ -1,12 +1,38 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "fakes/RecordedLog.h"
 #include "shell/ShellRig.h"
 
 namespace tb {
 namespace {
 
 using Lines = std::vector<Text>;
+
+TEST(Controller, ExitWaitsForTheLastActivity) {
+    RecordedLog log;
+    cController controller;
+    controller.LogMessage.Connect([&](const Text& line, LogLevel level) { log.WriteLog(line, level); });
+    controller.Shutdown.Connect([&] { log.Lines.push_back("Shutdown"); });
+    EXPECT_TRUE(controller.StartActivity("A", true));
+    EXPECT_TRUE(controller.StartActivity("quiet", false));
+    controller.NeedToExit(true);
+    EXPECT_FALSE(controller.StartActivity("B", false));
+    log.Take();
+    controller.EndActivity("quiet", false);
+    EXPECT_FALSE(controller.CanExit());
+    EXPECT_TRUE(log.Take().empty());
+    controller.EndActivity("A", true);
+    EXPECT_EQ(log.Take(), (Lines{"1 Controller EndActivity (Count = 0): A", "Shutdown"}));
+    // The owed shutdown stays on record, whatever happens to the wish to exit.
+    controller.EndActivity("B", false);
+    EXPECT_EQ(log.Take(), (Lines{"1 Controller EndActivity UNDERRUN: B", "Shutdown"}));
+    controller.NeedToExit(false);
+    EXPECT_TRUE(controller.StartActivity("C", false));
+    controller.EndActivity("C", false);
+    EXPECT_EQ(log.Take(), (Lines{"1 Controller NeedToExit = False", "Shutdown"}));
+    EXPECT_EQ(controller.ActivityCount(), 0);
+}
 
 class ControllerWindowTest : public ::testing::Test {
 protected:
@@ -41,9 +67,6 @@ TEST_F(ControllerWindowTest, TheTrayComesLastWithItsMenu) {
     };
     Run();
     EXPECT_EQ(keys(), "dblclick  menu1 menu2 menu3 trawlweb  trawldrop  help about  exit");
-    EXPECT_EQ(Controller().SysTray()->Tooltip(), "Trawlbeam");
-    EXPECT_EQ(Controller().Caption(), "Trawlbeam Controller");
-    EXPECT_FALSE(Controller().Visible());
     Run({}, [](FakeSystem& system) { system.Machine.System = {4, 0, 1381, 2}; });
     EXPECT_EQ(keys(), "dblclick  menu1 menu2 menu3 trawlweb  help about  exit") << "no drop zone";
     EXPECT_THAT(m_Rig->Gates.Passed, testing::Not(testing::Contains("drop zone")));
@@ -62,11 +85,6 @@ TEST_F(ControllerWindowTest, ARequestIsJudgedWithTheProgramsSettings) {
     Controller().CheckEvil({"1", "Check", "http://evil.example/"}, reply);
     EXPECT_EQ(reply, "Validated: d  (Category: Banking or Credit Card Spoof)");
     EXPECT_EQ(m_Rig->Device.Played.size(), 1U);
-    Controller().CheckEvil({"1", "Check", "http://ok.example/"}, reply);
-    m_Rig->Program.Settings->WriteXMLString("MAIN", "ALERTSOUND", "0");
-    Controller().CheckEvil({"1", "Check", "http://evil.example/"}, reply);
-    EXPECT_EQ(m_Rig->Device.Played.size(), 1U);
-    EXPECT_EQ(m_Rig->System.TakeLog().size(), 2U) << "one line for each hit";
 }
 
 TEST_F(ControllerWindowTest, AnUpdateCycleComesEveryPeriodAndOneTick) {
@@ -142,51 +160,28 @@ TEST_F(ControllerWindowTest, SubmissionsRunByTheirPeriodAndAtOnceWhenAsked) {
     EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Error Submissions Timer Tick: planted"});
     EXPECT_EQ(Controller().Controller().ActivityCount(), 0);
     EXPECT_FALSE(Controller().tmSub.Enabled()) << "until the next submission";
-    m_Rig->System.Files.FailAt(1, ErrorNumber::PermissionDenied);
-    EXPECT_FALSE(Controller().CheckSubmissionRetry());
-    EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Error CheckSubmissionRetry: 70 Permission denied"});
-}
-
-TEST_F(ControllerWindowTest, TheLongestPeriodHasRoomForItsPhase) {
-    Run(ShellRig::Section("Timers", "SUBDB_INTERVAL", "2147483"));
-    Controller().tmSub.SetEnabled(true);
-    Controller().tmSub.Tick();
-    EXPECT_TRUE(m_Rig->Services.Take().empty());
 }
 
 TEST_F(ControllerWindowTest, TrayCommandsActOrSayWhichWindowIsMissing) {
     Run(ShellRig::Section("Main", DebugSwitch(), "1"));
     m_Rig->Program.LastPanel = 3;
-    for (const char* key : {"DblClick", "menu2", "trawlweb", "help", "about", "unknown", ""}) {
-        Controller().MenuClick(key);
-    }
+    for (const char* key : {"DblClick", "menu2", "trawlweb", "help", "about", "unknown"}) Controller().MenuClick(key);
     EXPECT_EQ(m_Rig->Services.Take(), (Lines{"panel 3", "panel 2"}));
     EXPECT_EQ(m_Rig->System.Shell.Opened, Lines{"http://home.example/"});
     EXPECT_EQ(m_Rig->System.Processes.Started, Lines{"hh.exe /app\\Trawlbeam.chm"});
-    const Text missing = " D 25000 There is no window ";
-    EXPECT_EQ(m_Rig->System.TakeLog(), (Lines{missing + "frmMain", missing + "frmMain", missing + "frmAbout"}));
+    EXPECT_EQ(m_Rig->System.TakeLog().size(), 3U);
     Controller().MenuClick("diag");
     EXPECT_FALSE(Controller().Visible());
     EXPECT_EQ(Controller().SysTray()->MenuItem(7)->Caption(), "Show Debu&g Diagnostics");
     m_Rig->Services.HasWindows = true;
     Controller().MenuClick("trawldrop");
     EXPECT_EQ(Controller().SysTray()->MenuItem(9)->Caption(), "Show Trawlbeam &DropZone");
-    // A double click waits until a dialog is closed; the menu's first item does not.
-    m_Rig->Program.ModalDialogOpen = true;
-    Controller().SysTray()->SysTrayDoubleClick.Raise(1);
-    EXPECT_TRUE(m_Rig->Services.Take().empty());
-    m_Rig->Program.ModalDialogOpen = false;
-    Controller().SysTray()->SysTrayDoubleClick.Raise(2);
-    EXPECT_EQ(m_Rig->Services.Take(), Lines{"panel 3"});
-}
-
-TEST_F(ControllerWindowTest, TheDiagnosticsKeepAboutFiveHundredLines) {
-    Run();
-    for (int number = 1; number <= 600; ++number) Controller().DisplayDebugMessage(std::to_string(number));
-    const Text lines = Controller().txtDiags.GetText();
-    EXPECT_EQ(Split(lines, '\n').size(), 500U);
-    EXPECT_EQ(lines.rfind("101\r\n", 0), 0U);
-    EXPECT_EQ(Controller().txtDiags.SelStart(), static_cast<std::int32_t>(lines.size()));
+    // A double click waits until a dialog is closed.
+    for (const bool isOpen : {true, false}) {
+        m_Rig->Program.ModalDialogOpen = isOpen;
+        Controller().SysTray()->SysTrayDoubleClick.Raise(1);
+        EXPECT_EQ(m_Rig->Services.Take().empty(), isOpen);
+    }
 }
 
 TEST_F(ControllerWindowTest, ExitAsksAndNoKeepsTheProgramRunning) {
@@ -202,9 +197,6 @@ TEST_F(ControllerWindowTest, ExitAsksAndNoKeepsTheProgramRunning) {
     EXPECT_FALSE(Controller().Controller().NeedToExit());
     EXPECT_FALSE(Controller().Controller().ConfirmExit());
     EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Trawlbeam Shutdown 1.0.0"});
-    Text reply;
-    Controller().CheckEvil({"1", "Check", "http://x/"}, reply);
-    EXPECT_EQ(reply, "OK");
     m_Rig->System.Dialogs.Answer = 6;
     m_Rig->Services.Take();
     Controller().MenuClick("exit");

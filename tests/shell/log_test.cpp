@@ -44,29 +44,11 @@ TEST_F(LogTest, LinesHaveDateLevelAndInDebugModeTheSession) {
               "11/21/2026 08:09:10 D 48213 text\r\n11/21/2026 08:09:10    text\r\n11/21/2026 08:09:10 D after\r\n");
 }
 
-TEST_F(LogTest, TheMonthNamesTheFileAndTokensAreReplaced) {
-    m_System.Clock.Present = Date(CivilDate{2026, 12, 1, 0, 0, 0});
-    m_Log.WriteLog("x", LogLevel::Always);
-    m_Log.WriteLog("x", "{YYYY}-{MM}-{DD} {YYYYMMDD} {AppProductName}.log", LogLevel::Always);
-    EXPECT_EQ(m_System.Files.Contents.count("/app/Log/Trawlbeam202612.log"), 1U);
-    EXPECT_EQ(m_System.Files.Contents.count("/app/Log/2026-12-01 20261201 Trawlbeam.log"), 1U);
-}
-
 TEST_F(LogTest, ALineThatCannotBeWrittenIsLostAndNothingElse) {
     m_System.Files.FailAt(1);
     m_Log.WriteLog("lost", LogLevel::Always);
     m_Log.WriteLog("kept", LogLevel::Always);
     EXPECT_EQ(m_System.TakeLog(), Lines{"   kept"});
-}
-
-TEST_F(LogTest, DebugLinesReachTheDiagnosticsOnceThereIsAController) {
-    MakeSettings("1");
-    Lines shown;
-    m_App.DebugMessage.Connect([&](const Text& line) { shown.push_back(line); });
-    m_Log.WriteLog("a", LogLevel::Always);
-    m_App.HasController = true;
-    m_Log.WriteLog("b", LogLevel::Debug);
-    EXPECT_EQ(shown, Lines{"11/21/2026 08:09:10 D 48213 b"});
 }
 
 TEST_F(LogTest, OldMonthsArePrunedUntilANameIsNoMonth) {

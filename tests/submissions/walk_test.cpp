@@ -51,6 +51,7 @@ TEST(Walk, AcceptanceKeepsTheSubmission) {
     Walk([](SubmissionRig& rig) {
         rig.Web.Replies[EmailPage] = "1-1 thanks";
         rig.DB->ProcessSubmissions();
+        rig.DB->ProcessSubmissions();
     });
 }
 
@@ -59,14 +60,6 @@ TEST(Walk, FailuresKeepTheSubmission) {
         rig.Web.Errors[EmailPage] = "t/o";
         for (int time = 0; time < 6; ++time) rig.DB->ProcessSubmissions();
         rig.Web.Errors.clear();
-    });
-}
-
-TEST(Walk, ARunThatFailsOnceIsMadeUpForByTheNext) {
-    Walk([](SubmissionRig& rig) {
-        rig.Web.Replies[EmailPage] = "1-1 thanks";
-        rig.DB->ProcessSubmissions();
-        rig.DB->ProcessSubmissions();
     });
 }
 

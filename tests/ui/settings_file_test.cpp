@@ -2,9 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "fakes/TestFolder.h"
 #include "platform/AtomicWrite.h"
-#include "platform/posix/PosixFiles.h"
 #include "ui/SettingsRig.h"
 
 namespace tb {
@@ -33,16 +31,6 @@ TEST(SettingsFile, IsMadeWhenItIsNotThere) {
     EXPECT_EQ(settings.GetXMLString("Main", "Sound", "d"), "d");
     EXPECT_THAT(rig.Shown(), IsEmpty());
     EXPECT_EQ(rig.Storage.Contents.size(), 1U);
-}
-
-TEST(SettingsFile, ANewLoadDropsWhatWasThere) {
-    SettingsRig rig;
-    xmlINI settings = rig.Loaded(Sample);
-    rig.Content() = "<INI><S name='Other'/></INI>";
-    EXPECT_TRUE(settings.LoadINI(SettingsRig::File));
-    EXPECT_EQ(settings.GetXMLString("Main", "Sound", "d"), "d");
-    EXPECT_TRUE(settings.SaveXMLINI());
-    EXPECT_THAT(rig.Content(), testing::Not(HasSubstr("MAIN")));
 }
 
 TEST(SettingsFile, WhatCannotBeReachedIsTold) {
@@ -108,25 +96,6 @@ TEST(SettingsFile, DuplicatesEndTheLoadWhereTheyStand) {
         EXPECT_EQ(settings.GetXMLString("One", "A", "d"), "1");
         EXPECT_THAT(rig.Shown(), IsEmpty());
     }
-}
-
-TEST(SettingsFile, ReadOnlyIsToldAndTheFileStays) {
-    const TestFolder folder;
-    folder.Write("x.ini", Sample);
-    PosixFiles files;
-    SettingsRig rig;
-    xmlINI settings({files, rig.Time, rig.Messages, {}, "Trawlbeam"});
-    std::filesystem::permissions(folder.Path() / "x.ini", std::filesystem::perms::owner_read);
-    ASSERT_TRUE(settings.LoadINI(folder.Path() / "x.ini"));
-    settings.WriteXMLString("Main", "Sound", "0");
-    EXPECT_FALSE(settings.SaveXMLINI());
-    EXPECT_THAT(rig.Shown(), ElementsAre("0|Trawlbeam|Error saving XML INI Permission denied"));
-    EXPECT_EQ(folder.Read("x.ini"), Sample);
-    EXPECT_EQ(folder.Names(), "x.ini");
-    std::filesystem::permissions(folder.Path() / "x.ini", std::filesystem::perms::owner_all);
-    EXPECT_TRUE(settings.SaveXMLINI());
-    EXPECT_THAT(folder.Read("x.ini"), HasSubstr("<ELEMENT NAME='Sound'>0</ELEMENT>"));
-    EXPECT_EQ(folder.Names(), "x.ini");
 }
 
 // Each call of a save fails once, and then with all that follow, as when the program is killed there: the old file or

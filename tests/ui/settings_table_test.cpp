@@ -62,16 +62,5 @@ TEST(SettingsTable, NamesEverySettingThatASourceUses) {
     }
 }
 
-TEST(SettingsTable, AStartFillsInSixInTheirOrder) {
-    Text filled;
-    for (const Setting& setting : SettingsTable()) {
-        if (setting.StartValue.empty()) continue;
-        filled += Text(setting.Section) + "/" + Text(setting.Key) + "=" + Text(setting.StartValue) + " ";
-    }
-    EXPECT_EQ(filled,
-              "Main/AutoTrimSubDays=Never Main/ConfirmSubmission=1 Main/AutoUpdate=1 "
-              "Desktop/Show=1 Desktop/AlwaysOnTop=1 Desktop/Size=Large ");
-}
-
 }  // namespace
 }  // namespace tb

@@ -113,53 +113,39 @@ TEST_F(VerdictTest, AddressesAreAskedInOrderUntilOneHits) {
 }
 
 TEST_F(VerdictTest, TheAlertSoundsOnAHitWhenTheSettingIsExactlyOne) {
-    EXPECT_EQ(Ask({"Check", "http://evil.example"}), m_Block);
-    EXPECT_EQ(Done().size(), 1U) << "off by default";
-    m_Host.Settings["MAIN.ALERTSOUND"] = "01";
-    Ask({"Check", "http://evil.example"});
-    EXPECT_EQ(Done().size(), 1U);
-    m_Host.Settings["MAIN.ALERTSOUND"] = "1";
-    Ask({"Check", "http://ok.example"});
-    EXPECT_EQ(Done().size(), 1U);
-    Ask({"Check", "http://ok.example", "10.1.2.3"});
-    EXPECT_EQ(Done()[1], "alert");
+    for (const Text setting : {"", "01", "1"}) {
+        m_Host.Settings["MAIN.ALERTSOUND"] = setting;
+        EXPECT_EQ(Ask({"Check", "http://ok.example"}), "OK");
+        Done();
+        EXPECT_EQ(Ask({"Check", "http://evil.example"}), m_Block);
+        EXPECT_EQ(Done().size(), setting == "1" ? 2U : 1U);
+    }
 }
 
 TEST_F(VerdictTest, TheCountryPopupIsForDebugModeOnly) {
     m_Host.Country = "Atlantis";
-    EXPECT_EQ(Ask({"Check", "http://ok.example", ""}), "OK");
-    EXPECT_EQ(Done().size(), 1U);
+    const auto asked = [this](const std::vector<Text>& fields) {
+        EXPECT_EQ(Ask(fields), "OK") << "also when the popup fails";
+        return Done();
+    };
+    EXPECT_EQ(asked({"Check", "http://ok.example", ""}).size(), 1U);
     m_Host.Debug = true;
-    EXPECT_EQ(Ask({"Check", "http://ok.example"}), "OK");
-    EXPECT_EQ(Done().size(), 1U) << "no address field, no popup";
-    EXPECT_EQ(Ask({"Check", "http://ok.example/1234", ""}), "OK");
-    EXPECT_EQ(Done(), (Lines{"score http://ok.example/1234 []",
-                             "notify Product Suspicious Sites|http://ok.example/1234... Atlantis "
-                             "2.5|http://ok.example/1234|3600|1400|25|64|",
-                             "1 Checking: http://ok.example/1234 (OK)"}));
-    Ask({"Check", "http://twenty.charac", ""});
-    EXPECT_NE(Done()[1].find("|http://twenty.charac Atlantis"), Text::npos);
-    m_Host.Settings["MAIN.COUNTRYPOPUP"] = "0";
-    Ask({"Check", "http://ok.example", ""});
-    EXPECT_EQ(Done().size(), 1U);
-    m_Host.Settings.clear();
+    EXPECT_EQ(asked({"Check", "http://ok.example"}).size(), 1U) << "no address field, no popup";
+    EXPECT_EQ(asked({"Check", "http://ok.example/1234", ""}),
+              (Lines{"score http://ok.example/1234 []",
+                     "notify Product Suspicious Sites|http://ok.example/1234... Atlantis "
+                     "2.5|http://ok.example/1234|3600|1400|25|64|",
+                     "1 Checking: http://ok.example/1234 (OK)"}));
     m_Host.Country = "?";
-    EXPECT_EQ(Ask({"Check", "http://ok.example", "x"}), "OK") << "the reply stays when the popup fails";
-    EXPECT_EQ(Done(),
-              (Lines{"score http://ok.example [x]", "0 CheckEvil error: 5 Invalid procedure call or argument"}));
+    EXPECT_EQ(asked({"Check", "http://ok.example", "x"})[1], "0 CheckEvil error: 5 Invalid procedure call or argument");
 }
 
-TEST_F(VerdictTest, AllowTakesTheFieldAsItCame) {
+TEST_F(VerdictTest, AllowTakesTheFieldAsItCameAndMissingFieldsAreLogged) {
     EXPECT_EQ(Ask({"Allow", "Evil.Example/%41/"}), "");
     EXPECT_EQ(Ask({"allow", "x"}), "");
     EXPECT_EQ(Done(), (Lines{"allow Evil.Example/%41/", "1 Checking:  ()", "message 16 Unknown Command: 1   allow   x",
                              "1 Checking:  ()"}));
-}
-
-TEST_F(VerdictTest, MissingFieldsAreLoggedAndAnsweredWithNothing) {
-    EXPECT_EQ(Ask({}), "");
-    EXPECT_EQ(Ask({"Check"}), "");
-    EXPECT_EQ(Ask({"Allow"}), "");
+    for (const std::vector<Text>& fields : {std::vector<Text>{}, {"Check"}, {"Allow"}}) EXPECT_EQ(Ask(fields), "");
     EXPECT_EQ(Done(), Lines(3, "0 CheckEvil error: 9 Subscript out of range"));
 }
 

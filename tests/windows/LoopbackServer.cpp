@@ -10,8 +10,6 @@ namespace {
 constexpr DWORD PollMs = 20;
 // What the first record of a secure connection begins with.
 constexpr TextView TlsHello = "\x16\x03";
-constexpr int QueueLength = 1;
-constexpr int QueueFillers = 8;
 
 SOCKET NewSocket() {
     static const bool started = [] {
@@ -71,36 +69,20 @@ LoopbackServer::LoopbackServer(Behaviour behaviour)
     : m_Behaviour(std::move(behaviour)), m_Listener(NewSocket()), m_Stop(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
     sockaddr_in address = Loopback(0);
     int size = sizeof address;
-    if (bind(m_Listener, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
-        listen(m_Listener, m_Behaviour ? SOMAXCONN : QueueLength) != 0 ||
+    if (bind(m_Listener, reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(m_Listener, SOMAXCONN) != 0 ||
         getsockname(m_Listener, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
         throw std::runtime_error("no listening socket");
     }
     m_Port = ntohs(address.sin_port);
-    if (m_Behaviour) {
-        m_Acceptor = std::thread([this] { Accept(); });
-    } else {
-        FillQueue();
-    }
+    m_Acceptor = std::thread([this] { Accept(); });
 }
 
 LoopbackServer::~LoopbackServer() {
     SetEvent(m_Stop);
-    if (m_Acceptor.joinable()) m_Acceptor.join();
+    m_Acceptor.join();
     for (std::thread& thread : m_Threads) thread.join();
-    for (const SOCKET queued : m_Queued) closesocket(queued);
     closesocket(m_Listener);
     CloseHandle(m_Stop);
-}
-
-void LoopbackServer::FillQueue() {
-    const sockaddr_in address = Loopback(m_Port);
-    for (int count = 0; count < QueueFillers; ++count) {
-        m_Queued.push_back(NewSocket());
-        u_long nonBlocking = 1;
-        ioctlsocket(m_Queued.back(), FIONBIO, &nonBlocking);
-        connect(m_Queued.back(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
-    }
 }
 
 void LoopbackServer::Accept() {

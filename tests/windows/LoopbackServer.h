@@ -35,8 +35,7 @@ public:
     // Runs for each request, on a thread of its own; the connection is closed when it returns.
     using Behaviour = std::function<void(const Connection& connection, const Text& request)>;
 
-    // Without a behaviour nobody accepts, and the queue of those who wait to be accepted is full.
-    explicit LoopbackServer(Behaviour behaviour = nullptr);
+    explicit LoopbackServer(Behaviour behaviour);
     LoopbackServer(const LoopbackServer&) = delete;
     LoopbackServer& operator=(const LoopbackServer&) = delete;
     ~LoopbackServer();
@@ -46,14 +45,12 @@ public:
     std::vector<Text> Requests() const;
 
 private:
-    void FillQueue();
     void Accept();
     void Serve(SOCKET socket);
 
     Behaviour m_Behaviour;
     SOCKET m_Listener = INVALID_SOCKET;
     u_short m_Port = 0;
-    std::vector<SOCKET> m_Queued;
     HANDLE m_Stop = nullptr;
     mutable std::mutex m_Lock;
     std::vector<Text> m_Requests;

@@ -85,11 +85,6 @@ void OfferedData::Describe() {
     block.assign(CountSize + Contents.size() * sizeof(FILEDESCRIPTORA), '\0');
     const auto count = static_cast<std::uint32_t>(Contents.size());
     std::memcpy(block.data(), &count, CountSize);
-    for (size_t index = 0; index < Contents.size(); ++index) {
-        const Text name = "message " + std::to_string(index) + ".msg";
-        const size_t place = CountSize + index * sizeof(FILEDESCRIPTORA) + offsetof(FILEDESCRIPTORA, cFileName);
-        std::memcpy(block.data() + place, name.data(), name.size());
-    }
 }
 
 HRESULT OfferedData::GetData(FORMATETC* asked, STGMEDIUM* medium) noexcept {

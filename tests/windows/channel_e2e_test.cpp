@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "windows/Browser.h"
+#include "windows/FlatMemory.h"
 #include "windows/RunningProgram.h"
 
 namespace tb {
@@ -31,17 +32,9 @@ TEST_F(Channel, AnswersEachKindOfRequest) {
     EXPECT_EQ(browser.Ask("Check\t"), "OK");
     EXPECT_EQ(browser.Ask("Allow\thttp://evil.example/"), "");
     EXPECT_EQ(browser.Ask("Check"), "");
+    Set("");
     const Text log = m_Program.Log();
     EXPECT_NE(log.find("CheckEvil error: 9 Subscript out of range\n"), Text::npos) << log;
-}
-
-TEST_F(Channel, GivesTheWakeUpAndTheEmptyTextNoReplyAndNoLine) {
-    Browser browser;
-    EXPECT_TRUE(browser.Client().WakeUp());
-    EXPECT_EQ(BoxLength(), 0);
-    Set("");
-    EXPECT_EQ(m_Program.Log(), "");
-    EXPECT_EQ(browser.Ask("Check\thttp://ok.example/"), "OK");
 }
 
 TEST_F(Channel, ServesOthersWhileTheMessageOfAnUnknownCommandIsOpen) {
@@ -79,45 +72,36 @@ TEST_F(Channel, AnswersEachOfSeveralClientsInItsOwnWindow) {
         Browser browser;
         for (int count = 0; count < 500; ++count) wrong += browser.Ask("Check\t" + url) == expected ? 0 : 1;
     };
-    std::thread first(ask, "http://evil.example/offer", Blocked);
-    std::thread second(ask, "http://harmless.example/", "OK");
-    std::thread third(ask, "https://phish.test/x", Blocked);
-    first.join();
-    second.join();
-    third.join();
+    const auto askAll = [&] {
+        std::thread first(ask, "http://evil.example/offer", Blocked);
+        std::thread second(ask, "http://harmless.example/", "OK");
+        std::thread third(ask, "https://phish.test/x", Blocked);
+        first.join();
+        second.join();
+        third.join();
+    };
+    askAll();
+    const FlatMemory memory(m_Program.Process());
+    for (int round = 0; round < 4; ++round) askAll();
+    memory.Expect("6000 requests");
     EXPECT_EQ(wrong, 0);
-}
-
-TEST_F(Channel, PassesOverAReplyWindowThatIsGone) {
-    WindowHandle gone = 0;
-    {
-        const ReplyWindow window;
-        gone = window.Window();
-    }
-    for (const WindowHandle window : {gone, 0, 0xFFFF, -1, INT32_MAX, INT32_MIN}) {
-        Set(std::to_string(window) + "\tCheck\thttps://phish.test");
-    }
-    Browser browser;
-    EXPECT_EQ(browser.Ask("Check\thttps://phish.test"), Blocked);
-    EXPECT_EQ(m_Program.Log().find("error"), Text::npos);
 }
 
 // A first field that is no number ends the process, without reply, dialog or wait.
 TEST(BrokenChannel, EndsTheProcessOnPurpose) {
-    struct Case {
-        Text Line;
-        Text Quoted;
-    };
-    for (const Case& broken : {Case{"abc\tCheck\thttp://x/", "abc"}, Case{" ", " "}, Case{"TBWAKEUP\tx", "TBWAKEUP"},
-                               Case{"tbwakeup", "tbwakeup"}, Case{"99999999999\tCheck\thttp://x/", "99999999999"},
-                               Case{"\tCheck\thttp://x/", ""}, Case{"\x80\"\r\n2\tCheck", "\\x80\"\\x0D\\x0A2"}}) {
+    for (const auto& [line, quoted] :
+         std::vector<std::pair<Text, Text>>{{"abc\tCheck\thttp://x/", "abc"},
+                                            {"TBWAKEUP\tx", "TBWAKEUP"},
+                                            {"99999999999\tCheck\thttp://x/", "99999999999"},
+                                            {"\tCheck\thttp://x/", ""},
+                                            {"\x80\"\r\n2\tCheck", "\\x80\"\\x0D\\x0A2"}}) {
         RunningProgram program;
         const ULONGLONG start = GetTickCount64();
-        Win32WindowText().SendText(program.Box(), broken.Line);
-        EXPECT_EQ(program.WaitForEnd(), 3U) << broken.Line;
-        EXPECT_LT(GetTickCount64() - start, 5000U) << broken.Line;
+        Win32WindowText().SendText(program.Box(), line);
+        EXPECT_EQ(program.WaitForEnd(), 3U) << line;
+        EXPECT_LT(GetTickCount64() - start, 5000U) << line;
         const Text log = program.Log();
-        EXPECT_EQ(log.find("   Browser channel: \"" + broken.Quoted + "\" is no reply window: "), 0U) << log;
+        EXPECT_EQ(log.find("   Browser channel: \"" + quoted + "\" is no reply window: "), 0U) << log;
         EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 1) << log;
     }
 }

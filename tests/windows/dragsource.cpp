@@ -1,15 +1,13 @@
 // A program that one drags from: it offers mails, stored messages and texts, to the mouse or by itself.
 //   dragsource ITEM ...                             opens a window; a press of the mouse button in it begins the drag
-//   dragsource --onto CAPTION [--answer] ITEM ...   drags by itself onto the window with that caption, without a mouse
-//   dragsource --onto CAPTION [--answer] --list FILE   the same once for each line of FILE, "KIND VALUE"
-// ITEM, or a line: what one drag offers
-//   --text TEXT       text text         plain text
-//   --mail FILE       mail file         a mail in the Internet's form
-//   --stored FOLDER   stored folder     a message in stored form, of the files headers, html, rtf and plain there
-//   --contents FILE   contents file     the mail of a file as a stored message, its body as plain text
+//   dragsource --onto CAPTION ITEM ...   drags by itself onto the window with that caption, without a mouse
+// ITEM: what the drag offers
+//   --text TEXT       plain text
+//   --mail FILE       a mail in the Internet's form
+//   --stored FOLDER   a message in stored form, of the files headers, html, rtf and plain there
 //   dragsource --open                               chooses the submissions in the menu of the program's tray icon
-// --answer confirms the dialogs of the program that the window belongs to. Prints a line for each drag: the result of
-// the drag and its effect. Exits 0 when all were dropped.
+// Prints the result of a
+// drag and its effect. Exits 0 when it was dropped.
 #include <windows.h>
 
 #include <ole2.h>
@@ -34,7 +32,6 @@ namespace {
 constexpr int Failed = 1;
 constexpr int WrongUse = 2;
 constexpr DWORD Allowed = DROPEFFECT_COPY;
-constexpr DWORD AnswerEvery = 15;
 
 Text ReadFile(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -53,15 +50,6 @@ void AddStored(OfferedData& data, const std::filesystem::path& folder) {
     data.Describe();
 }
 
-// A mail with CR LF as a mail program would store it.
-void AddStoredMail(OfferedData& data, const Text& mail) {
-    const size_t end = mail.find("\r\n\r\n");
-    std::map<Text, Text> streams{{HeadersStream, mail.substr(0, end)}};
-    if (end != Text::npos) streams[PlainStream] = mail.substr(end + 4);
-    data.AddStored(MakeStored(streams));
-    data.Describe();
-}
-
 void Offer(OfferedData& data, const Text& kind, const std::wstring& value) {
     if (kind == "text") {
         data.Blocks[CF_TEXT] = FromSystem(value) + '\0';
@@ -69,8 +57,6 @@ void Offer(OfferedData& data, const Text& kind, const std::wstring& value) {
         data.Blocks[FormatOf(InternetMessage)] = ReadFile(value);
     } else if (kind == "stored") {
         AddStored(data, value);
-    } else if (kind == "contents") {
-        AddStoredMail(data, ReadFile(value));
     } else {
         throw RuntimeError(0, "unknown kind " + kind);
     }
@@ -105,43 +91,6 @@ bool Drag(OfferedData& data, bool byItself) {
     return result == DRAGDROP_S_DROP && effect != DROPEFFECT_NONE;
 }
 
-// Confirms what the dragged-on program asks, as long as it lives.
-class Answers {
-public:
-    explicit Answers(HWND target) {
-        GetWindowThreadProcessId(target, &m_Process);
-        m_Thread = std::thread([this] {
-            while (!m_End) {
-                EnumWindows(&Answers::Confirm, static_cast<LPARAM>(m_Process));
-                Sleep(AnswerEvery);
-            }
-        });
-    }
-    Answers(const Answers&) = delete;
-    Answers& operator=(const Answers&) = delete;
-    ~Answers() {
-        m_End = true;
-        m_Thread.join();
-    }
-
-private:
-    static BOOL CALLBACK Confirm(HWND window, LPARAM process) {
-        DWORD owner = 0;
-        GetWindowThreadProcessId(window, &owner);
-        if (owner != static_cast<DWORD>(process) || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
-        char name[64] = "", caption[64] = "";
-        GetClassNameA(window, name, sizeof name);
-        GetWindowTextA(window, caption, sizeof caption);
-        const bool asks = Text(name) == "#32770" || Text(caption) == "Assign Submission Category";
-        if (asks) PostMessageA(window, WM_COMMAND, IDOK, 0);
-        return TRUE;
-    }
-
-    DWORD m_Process = 0;
-    std::atomic<bool> m_End{false};
-    std::thread m_Thread;
-};
-
 // The menu takes keys through the window that owns it; the submissions are its third choice.
 int OpenSubmissions() {
     const HWND tray = FindWindowA(nullptr, "Trawlbeam Tray");
@@ -170,32 +119,22 @@ void PlaceMouse(HWND target) {
     SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
 }
 
-// What one drag offers: kinds and values.
-using Items = std::vector<std::pair<Text, std::wstring>>;
-
-bool DragAll(const std::vector<Items>& drags, const Text& caption, bool answers) {
+bool DragOnto(OfferedData& data, const Text& caption) {
     const HWND target = FindTarget(caption);
-    std::unique_ptr<Answers> answering;
-    if (answers) answering = std::make_unique<Answers>(target);
-    bool all = true;
-    for (const auto& drag : drags) {
-        const ComPointer<OfferedData> data(new OfferedData);
-        for (const auto& [kind, value] : drag) Offer(*data.Get(), kind, value);
-        PlaceMouse(target);
-        // The drag looks at the place of the mouse with each message.
-        std::atomic<bool> over{false};
-        const DWORD thread = GetCurrentThreadId();
-        std::thread pushes([&] {
-            while (!over) {
-                PostThreadMessageA(thread, WM_KEYUP, VK_F24, 0);
-                Sleep(2);
-            }
-        });
-        all = Drag(*data.Get(), true) && all;
-        over = true;
-        pushes.join();
-    }
-    return all;
+    PlaceMouse(target);
+    // The drag looks at the place of the mouse with each message.
+    std::atomic<bool> over{false};
+    const DWORD thread = GetCurrentThreadId();
+    std::thread pushes([&] {
+        while (!over) {
+            PostThreadMessageA(thread, WM_KEYUP, VK_F24, 0);
+            Sleep(2);
+        }
+    });
+    const bool dropped = Drag(data, true);
+    over = true;
+    pushes.join();
+    return dropped;
 }
 
 OfferedData* g_Offered = nullptr;
@@ -224,46 +163,22 @@ void ShowWindowToDragFrom(OfferedData& data) {
     while (GetMessageA(&message, nullptr, 0, 0) > 0) DispatchMessageA(&message);
 }
 
-std::vector<Items> ReadList(const std::filesystem::path& path) {
-    std::ifstream file(path);
-    std::vector<Items> drags;
-    for (Text line; std::getline(file, line);) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        const size_t blank = line.find(' ');
-        if (blank != Text::npos) drags.push_back({{line.substr(0, blank), ToSystem(line.substr(blank + 1))}});
-    }
-    return drags;
-}
-
 int Run(const std::vector<std::wstring>& arguments) {
+    const OleSession session;
+    const ComPointer<OfferedData> data(new OfferedData);
     Text onto;
-    bool answers = false;
-    bool opens = false;
-    std::vector<Items> drags;
-    Items items;
     for (size_t index = 0; index < arguments.size(); ++index) {
         const Text name = FromSystem(arguments[index]);
-        if (name == "--answer" || name == "--open") {
-            (name == "--open" ? opens : answers) = true;
-            continue;
-        }
+        if (name == "--open") return OpenSubmissions();
         if (index + 1 == arguments.size() || name.compare(0, 2, "--") != 0) return WrongUse;
         const std::wstring& value = arguments[++index];
         if (name == "--onto") {
             onto = FromSystem(value);
-        } else if (name == "--list") {
-            drags = ReadList(value);
         } else {
-            items.emplace_back(name.substr(2), value);
+            Offer(*data.Get(), name.substr(2), value);
         }
     }
-    if (opens) return OpenSubmissions();
-    if (!items.empty()) drags.push_back(items);
-    if (drags.empty()) return WrongUse;
-    const OleSession session;
-    if (!onto.empty()) return DragAll(drags, onto, answers) ? 0 : Failed;
-    const ComPointer<OfferedData> data(new OfferedData);
-    for (const auto& [kind, value] : items) Offer(*data.Get(), kind, value);
+    if (!onto.empty()) return DragOnto(*data.Get(), onto) ? 0 : Failed;
     ShowWindowToDragFrom(*data.Get());
     return 0;
 }
@@ -281,6 +196,6 @@ int main() {
             status = tb::Run({arguments + 1, arguments + count});
         },
         [](const tb::RuntimeError& error) { std::fprintf(stderr, "dragsource: %s\n", error.what()); });
-    if (status == tb::WrongUse) std::fprintf(stderr, "usage: dragsource [--onto CAPTION [--answer]] ITEM ...\n");
+    if (status == tb::WrongUse) std::fprintf(stderr, "usage: dragsource [--onto CAPTION] ITEM ...\n");
     return status;
 }

@@ -61,17 +61,6 @@ protected:
         EXPECT_EQ(target->Drop(m_Offered.Get(), 0, {}, &effect), S_OK);
         return effect;
     }
-    // The bytes of a stream of the only stored message; "-" when it cannot be had, "!" and the number for an error.
-    Text StreamOf(const char* name) {
-        Text result = "no storage";
-        Drop([&](DropData& data) {
-            const auto storage = data.Native()->Storage(0);
-            if (!storage) return;
-            Trap([&] { result = storage->Stream(name).value_or("-"); },
-                 [&](const RuntimeError& error) { result = "!" + std::to_string(error.Number); });
-        });
-        return result;
-    }
     void OfferStored(const std::map<Text, Text>& streams, const CLSID& classId = StoredMessageClass) {
         m_Offered->AddStored(MakeStored(streams, classId));
         m_Offered->Describe();
@@ -87,7 +76,6 @@ TEST_F(DropTargetTest, FormatsKeepTheirBytes) {
     for (int byte = 0; byte < 256; ++byte) mail += static_cast<char>(byte);
     m_Offered->Blocks[FormatOf(InternetMessage)] = mail;
     m_Offered->Blocks[CF_TEXT] = Text("http://a\0b\0\0", 12);
-    m_Offered->Blocks[FormatOf("Empty")] = "";
     Win32ClipboardFormats formats;
     const ClipboardFormat internet = formats.Register(InternetMessage);
     EXPECT_LT(internet, 0) << "registered numbers lie in the upper half";
@@ -96,7 +84,6 @@ TEST_F(DropTargetTest, FormatsKeepTheirBytes) {
                   EXPECT_FALSE(data.Has(formats.Register(GroupDescriptor)));
                   EXPECT_EQ(data.Bytes(internet), mail);
                   EXPECT_EQ(data.PlainText(), Text("http://a\0b", 10));
-                  EXPECT_EQ(data.Bytes(formats.Register("Empty")), "");
                   EXPECT_EQ(data.Bytes(formats.Register("Missing")), "");
                   EXPECT_EQ(data.Native()->DescriptorBytes(), "");
                   EXPECT_EQ(data.Native()->Storage(0), nullptr);
@@ -156,18 +143,13 @@ TEST_F(DropTargetTest, ContentsThatLieHoldNothing) {
             return S_OK;
         },
         [](STGMEDIUM& medium) {
-            medium.tymed = TYMED_HGLOBAL;
-            medium.hGlobal = GlobalAlloc(GMEM_MOVEABLE, 8);
-            return S_OK;
-        },
-        [](STGMEDIUM& medium) {
             medium.tymed = TYMED_ISTORAGE;
             medium.pstg = reinterpret_cast<IStorage*>(16);
             return E_FAIL;
         },
     };
     Drop([&](DropData& data) {
-        for (std::int32_t index = 0; index < 5; ++index) EXPECT_EQ(data.Native()->Storage(index), nullptr) << index;
+        for (std::int32_t index = 0; index < 4; ++index) EXPECT_EQ(data.Native()->Storage(index), nullptr) << index;
     });
     EXPECT_TRUE(m_Errors.empty());
 }
@@ -186,12 +168,16 @@ TEST_F(DropTargetTest, ACutCompoundFileGivesNoMoreThanItHas) {
         }
         m_Offered->Contents.clear();
         m_Offered->AddStored(std::move(storage));
-        const Text read = StreamOf(HtmlStream);
+        Text read = "-";
+        Drop([&](DropData& data) {
+            const auto stored = data.Native()->Storage(0);
+            Trap([&] { read = stored->Stream(HtmlStream).value_or("-"); }, [](const RuntimeError&) {});
+        });
         if (read == body) {
             ++whole;
         } else {
             ++broken;
-            EXPECT_TRUE(read == "-" || read[0] == '!' || read.size() <= body.size()) << size;
+            EXPECT_LE(read.size(), body.size()) << size;
         }
     }
     EXPECT_GT(whole, 0);

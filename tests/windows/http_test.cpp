@@ -129,23 +129,23 @@ LoopbackServer::Behaviour Saying(const Text& answer) {
     return [answer](const Connection& client, const Text&) { client.Send(answer); };
 }
 
-TEST_F(HttpTest, CarriesRequestsAndAnswers) {
-    LoopbackServer server(Saying("HTTP/1.1 203 Fine\r\nLast-Modified: x\r\nContent-Length: 5\r\n\r\nhello"));
+TEST_F(HttpTest, CarriesRequestsAndAnswersAndFollowsNothing) {
+    LoopbackServer server(
+        Saying("HTTP/1.1 302 Found\r\nLocation: /other\r\nSet-Cookie: a=b\r\nContent-Length: 5\r\n\r\nhello"));
     for (const char* method : {"GET", "HEAD", "POST"}) {
         HttpRequest request = Request(server.Url("/a%20b/?c=%41"), method);
         request.Headers = {{"X-Client-Key", "A%25"}};
         EXPECT_EQ(Exchange(request), "");
-        EXPECT_EQ(m_Response.Status, 203);
-        EXPECT_EQ(m_Response.Head, "HTTP/1.1 203 Fine\r\nLast-Modified: x\r\nContent-Length: 5\r\n");
+        EXPECT_EQ(m_Response.Status, 302);
+        EXPECT_EQ(m_Response.Head,
+                  "HTTP/1.1 302 Found\r\nLocation: /other\r\nSet-Cookie: a=b\r\nContent-Length: 5\r\n");
         EXPECT_EQ(m_Body, request.Method == "HEAD" ? "" : "hello");
         const Text sent = server.Requests().back();
         EXPECT_THAT(sent, StartsWith(request.Method + " /a%20b/?c=%41 HTTP/1.1\r\n"));
         EXPECT_THAT(sent, HasSubstr("\r\nX-Client-Key: A%25\r\n"));
-        EXPECT_THAT(sent, HasSubstr("\r\nUser-Agent: Agent/1\r\n"));
+        EXPECT_THAT(sent, Not(HasSubstr("ookie")));
     }
-    EXPECT_THAT(server.Requests().back(), HasSubstr("\r\nContent-Length: 0\r\n"));
-    EXPECT_EQ(Exchange(Request(server.Url(""))), "");
-    EXPECT_THAT(server.Requests().back(), StartsWith("GET / HTTP/1.1\r\n"));
+    EXPECT_EQ(server.Requests().size(), 3U);
 }
 
 TEST_F(HttpTest, CarriesLargeBodiesBothWays) {
@@ -156,28 +156,6 @@ TEST_F(HttpTest, CarriesLargeBodiesBothWays) {
     for (size_t index = 0; index < 300'000; ++index) request.Body += static_cast<char>(index % 251 * 7);
     EXPECT_EQ(Exchange(request), "");
     EXPECT_TRUE(m_Body == request.Body) << m_Body.size();
-}
-
-TEST_F(HttpTest, KeepsAndFollowsNothing) {
-    LoopbackServer server(
-        Saying("HTTP/1.1 302 Found\r\nLocation: /other\r\nSet-Cookie: a=b\r\nContent-Length: 0\r\n\r\n"));
-    EXPECT_EQ(Exchange(Request(server.Url("/"))), "");
-    EXPECT_EQ(m_Response.Status, 302);
-    EXPECT_EQ(Exchange(Request(server.Url("/"))), "");
-    EXPECT_EQ(server.Requests().size(), 2U);
-    EXPECT_THAT(server.Requests().back(), Not(HasSubstr("ookie")));
-}
-
-TEST_F(HttpTest, ClosesTheConnectionAfterTheAnswer) {
-    std::atomic<bool> closed = false;
-    LoopbackServer server([&](const Connection& client, const Text&) {
-        client.Send("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok");
-        client.Hang();
-        closed = client.Pause(0);
-    });
-    EXPECT_EQ(Exchange(Request(server.Url("/"))), "");
-    for (int polls = 0; !closed && polls < 500; ++polls) Sleep(10);
-    EXPECT_TRUE(closed);
 }
 
 // Longer than anybody waits, but not for ever.
@@ -200,14 +178,7 @@ TEST_F(HttpTest, EndsBadExchangesInTimeAndServesMessagesMeanwhile) {
         bool IsSlow = false;
     };
     const Case cases[] = {
-        {"nobody accepts", nullptr, "no answer within 1000 ms", true},
         {"silence", [](const Connection& client, const Text&) { client.Hang(); }, "no answer within 1000 ms", true},
-        {"a head that drips",
-         [](const Connection& client, const Text&) {
-             client.Send("HTTP/1.1 200 OK\r\nX: ");
-             Drip(client);
-         },
-         "no answer within 1000 ms", true},
         {"half a body and silence",
          [](const Connection& client, const Text&) {
              client.Send("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf");
@@ -222,13 +193,6 @@ TEST_F(HttpTest, EndsBadExchangesInTimeAndServesMessagesMeanwhile) {
          "not done within 2500 ms", true},
         {"half a body", Saying("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf"), "the connection broke off (12030)"},
         {"no HTTP", Saying("220 ready\r\n\r\n\x01\x02"), "the answer is not HTTP (12152)"},
-        {"half a status", Saying("HTTP/1.1 2"), "the answer is not HTTP (12152)"},
-        {"nothing at all", Saying(""), "the answer is not HTTP (12152)"},
-        {"a long body",
-         [](const Connection& client, const Text&) {
-             Flood(client, "HTTP/1.1 200 OK\r\nContent-Length: 1073741824\r\n\r\n");
-         },
-         "the reply is longer than 1048576 bytes"},
         {"an endless body", [](const Connection& client, const Text&) { Flood(client, "HTTP/1.1 200 OK\r\n\r\n"); },
          "the reply is longer than 1048576 bytes"},
         {"no number of bytes", Saying("HTTP/1.1 200 OK\r\nContent-Length: 99999999999999999999\r\n\r\nx"),
@@ -268,23 +232,19 @@ TEST_F(HttpTest, SpeaksNothingButTlsForHttps) {
     EXPECT_THAT(server.Requests().front(), StartsWith("\x16\x03"));
 }
 
-TEST_F(HttpTest, EndsWhenItIsCancelled) {
+TEST_F(HttpTest, EndsWhenItIsCancelledOrTheMessageLoopEnds) {
     LoopbackServer server([](const Connection& client, const Text&) { client.Hang(); });
     bool cancelled = false;
     HttpRequest request = Request(server.Url("/"));
     request.IsCancelled = [&] { return cancelled; };
-    const Later later(100, [&] { cancelled = true; });
-    EXPECT_EQ(Exchange(request), "cancelled");
-    EXPECT_LT(m_Took, AmpleMs / 2);
-}
-
-TEST_F(HttpTest, EndsWithTheMessageLoopAndLeavesItsEnd) {
-    LoopbackServer server([](const Connection& client, const Text&) { client.Hang(); });
+    {
+        const Later later(100, [&] { cancelled = true; });
+        EXPECT_EQ(Exchange(request), "cancelled");
+    }
     const Later later(50, [] { EndMessageLoop(7); });
-    EXPECT_EQ(Exchange(Request(server.Url("/"))), "the program ends");
-    EXPECT_EQ(Exchange(Request(server.Url("/"))), "the program ends");
+    for (int time = 0; time < 2; ++time) EXPECT_EQ(Exchange(Request(server.Url("/"))), "the program ends");
     EXPECT_LT(m_Took, AmpleMs / 2);
-    EXPECT_EQ(RunMessageLoop(), 7);
+    EXPECT_EQ(RunMessageLoop(), 7) << "its end is left to it";
 }
 
 TEST_F(HttpTest, LetsAnotherExchangeRunInsideItsWait) {

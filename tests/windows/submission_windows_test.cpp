@@ -15,12 +15,11 @@
 #include "submissions/win32/Win32DropTargets.h"
 #include "ui/window/Timer.h"
 #include "ui/window/win32/Win32WindowSystem.h"
+#include "windows/ProgramProcess.h"
 #include "windows/ScratchFolder.h"
 
 namespace tb {
 namespace {
-
-constexpr const char* DialogTitle = "Assign Submission Category";
 
 class SubmissionWindowsTest : public ::testing::Test, protected SubmissionRig, private Activities {
 protected:
@@ -89,8 +88,6 @@ TEST_F(SubmissionWindowsTest, TheDialogIsUsedByKeys) {
         {{VK_DOWN, VK_RETURN}, "1 3 3"},
         {{VK_UP, VK_RETURN}, "1 4 3"},
         {{VK_TAB, VK_LEFT, VK_RETURN}, "1 2 2"},
-        {{VK_DOWN, VK_TAB, VK_RIGHT, VK_RETURN}, "1 3 4"},
-        {{VK_TAB, VK_TAB, VK_RETURN}, "1 2 3"},
         {{VK_TAB, VK_TAB, VK_TAB, VK_RETURN}, "0 -1 -1"},
         {{VK_TAB, VK_TAB, VK_TAB, VK_TAB, VK_TAB, VK_DOWN, VK_RETURN}, "1 3 3"},
         {{VK_DOWN, VK_ESCAPE}, "0 -1 -1"},
@@ -105,93 +102,16 @@ TEST_F(SubmissionWindowsTest, TheDialogIsUsedByKeys) {
     EXPECT_EQ(Press(dialog, {VK_RETURN}), "1 0 3") << "nothing is chosen that the user has not chosen";
 }
 
-TEST_F(SubmissionWindowsTest, AltAndALetterPressAButton) {
-    auto window = Window();
-    window->Show();
-    int presses = 0;
-    window->cmdUpdateStatus.ClickEvent.Connect([&] { ++presses; });
-    const auto press = [&](WPARAM letter) {
-        constexpr LPARAM AltDown = 1 << 29;
-        PostMessageA(ToHwnd(window->hWnd()), WM_SYSCHAR, letter, AltDown);
+// Serves messages until the process that drags ends, half a minute at most; its status.
+DWORD Drag(const std::wstring& arguments) {
+    const ProgramProcess process(BuiltProgram("dragsource.exe"), arguments);
+    const ULONGLONG deadline = GetTickCount64() + 30000;
+    while (process.WaitForEnd(0) == STILL_ACTIVE && GetTickCount64() < deadline) {
         ServeWaitingMessages();
-    };
-    press('x');
-    EXPECT_EQ(presses, 0);
-    press('u');
-    EXPECT_EQ(presses, 1);
-    window->Unload();
-}
-
-TEST_F(SubmissionWindowsTest, TheDialogShowsLiteralTextAboveAllOthers) {
-    QualifiersDialog dialog(Program, Log);
-    Setup(dialog);
-    auto below = Window();
-    below->Show();
-    Form clock(m_Forms, "frmClock");
-    Timer& timer = clock.Add<Timer>("tm");
-    timer.SetInterval(20);
-    timer.SetEnabled(true);
-    bool seen = false;
-    timer.TimerEvent.Connect([&] {
-        const HWND window = FindWindowA("TestForm", DialogTitle);
-        if (window == nullptr || seen) return;
-        seen = true;
-        EXPECT_TRUE((GetWindowLongPtrA(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0);
-        EXPECT_FALSE(IsWindowEnabled(ToHwnd(below->hWnd())));
-        const HWND label = GetWindow(GetWindow(window, GW_CHILD), GW_CHILD);
-        char text[64] = "";
-        GetWindowTextA(label, text, sizeof text);
-        EXPECT_STREQ(text, "A subject & more");
-        EXPECT_TRUE((GetWindowLongPtrA(label, GWL_STYLE) & SS_NOPREFIX) != 0);
-        RECT client{};
-        GetClientRect(window, &client);
-        const HWND ok = FindWindowExA(window, nullptr, "BUTTON", "OK");
-        RECT button{};
-        GetWindowRect(ok, &button);
-        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&button), 2);
-        EXPECT_EQ(client.bottom - button.bottom, 8) << "the window holds its buttons";
-        PostMessageA(ok, BM_CLICK, 0, 0);
-    });
-    clock.Load();
-    m_SubCat.ShowModal(dialog, {1500, 1500});
-    EXPECT_EQ(dialog.Result, 1);
-    EXPECT_EQ(dialog.LastTop, 1500);
-    EXPECT_TRUE(IsWindowEnabled(ToHwnd(below->hWnd())));
-}
-
-class DragProcess {
-public:
-    explicit DragProcess(const std::wstring& arguments) {
-        wchar_t file[MAX_PATH] = L"";
-        GetModuleFileNameW(nullptr, file, MAX_PATH);
-        const std::filesystem::path program = std::filesystem::path(file).parent_path() / "dragsource.exe";
-        std::wstring line = L"\"" + program.wstring() + L"\" " + arguments;
-        STARTUPINFOW start{};
-        start.cb = sizeof start;
-        PROCESS_INFORMATION made{};
-        if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &made)) return;
-        m_Process = OwnedObject(made.hProcess);
-        CloseHandle(made.hThread);
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
     }
-    DragProcess(const DragProcess&) = delete;
-    DragProcess& operator=(const DragProcess&) = delete;
-    ~DragProcess() { TerminateProcess(m_Process.Get(), 99); }
-
-    // Serves messages until it ends, half a minute at most; its status.
-    DWORD Wait() const {
-        const ULONGLONG deadline = GetTickCount64() + 30000;
-        DWORD status = STILL_ACTIVE;
-        while (status == STILL_ACTIVE && GetTickCount64() < deadline) {
-            ServeWaitingMessages();
-            MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
-            GetExitCodeProcess(m_Process.Get(), &status);
-        }
-        return status;
-    }
-
-private:
-    OwnedObject m_Process;
-};
+    return process.WaitForEnd(0);
+}
 
 TEST_F(SubmissionWindowsTest, AnotherProcessDropsEveryKind) {
     const ScratchFolder folder;
@@ -209,15 +129,16 @@ TEST_F(SubmissionWindowsTest, AnotherProcessDropsEveryKind) {
     std::filesystem::create_directory(folder.Path() / L"two");
     write(L"two\\headers", headers);
     write(L"two\\rtf", Text("LZFu\0\1\2", 7));
-    const std::wstring caption = L"--onto \"Trawlbeam - Submissions\" --answer ";
+    const std::wstring caption = L"--onto \"Trawlbeam - Submissions\" ";
     const std::wstring place = L"\"" + folder.Path().wstring();
 
+    DB = std::make_shared<SubmissionDB>(SubmissionDB::Parts{{Program, Log, Web.Factory()}, m_Formats, Qualifiers});
     auto window = Window();
     window->Show();
-    EXPECT_EQ(DragProcess(caption + L"--text http://evil.example/a?b=1").Wait(), 0U);
+    EXPECT_EQ(Drag(caption + L"--text http://evil.example/a?b=1"), 0U);
     const auto file = write(L"mail.eml", mail);
-    EXPECT_EQ(DragProcess(caption + L"--mail " + place + L"\\mail.eml\"").Wait(), 0U);
-    EXPECT_EQ(DragProcess(caption + L"--stored " + place + L"\\one\" --stored " + place + L"\\two\"").Wait(), 0U);
+    EXPECT_EQ(Drag(caption + L"--mail " + place + L"\\mail.eml\""), 0U);
+    EXPECT_EQ(Drag(caption + L"--stored " + place + L"\\one\" --stored " + place + L"\\two\""), 0U);
     window->RefreshDisplay();
     EXPECT_EQ(window->lblStatus.Caption(), "Waiting: 4   Recorded: 0");
     EXPECT_EQ(File("InProcess/0.U"), " 2 , 3 ,http://evil.example/a\r\nhttp://evil.example/a?b=1");

@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <new>
+
+#include "base/date.h"
+#include "base/event.h"
+#include "base/numbers.h"
+#include "fakes/Raised.h"
+
+namespace tb {
+namespace {
+
+TEST(Numbers, RoundHalvesToEven) {
+    EXPECT_EQ(RoundToInt32(0.5), 0);
+    EXPECT_EQ(RoundToInt32(1.5), 2);
+    EXPECT_EQ(RoundToInt32(2.5), 2);
+    EXPECT_EQ(RoundToInt32(12.5), 12);
+    EXPECT_EQ(RoundToInt32(37.5), 38);
+    EXPECT_EQ(RoundToInt32(-1.5), -2);
+    EXPECT_EQ(Raised([] { RoundToInt32(2147483648.0); }), 6);
+    EXPECT_EQ(Raised([] { RoundToInt32(std::numeric_limits<double>::quiet_NaN()); }), 6);
+}
+
+TEST(Numbers, TextsReadAsNumbersOrRaise) {
+    EXPECT_EQ(ToInt32(" -2147483648\r\n"), std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(ToInt16("+32767"), 32767);
+    EXPECT_EQ(ToInt16("12.5"), 12);
+    EXPECT_EQ(ToDouble("1.0"), 1.0);
+    EXPECT_EQ(ToDouble(".5"), 0.5);
+    EXPECT_EQ(ToDouble("-2e3"), -2000.0);
+    for (const char* text :
+         {"", " ", "60Days", "34-56", "abc", "+-1", "--1", "0x10", "1,5", ".", "inf", "nan", "1 2"}) {
+        EXPECT_EQ(Raised([&] { ToInt16(text); }), 13) << text;
+    }
+    EXPECT_EQ(Raised([] { ToInt16("32768"); }), 6);
+    EXPECT_EQ(Raised([] { ToInt32("2147483648"); }), 6);
+    EXPECT_EQ(Raised([] { ToDouble("1e999"); }), 6);
+}
+
+TEST(Numbers, ScorePictureKeepsABarePoint) {
+    EXPECT_EQ(FormatScore(2), "2.");
+    EXPECT_EQ(FormatScore(10), "10.");
+    EXPECT_EQ(FormatScore(0), ".");
+    EXPECT_EQ(FormatScore(0.5), ".5");
+    EXPECT_EQ(FormatScore(123.456), "123.46");
+    EXPECT_EQ(FormatScore(-0.001), ".");
+    EXPECT_EQ(FormatScore(-1.25), "-1.25");
+}
+
+TEST(Date, CalendarRoundTrips) {
+    for (const CivilDate& civil :
+         {CivilDate{1970, 1, 1, 0, 0, 0}, CivilDate{2004, 2, 29, 23, 59, 59}, CivilDate{1899, 12, 31, 1, 2, 3},
+          CivilDate{2000, 2, 29, 12, 0, 0}, CivilDate{100, 1, 1, 0, 0, 0}, CivilDate{9999, 12, 31, 23, 59, 59}}) {
+        const CivilDate back = Date(civil).Civil();
+        EXPECT_EQ(FormatDateTime(Date(civil)), FormatDateTime(Date(back)));
+        EXPECT_EQ(back.Year, civil.Year);
+        EXPECT_EQ(back.Day, civil.Day);
+        EXPECT_EQ(back.Second, civil.Second);
+    }
+    EXPECT_EQ(Date(CivilDate{2026, 11, 21, 3, 29, 0}).Seconds(), 1795231740);
+    EXPECT_EQ(Date(CivilDate{1969, 12, 31, 23, 0, 0}).Day(), Date(CivilDate{1969, 12, 31}));
+}
+
+TEST(Date, MaskAndLocaleSeparators) {
+    const Date date(CivilDate{2005, 3, 7, 4, 5, 6});
+    EXPECT_EQ(FormatDateTime(date), "03/07/2005 04:05:06");
+    EXPECT_EQ(FormatDateTime(date, {'.', '-'}), "03.07.2005 04-05-06");
+    EXPECT_EQ(FormatDate(date), "03/07/2005");
+    EXPECT_EQ(ParseDate("03.07.2005 04-05-06"), date);
+    EXPECT_EQ(ParseDate("3/7/2005"), date.Day());
+    EXPECT_EQ(ParseDate("03/07/2005 04:05"), date.PlusSeconds(-6));
+}
+
+TEST(Date, WhatIsNoDateRaisesTypeMismatch) {
+    for (const char* text : {"", "1/2", "13/01/2005", "02/29/2005", "04/31/2005", "01/01/2005 24:00:00", "1/1/99",
+                             "01/01/2005 1:2:3:4", "01/01/20051", "00/10/2005"}) {
+        EXPECT_EQ(Raised([&] { ParseDate(text); }), 13) << text;
+    }
+}
+
+TEST(Errors, TrapCatchesWhateverIsThrown) {
+    EXPECT_EQ(Raised([] { throw RuntimeError(1001, "Invalid key"); }), 1001);
+    EXPECT_EQ(Raised([] { throw std::bad_alloc(); }), 7);
+    EXPECT_EQ(Raised([] { throw 42; }), 51);
+}
+
+TEST(Events, HandlersRunInOrderAndMayConnectMore) {
+    Event<int> event;
+    Text heard;
+    event.Connect([&](int value) {
+        heard += "a" + std::to_string(value);
+        if (value == 1) event.Connect([&](int later) { heard += "c" + std::to_string(later); });
+    });
+    event.Connect([&](int value) { heard += "b" + std::to_string(value); });
+    event.Raise(1);
+    event.Raise(2);
+    EXPECT_EQ(heard, "a1b1a2b2c2");
+}
+
+}  // namespace
+}  // namespace tb
