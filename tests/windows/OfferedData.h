@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "base/text.h"
-#include "submissions/win32/ComObject.h"
-#include "submissions/win32/ComPointer.h"
+#include "platform/win32/ComObject.h"
+#include "platform/win32/ComPointer.h"
 
 namespace tb {
 

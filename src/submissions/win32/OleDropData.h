@@ -1,8 +1,8 @@
 // A data object of the system as plain data. It belongs to another program, and everything that it tells may be wrong.
 #pragma once
 
+#include "platform/win32/ComPointer.h"
 #include "submissions/DropData.h"
-#include "submissions/win32/ComPointer.h"
 #include "submissions/win32/StorageMedium.h"
 
 namespace tb {

@@ -1,7 +1,7 @@
 #include "submissions/win32/OleMessageStorage.h"
 
+#include "platform/win32/ComPointer.h"
 #include "platform/win32/Win32Text.h"
-#include "submissions/win32/ComPointer.h"
 #include "submissions/win32/MessageStream.h"
 
 namespace tb {

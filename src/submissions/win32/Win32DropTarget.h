@@ -8,8 +8,8 @@
 #include <functional>
 
 #include "base/errors.h"
+#include "platform/win32/ComObject.h"
 #include "submissions/DropData.h"
-#include "submissions/win32/ComObject.h"
 
 namespace tb {
 

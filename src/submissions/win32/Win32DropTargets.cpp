@@ -1,9 +1,9 @@
 #include "submissions/win32/Win32DropTargets.h"
 
+#include "platform/win32/ComPointer.h"
 #include "platform/win32/Handle.h"
 #include "platform/win32/Win32Errors.h"
 #include "platform/win32/Win32WindowText.h"
-#include "submissions/win32/ComPointer.h"
 #include "submissions/win32/Win32DropTarget.h"
 
 namespace tb {

@@ -7,6 +7,7 @@
 
 #include <atomic>
 
+#include "platform/win32/ComObject.h"
 #include "platform/win32/Handle.h"
 
 namespace tb {
@@ -21,43 +22,12 @@ private:
     inline static std::atomic<long> s_Live{0};
 };
 
-// The system's interfaces have no virtual destructor: objects end by their last Release, which knows the class.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
-
-// Whoever makes one by new has the first reference.
 template <typename Interface>
-class ServedObject : public Interface {
-public:
-    ServedObject(const ServedObject&) = delete;
-    ServedObject& operator=(const ServedObject&) = delete;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) noexcept override {
-        if (object == nullptr) return E_POINTER;
-        const bool known = IsEqualIID(id, __uuidof(IUnknown)) || IsEqualIID(id, __uuidof(Interface)) || IsAlso(id);
-        *object = known ? static_cast<Interface*>(this) : nullptr;
-        if (!known) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return ++m_References; }
-    ULONG STDMETHODCALLTYPE Release() noexcept override {
-        const ULONG left = --m_References;
-        if (left == 0) delete this;
-        return left;
-    }
-
+class ServedObject : public ComObject<Interface> {
 protected:
     ServedObject() { ServedObjects::Add(1); }
-    virtual ~ServedObject() { ServedObjects::Add(-1); }
-    // Other names of the same interface.
-    virtual bool IsAlso(REFIID) const noexcept { return false; }
-
-private:
-    std::atomic<ULONG> m_References{1};
+    ~ServedObject() override { ServedObjects::Add(-1); }
 };
-
-#pragma GCC diagnostic pop
 
 // The owner of one reference to an object of the system's component model.
 template <typename Interface>

@@ -22,7 +22,7 @@ public:
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) noexcept override {
         if (object == nullptr) return E_POINTER;
-        const bool known = IsEqualIID(id, __uuidof(IUnknown)) || IsEqualIID(id, __uuidof(Interface));
+        const bool known = IsEqualIID(id, __uuidof(IUnknown)) || IsEqualIID(id, __uuidof(Interface)) || IsAlso(id);
         *object = known ? static_cast<Interface*>(this) : nullptr;
         if (!known) return E_NOINTERFACE;
         AddRef();
@@ -38,6 +38,8 @@ public:
 protected:
     ComObject() = default;
     virtual ~ComObject() = default;
+    // Other names of the same interface.
+    virtual bool IsAlso(REFIID) const noexcept { return false; }
 
 private:
     std::atomic<ULONG> m_References{1};
