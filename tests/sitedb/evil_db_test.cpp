@@ -52,6 +52,18 @@ TEST(EvilDB, ExpectationsChangeNoAnswer) {
     EXPECT_EQ(sites.Log.Take(), Lines{});
 }
 
+// A host with many paths has an index of them; the first entry that fits counts all the same, not the longest.
+TEST(EvilDB, OfALongListTheFirstEntryThatFitsCounts) {
+    ListOfSites sites;
+    for (int path = 0; path < 40; ++path) sites.Add("http://long.example/p" + std::to_string(path) + "/", "2", "other");
+    sites.Add("http://long.example/deep/er", "2", "first");
+    sites.Add("http://long.example/deep", "2", "second");
+    sites.Add("http://long.example/deep/er/est", "2", "third");
+    EXPECT_EQ(sites.Hit("http://long.example/deep/er/est"), "first");
+    EXPECT_EQ(sites.Hit("http://long.example/deep/e"), "second");
+    EXPECT_EQ(sites.Hit("http://long.example/dee"), "-");
+}
+
 TEST(EvilDB, MatchesTheDecodedEntryAsAPrefix) {
     ListOfSites sites;
     sites.Add("HTTP://Evil.Example/a%2FB/", "2", "escaped");
