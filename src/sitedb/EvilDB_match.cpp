@@ -58,14 +58,15 @@ void EvilDB::Expect(const std::vector<TextView>& urls) noexcept {
         [](const RuntimeError&) {});
 }
 
-bool EvilDB::FindHit(HashedUrl& hashed, Text& Category, Text& Validated) {
-    HostSuffixes& url = hashed.Suffixes();
-    for (size_t suffix = 0; url.Next(); ++suffix) {
-        const DomainKey key = hashed.KeyOf(suffix);
+bool EvilDB::FindHit(HashedUrl& url, Text& Category, Text& Validated) {
+    HostSuffixes& suffixes = url.Suffixes();
+    for (size_t suffix = 0; suffixes.Next(); ++suffix) {
+        const DomainKey key = url.KeyOf(suffix);
         std::optional<Record> record;
         const std::int32_t list = m_Domains.FindList(key, record);
         if (list == 0) continue;
-        if (!(m_Domains.IsLong(list) ? FindInLong(list, key, url, record) : FindInList(list, url, record))) continue;
+        if (!(m_Domains.IsLong(list) ? FindInLong(list, key, suffixes, record) : FindInList(list, suffixes, record)))
+            continue;
         Text name = m_Host.CategoryName(Text(record->Category()));
         Validated = record->Validated();
         Category = std::move(name);
