@@ -118,6 +118,10 @@ class Watch(threading.Thread):
         return self.seen / max(self.looks, 1)
 
 
+def native(variable, name):
+    return str(pathlib.Path(os.environ.get(variable, ROOT / "build/native/bin" / name)).resolve())
+
+
 def wine(*arguments):
     return [str(ROOT / "scripts" / "wine"), *map(str, arguments)]
 
@@ -169,17 +173,23 @@ def running(probe, caption, *command):
         program.wait()
 
 
-def write_defaults(folder, server):
-    """A copy of what a deployment serves, with the bad servers for the list of sites only."""
-    entries = "".join(f"<Server WEIGHT='10' ACTIVE='Y'>http://{host}:{server.port}</Server>" for host in HOSTS)
-    text = f"<DEFAULTS Version='29990101'><SERVERS NAME='SERVERS'><ELEMENT NAME='EVILDBSVR'>{entries}</ELEMENT></SERVERS>" \
-           "<TIMERS NAME='TIMERS'></TIMERS></DEFAULTS>"
-    tool = os.environ.get("TBTOOL", ROOT / "build/native/bin/tbtool")
-    frame = subprocess.run([tool, "frame"], input=text.encode(), stdout=subprocess.PIPE, check=True).stdout
+def write_defaults(folder, servers, timers=""):
+    """Defaults with these services, each a list of its servers, and timers."""
+    services = "".join(
+        f"<ELEMENT NAME='{service}'>" + "".join(f"<Server WEIGHT='10' ACTIVE='Y'>{url}</Server>" for url in urls) +
+        "</ELEMENT>" for service, urls in servers.items())
+    text = f"<DEFAULTS Version='29990101'><SERVERS NAME='SERVERS'>{services}</SERVERS>" \
+           f"<TIMERS NAME='TIMERS'>{timers}</TIMERS></DEFAULTS>"
+    frame = subprocess.run([native("TBTOOL", "tbtool"), "frame"], input=text.encode(), stdout=subprocess.PIPE,
+                           check=True).stdout
     (folder / "Data").mkdir(exist_ok=True)
     (folder / "Data" / "defaults.bin").write_bytes(frame)
-    (folder / "Trawlbeam.ini").write_text(
-        "<INI DATE='01/01/2026 00:00:00'><SECTION name='TIMERS'><ELEMENT NAME='EVILDB_INTERVAL'>1</ELEMENT></SECTION></INI>")
+
+
+def write_settings(folder, sections):
+    text = "".join(f"<SECTION name='{section}'><ELEMENT NAME='{key}'>{value}</ELEMENT></SECTION>"
+                   for section, key, value in sections)
+    (folder / "Trawlbeam.ini").write_text(f"<INI DATE='01/01/2026 00:00:00'>{text}</INI>")
 
 
 def main():
@@ -194,7 +204,8 @@ def main():
             server = BadServer(HOSTS)
             folder = pathlib.Path(stack.enter_context(tempfile.TemporaryDirectory())) / "program"
             shutil.copytree(options.program, folder)
-            write_defaults(folder, server)
+            write_defaults(folder, {"EVILDBSVR": [f"http://{host}:{server.port}" for host in HOSTS]})
+            write_settings(folder, [("TIMERS", "EVILDB_INTERVAL", "1")])
             quiet = waiting = "Trawlbeam Tray"
             stack.enter_context(running(probe, waiting, folder / "Trawlbeam.exe"))
         else:

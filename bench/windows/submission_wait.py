@@ -18,7 +18,7 @@ import sys
 import tempfile
 import time
 
-from served_wait import ROOT, measure, running, wine
+from served_wait import measure, native, running, wine, write_defaults, write_settings
 
 BLOCKS = 5
 REQUESTS = 500
@@ -29,10 +29,6 @@ CAPTION = "Trawlbeam Tray"
 STAYS = "stays.x"
 # Of the list in the middle of the third block of five.
 ENTRIES = 1250
-
-
-def native(variable, name):
-    return str(pathlib.Path(os.environ.get(variable, ROOT / "build/native/bin" / name)).resolve())
 
 
 def save_time(bin_folder):
@@ -101,17 +97,17 @@ def service(folder):
 
 
 def prepare(program, port):
-    text = "<DEFAULTS Version='29990101'><SERVERS NAME='SERVERS'><ELEMENT NAME='SUBDBSVR'>" \
-           f"<Server WEIGHT='100' ACTIVE='Y'>http://127.0.0.1:{port}</Server></ELEMENT></SERVERS>" \
-           "<TIMERS NAME='TIMERS'></TIMERS></DEFAULTS>"
-    frame = subprocess.run([native("TBTOOL", "tbtool"), "frame"], input=text.encode(), stdout=subprocess.PIPE,
-                           check=True).stdout
-    (program / "Data").mkdir(exist_ok=True)
-    (program / "Data" / "defaults.bin").write_bytes(frame)
-    (program / "Trawlbeam.ini").write_text(
-        "<INI DATE='01/01/2026 00:00:00'>"
-        "<SECTION name='MAIN'><ELEMENT NAME='ConfirmSubmission'>0</ELEMENT></SECTION>"
-        "<SECTION name='TIMERS'><ELEMENT NAME='SUBDB_INTERVAL'>1</ELEMENT></SECTION></INI>")
+    write_defaults(program, {"SUBDBSVR": [f"http://127.0.0.1:{port}"]})
+    write_settings(program, [("MAIN", "ConfirmSubmission", "0"), ("TIMERS", "SUBDB_INTERVAL", "1")])
+
+
+def in_turns(blocks, bin_folder, saves, quiet_block, busy_block):
+    """Blocks of both kinds, with the time of a save beside each pair."""
+    for block in range(blocks):
+        saves.append(save_time(bin_folder))
+        # Who goes first alternates: a drift of the machine's speed favours neither.
+        for one in (busy_block, quiet_block) if block % 2 else (quiet_block, busy_block):
+            one()
 
 
 def blocks(bin_folder, queue):
@@ -130,14 +126,7 @@ def blocks(bin_folder, queue):
         queue.wait(0)
         lasted.append(time.monotonic() - begun)
 
-    for block in range(BLOCKS):
-        saves.append(save_time(bin_folder))
-        # Who goes first alternates: a drift of the machine's speed favours neither.
-        if block % 2:
-            busy_block()
-        quiet.append(measure(probe, CAPTION, REQUESTS))
-        if block % 2 == 0:
-            busy_block()
+    in_turns(BLOCKS, bin_folder, saves, lambda: quiet.append(measure(probe, CAPTION, REQUESTS)), busy_block)
     return quiet, busy, saves, lasted
 
 

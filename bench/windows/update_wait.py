@@ -15,14 +15,13 @@ import pathlib
 import re
 import shutil
 import statistics
-import subprocess
 import sys
 import tempfile
 import threading
 import time
 
-from served_wait import ROOT, measure, running
-from submission_wait import native, save_time
+from served_wait import measure, running, write_defaults
+from submission_wait import in_turns
 
 BLOCKS = 5
 REQUESTS = 300
@@ -67,13 +66,9 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
 
 def prepare(program, port):
-    server = f"<Server WEIGHT='1' ACTIVE='Y'>http://127.0.0.1:{port}</Server>"
-    text = f"<D Version='29990101'><S NAME='SERVERS'><E NAME='UpdatesSVR'>{server}</E>" \
-           f"<E NAME='GetUpdatesSVR'>{server}</E></S><T NAME='TIMERS'><E NAME='EVILDB_INTERVAL'>1</E></T></D>"
-    frame = subprocess.run([native("TBTOOL", "tbtool"), "frame"], input=text.encode(), stdout=subprocess.PIPE,
-                           check=True).stdout
-    (program / "Data").mkdir(exist_ok=True)
-    (program / "Data" / "defaults.bin").write_bytes(frame)
+    server = [f"http://127.0.0.1:{port}"]
+    write_defaults(program, {"UpdatesSVR": server, "GetUpdatesSVR": server},
+                   "<ELEMENT NAME='EVILDB_INTERVAL'>1</ELEMENT>")
     # A missing component lets it look for updates in each cycle.
     (program / "MBListEx.ocx").unlink()
 
@@ -149,15 +144,9 @@ def main():
             staged.append(service.files)
             stagings.rest()
 
-        for block in range(BLOCKS):
-            saves.append(save_time(options.bin))
-            # Who goes first alternates: a drift of the machine's speed favours neither.
-            if block % 2:
-                busy_block()
-            quiet.append(measure(probe, CAPTION, REQUESTS))
-            if block % 2 == 0:
-                busy_block()
-            # The memory apart: looking at it takes time too.
+        in_turns(BLOCKS, options.bin, saves, lambda: quiet.append(measure(probe, CAPTION, REQUESTS)), busy_block)
+        # The memory apart: looking at it takes time too.
+        for _ in range(BLOCKS):
             before = resident(program)
             peak = Peak(program)
             stagings.begin()

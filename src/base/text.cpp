@@ -107,11 +107,15 @@ TextView Trim(TextView text) {
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-Text RemoveAll(TextView text, TextView pattern) {
+Text RemoveAll(TextView text, TextView pattern) { return ReplaceAll(text, pattern, {}); }
+
+Text ReplaceAll(TextView text, TextView pattern, TextView value) {
+    if (pattern.empty()) return Text(text);
     Text result;
     size_t start = 0;
     for (size_t found; (found = text.find(pattern, start)) != TextView::npos; start = found + pattern.size()) {
         result += text.substr(start, found - start);
+        result += value;
     }
     return result += text.substr(start);
 }

@@ -39,8 +39,9 @@ TextView Mid(TextView text, long position, long length);
 // Without leading and trailing blanks, tabs, carriage returns and line feeds.
 TextView Trim(TextView text);
 
-// Every occurrence of `pattern` taken out, in one pass from the left.
+// Every occurrence of `pattern` taken out or replaced, in one pass from the left; an empty one occurs nowhere.
 Text RemoveAll(TextView text, TextView pattern);
+Text ReplaceAll(TextView text, TextView pattern, TextView value);
 
 // While the text is longer than one character, trailing "/" characters are dropped.
 TextView WithoutTrailingSlashes(TextView text);

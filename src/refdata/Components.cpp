@@ -11,18 +11,12 @@ namespace {
 
 constexpr const char* NoVersion = "0.0.0";
 
-void ReplaceAll(Text& text, TextView token, TextView value) {
-    for (size_t at = text.find(token); at != Text::npos; at = text.find(token, at + value.size())) {
-        text.replace(at, token.size(), value);
-    }
-}
-
 Text FolderText(const App& app, const Text& path) {
     const SystemInfo system(app.System.Machine);
     Text folder = path.empty() ? "{AppDir}" : path;
-    ReplaceAll(folder, "{AppDir}", app.AppPath() + "\\");
-    ReplaceAll(folder, "{WinDir}", system.WindowsDir());
-    ReplaceAll(folder, "{WinSysDir}", system.SystemDir());
+    folder = ReplaceAll(folder, "{AppDir}", app.AppPath() + "\\");
+    folder = ReplaceAll(folder, "{WinDir}", system.WindowsDir());
+    folder = ReplaceAll(folder, "{WinSysDir}", system.SystemDir());
     return folder;
 }
 

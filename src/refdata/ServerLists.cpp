@@ -13,14 +13,6 @@ constexpr const char* BuiltInPlaceholder = "{?}";
 
 constexpr std::int32_t DivisionByZero = 11;
 
-Text ReplaceAll(Text text, TextView pattern, TextView value) {
-    if (pattern.empty()) return text;
-    for (size_t place = 0; (place = text.find(pattern, place)) != Text::npos; place += value.size()) {
-        text.replace(place, pattern.size(), value);
-    }
-    return text;
-}
-
 void AddServer(Element& service, std::int16_t count, const Text& address) {
     if (count == 0) throw RuntimeError(DivisionByZero, "Division by zero");
     auto server = std::make_shared<Element>("Server", address);

@@ -43,12 +43,6 @@ Text WithoutSession(const Text& log) {
     return lines;
 }
 
-// `text` with the first `name` in it replaced.
-Text Replaced(Text text, const Text& name, const Text& value) {
-    const size_t place = text.find(name);
-    return place == Text::npos ? text : text.replace(place, name.size(), value);
-}
-
 TEST(StartOfTheProgram, TheFirstTimeItLosesItsLinesAndMakesItsFolders) {
     RunningProgram program;
     const std::filesystem::path folder = program.Folder().Path();
@@ -311,7 +305,7 @@ TEST(GatesOfTheProgram, HealWhatIsWrongOrStop) {
         for (const auto& prepare : one.Prepare) prepare(folder);
         const ProgramProcess program(folder.Path() / "Trawlbeam.exe");
         for (const Button& answer : one.Answers) Press(program, answer.Pressed, answer.Text);
-        const Text expected = Begun + Replaced(one.Lines, "PATH", PathText(folder.Path())) +
+        const Text expected = Begun + ReplaceAll(one.Lines, "PATH", PathText(folder.Path())) +
                               (one.Runs ? FirstLoaded : " D " + SetupEnded);
         EXPECT_TRUE(Eventually([&] { return folder.Log().size() >= expected.size(); }));
         EXPECT_EQ(program.WaitForEnd(one.Runs ? 0 : 10000), one.Runs ? static_cast<DWORD>(STILL_ACTIVE) : 0U);
