@@ -9,3 +9,6 @@ set(TRAWLBEAM_SERVER_TEMPLATE "http://127.0.0.{?}:8765/Reference")
 # The public key that program updates must be signed with, the line of the file PREFIX.pub that `tbtool keygen` writes.
 # Empty: they are taken unsigned.
 set(TRAWLBEAM_UPDATE_KEY "")
+# Whether the program guards its list and its data files against what a server says; ON where this line is missing. Here
+# a service starts anew all the time, and its lists shrink and grow as whoever works with it likes.
+set(TRAWLBEAM_LIST_GUARD OFF)

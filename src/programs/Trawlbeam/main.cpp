@@ -82,7 +82,7 @@ private:
     tb::App m_App{{m_Clock, m_Random, m_Pump, m_Files, m_Dialogs, m_Resources, m_Processes, m_Shell, m_FileVersions,
                    m_Registry, m_Machine, m_WindowText},
                   {tb::ProductName, tb::ProgramVersion, tb::HomePage, tb::RegionalSeparators(), tb::ServerTemplate,
-                   tb::UpdateKey}};
+                   tb::UpdateKey, tb::ListGuard, tb::BuildStamp}};
     tb::ProgramLog m_Log{m_App};
     // What handlers of windows and of the icon throw ends here.
     const std::function<void(const tb::RuntimeError&)> m_Failed = [this](const tb::RuntimeError& error) {

@@ -52,6 +52,10 @@ struct Deployment {
     Text ServerTemplate;
     // The public key of program updates, Base64 of its X and Y; empty when they are not signed.
     Text UpdateKey = {};
+    // Guards the list and the data files against what a server says.
+    bool ListGuard = false;
+    // "YYYYMMDDHHMM", GMT: no clock of this program's life tells less; empty when it is not known.
+    Text BuildStamp = {};
 };
 
 class App {
