@@ -167,6 +167,7 @@ public:
         if (system.WhileMenuIsOpen) system.WhileMenuIsOpen();
         return system.MenuAnswer;
     }
+    void EndModes() override { Note("end modes"); }
     std::unique_ptr<BoxPeer> MakeBox(BoxPeer* box, bool hasBorder) override {
         return std::make_unique<Remembered<BoxPeer>>(m_System, Inside(box, hasBorder ? "frame" : "area"));
     }

@@ -22,10 +22,15 @@ void Handle(MSG& message) {
 
 }  // namespace
 
-int RunMessageLoop() {
+int RunMessageLoop(const std::function<bool()>& done) {
     MSG message{};
-    // Zero ends the loop, -1 means a parameter that is wrong; both end here.
-    while (GetMessageA(&message, nullptr, 0, 0) > 0) Handle(message);
+    for (;;) {
+        // Asked before the wait, and not where the end, with its status, is in the queue already.
+        if (done && done() && !PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE)) return 0;
+        // Zero ends the loop, -1 means a parameter that is wrong; both end here.
+        if (GetMessageA(&message, nullptr, 0, 0) <= 0) break;
+        Handle(message);
+    }
     return message.message == WM_QUIT ? static_cast<int>(message.wParam) : 1;
 }
 

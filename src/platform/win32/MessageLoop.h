@@ -8,8 +8,10 @@
 
 namespace tb {
 
-// The main loop of a program with windows: serves messages until EndMessageLoop; returns its status.
-int RunMessageLoop();
+// The main loop of a program with windows: serves messages until EndMessageLoop and returns its status. Ends with 0
+// when `done` says so, which is asked at first and after each message: a loop of the system's own (a menu, a window
+// that is being moved) may have taken the end for itself.
+int RunMessageLoop(const std::function<bool()>& done = {});
 
 // Ends the loop of the calling thread, and the modal boxes open above it, once the present message is handled.
 void EndMessageLoop(int status);

@@ -46,7 +46,7 @@ public:
         m_Forms.LastUnloadedEvent.Connect([] { tb::EndMessageLoop(DoneStatus); });
         // At once: nothing waits for the windows that the start may have made.
         if (!m_Start.Main()) m_Processes.Exit(m_Start.HasFailed() ? FailedStatus : DoneStatus);
-        return tb::RunMessageLoop();
+        return tb::RunMessageLoop([this] { return m_Forms.Loaded().empty(); });
     }
 
 private:

@@ -138,6 +138,7 @@ void Form::Finish() {
     m_Loaded = false;
     m_Visible = false;
     m_WasShown = false;
+    if (m_Peer) m_Peer->EndModes();
     DropPeers();
     m_Forms.Remove(*this, true);
 }

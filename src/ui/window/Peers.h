@@ -150,6 +150,10 @@ public:
     // Shows the rows at the mouse and returns the id of the chosen one, 0 for none. `flags` are those of TrackPopupMenu
     // (2 takes the right button too). Messages are served meanwhile.
     virtual std::int32_t PopupMenu(const std::vector<MenuRow>& rows, std::uint32_t flags) = 0;
+    // Ends what the system does with this window while it serves messages in a loop of its own: a menu that is open, a
+    // move or a sizing by the mouse. Without this the loop would outlive the window, and take the program's end for its
+    // own.
+    virtual void EndModes() = 0;
 
     // Hidden, after all others in the order of the Tab key. `box` holds the window; null is the form itself.
     virtual std::unique_ptr<BoxPeer> MakeBox(BoxPeer* box, bool hasBorder) = 0;

@@ -89,7 +89,7 @@ TEST_F(FormTest, TheWindowGetsEverythingThatWasSetBefore) {
     m_System.Take();
     form.Unload();
     EXPECT_EQ(m_System.Live, 0);
-    EXPECT_EQ(m_System.Take(), "form1.box2.gone, form1.box1.gone, form1.gone") << "children first";
+    EXPECT_EQ(m_System.Take(), "form1.end modes, form1.box2.gone, form1.box1.gone, form1.gone") << "children first";
     EXPECT_EQ(box.GetText(), "lines");
 }
 

@@ -135,6 +135,14 @@ std::int32_t Win32FormPeer::PopupMenu(const std::vector<MenuRow>& rows, std::uin
     return TrackPopup(Handle(), rows, flags);
 }
 
+void Win32FormPeer::EndModes() {
+    GUITHREADINFO state{};
+    state.cbSize = sizeof state;
+    if (!GetGUIThreadInfo(GetCurrentThreadId(), &state)) return;
+    if (state.hwndMenuOwner == Handle()) EndMenu();
+    if (state.hwndMoveSize == Handle()) SendMessageA(Handle(), WM_CANCELMODE, 0, 0);
+}
+
 std::unique_ptr<BoxPeer> Win32FormPeer::MakeBox(BoxPeer* box, bool hasBorder) {
     return std::make_unique<Win32BoxPeer>(m_System, *this, box, hasBorder);
 }

@@ -26,6 +26,7 @@ public:
     void SetTopMost(bool onTop) override;
     void SetMousePointer(MousePointers pointer) override;
     std::int32_t PopupMenu(const std::vector<MenuRow>& rows, std::uint32_t flags) override;
+    void EndModes() override;
     std::unique_ptr<BoxPeer> MakeBox(BoxPeer* box, bool hasBorder) override;
     std::unique_ptr<WindowPeer> MakeLabel(BoxPeer* box, bool useMnemonic) override;
     std::unique_ptr<CommandButtonPeer> MakeCommandButton(BoxPeer* box, ButtonEvents& events) override;
