@@ -25,11 +25,11 @@ bool Defaults::LoadDefaults(const Text& MinVersion) noexcept {
             const DataFile file{FileName, "Load defaults format error", "Load defaults version error"};
             const ElementPtr root = LoadDataFile(m_Access, file, MinVersion, [&] { RetrieveDefaults(); }).Root;
             if (root == nullptr) return;
-            xmlINI& settings = m_Access.Settings();
+            const std::shared_ptr<xmlINI> settings = m_Access.Settings();
             const Text version = root->FindAttributeValue("Version");
-            if (!version.empty()) settings.ReplaceGlobals("DEFAULTVERSION", version);
+            if (!version.empty()) settings->ReplaceGlobals("DEFAULTVERSION", version);
             for (const ElementPtr& group : *root) {
-                settings.ReplaceGlobals(UpperCase(group->FindAttributeValue("NAME")), group);
+                settings->ReplaceGlobals(UpperCase(group->FindAttributeValue("NAME")), group);
             }
             loaded = true;
         },

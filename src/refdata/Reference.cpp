@@ -77,11 +77,11 @@ std::optional<RuntimeError> Reference::Load(const std::function<LoadedFile()>& r
 }
 
 void Reference::LoadGlobals(const Element& root) {
-    xmlINI& settings = m_Access.Settings();
+    const std::shared_ptr<xmlINI> settings = m_Access.Settings();
     const Text version = root.FindAttributeValue("Version");
-    if (!version.empty()) settings.ReplaceGlobals("REFERENCEVERSION", version);
-    for (const char* const name : RequiredTables) settings.ReplaceGlobals(name, Required(root.FindElement(name)));
-    if (const ElementPtr words = root.FindElement("EVILWORDS")) settings.ReplaceGlobals("EVILWORDS", words->Body());
+    if (!version.empty()) settings->ReplaceGlobals("REFERENCEVERSION", version);
+    for (const char* const name : RequiredTables) settings->ReplaceGlobals(name, Required(root.FindElement(name)));
+    if (const ElementPtr words = root.FindElement("EVILWORDS")) settings->ReplaceGlobals("EVILWORDS", words->Body());
 }
 
 void Reference::LoadTables(const Element& root) {
@@ -141,7 +141,7 @@ bool Reference::WriteBuiltIn() noexcept {
 
 bool Reference::HasTables() const {
     return std::all_of(std::begin(RequiredTables), std::end(RequiredTables),
-                       [&](const char* name) { return m_Access.Settings().TryGlobalsSection(name) != nullptr; });
+                       [&](const char* name) { return m_Access.Settings()->TryGlobalsSection(name) != nullptr; });
 }
 
 void Reference::WriteLine(const char* what, const RuntimeError& error) const {

@@ -46,7 +46,7 @@ bool ServerLists::MakeServersArray(const Text& Section, const Text& Name, const 
         [&] {
             Result.assign(1, {});
             const ElementPtr service =
-                m_Access.Settings().GlobalsFindXMLElement(UpperCase(Section), "NAME", UpperCase(Name));
+                m_Access.Settings()->GlobalsFindXMLElement(UpperCase(Section), "NAME", UpperCase(Name));
             if (service == nullptr) {
                 Result[0] = Default;
             } else {

@@ -5,13 +5,13 @@
 
 namespace tb {
 
-xmlINI& ServiceAccess::Settings() const {
+std::shared_ptr<xmlINI> ServiceAccess::Settings() const {
     if (!Program.Settings) throw Error(ErrorNumber::ObjectNotSet);
-    return *Program.Settings;
+    return Program.Settings;
 }
 
 ElementPtr ServiceAccess::Servers(TextView service) const {
-    return Settings().GlobalsFindXMLElement("SERVERS", "NAME", service);
+    return Settings()->GlobalsFindXMLElement("SERVERS", "NAME", service);
 }
 
 std::filesystem::path ServiceAccess::DataFile(TextView name) const { return Program.Path() / "Data" / TextPath(name); }

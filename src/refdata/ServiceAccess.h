@@ -17,8 +17,8 @@ struct ServiceAccess {
     // Checks what the services have signed; null checks nothing, and then nothing that must be signed is taken.
     tb::Signatures* Signatures = nullptr;
 
-    // Error 91 before the settings exist and after they have gone.
-    xmlINI& Settings() const;
+    // Held by whoever asks, for as long as he uses them. Error 91 before they exist and after they have gone.
+    std::shared_ptr<xmlINI> Settings() const;
     // The server element of a service in the defaults data; null when they have none of that name, error 5 when they
     // have no servers at all.
     ElementPtr Servers(TextView service) const;

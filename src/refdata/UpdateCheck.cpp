@@ -45,7 +45,7 @@ bool UpdateCheck::IsDue(Text& lastChecked) const {
     // One reading for both: the default must lie a whole day back.
     const Date now = m_Access.Program.System.Clock.Now();
     const Text aDayBefore = FormatDateTime(now.PlusSeconds(-Date::SecondsPerDay), separators);
-    const Date last = ParseDate(m_Access.Settings().GetXMLString("Main", "LastUpdateDate", aDayBefore));
+    const Date last = ParseDate(m_Access.Settings()->GetXMLString("Main", "LastUpdateDate", aDayBefore));
     lastChecked = FormatDateTime(last, separators);
     return now.Seconds() - last.Seconds() >= Date::SecondsPerDay;
 }

@@ -62,7 +62,7 @@ std::int16_t cUpdate::Check(bool manual) {
 
 // Before any request, so that a failing service is not asked again before the next day. The date before.
 Text cUpdate::RememberThisCheck() {
-    Text previous = m_Access.Settings().GetXMLString("Main", LastUpdateDate, {});
+    Text previous = m_Access.Settings()->GetXMLString("Main", LastUpdateDate, {});
     WriteMainSetting(LastUpdateDate, FormatDateTime(Program().System.Clock.Now(), Program().Product.Separators));
     Log("Checking for updates. Last checked on: " + previous);
     return previous;
@@ -74,7 +74,7 @@ ElementPtr cUpdate::GetManifest(Sender& sender) {
     sender.ReplyLimit(Sender::SmallReplyLimit);
     for (const bool second : {false, true}) {
         const Text page = ManifestPage(second ? "updates.bin" : Text(ManifestName));
-        const ElementPtr servers = m_Access.Settings().TryGlobalsElement("SERVERS", "NAME", "UpdatesSVR");
+        const ElementPtr servers = m_Access.Settings()->TryGlobalsElement("SERVERS", "NAME", "UpdatesSVR");
         if (servers == nullptr) {
             Log("Error retrieving manifest: no servers");
             continue;
@@ -94,7 +94,7 @@ ElementPtr cUpdate::GetManifest(Sender& sender) {
 }
 
 Text cUpdate::ManifestPage(const Text& name) {
-    const Text version = m_Access.Settings().GetXMLString("MAIN", "TestVersion", {});
+    const Text version = m_Access.Settings()->GetXMLString("MAIN", "TestVersion", {});
     if (version.empty()) return name;
     Text page = "/Versions/" + version + "/" + name;
     Log("Test Version: " + version + ", " + page);
@@ -131,7 +131,7 @@ void cUpdate::ClearPending() {
 }
 
 std::int32_t cUpdate::LastNumber() const {
-    const Text last = m_Access.Settings().GetXMLString("MAIN", LastUpdateVersion, "0");
+    const Text last = m_Access.Settings()->GetXMLString("MAIN", LastUpdateVersion, "0");
     std::int32_t number = -1;
     Trap([&] { number = ToInt32(last); }, [](const RuntimeError&) { /* it is none */ });
     return number;
@@ -187,8 +187,10 @@ std::int16_t cUpdate::Cancel(const Text& previous) {
 }
 
 void cUpdate::WriteMainSetting(const char* key, const Text& value) {
-    m_Access.Settings().WriteXMLString("Main", key, value);
-    m_Access.Settings().SaveXMLINI();
+    // A message that they cannot be saved serves messages.
+    const std::shared_ptr<xmlINI> settings = m_Access.Settings();
+    settings->WriteXMLString("Main", key, value);
+    settings->SaveXMLINI();
 }
 
 void cUpdate::WriteManifest(const Element& manifest, const std::filesystem::path& path) {

@@ -56,7 +56,7 @@ bool cUpdate::DownloadUpdateFile(Sender& sender, const Element& child, const Tex
 }
 
 bool cUpdate::Fetch(Sender& sender, const UpdateFile& file, const Text& folder, Staged& staged) {
-    const ElementPtr servers = m_Access.Settings().TryGlobalsElement("SERVERS", "NAME", "GetUpdatesSVR");
+    const ElementPtr servers = m_Access.Settings()->TryGlobalsElement("SERVERS", "NAME", "GetUpdatesSVR");
     if (servers == nullptr) {
         Log("DownloadFile: no servers!");
         return false;

@@ -12,7 +12,7 @@ bool cUpdate::IsSigned(Sender& sender, const Element& manifest) {
         LogRefusal("it is not signed (a file has no SHA256)");
         return false;
     }
-    const ElementPtr servers = m_Access.Settings().TryGlobalsElement("SERVERS", "NAME", "UpdatesSVR");
+    const ElementPtr servers = m_Access.Settings()->TryGlobalsElement("SERVERS", "NAME", "UpdatesSVR");
     Text reply;
     sender.ReplyLimit(Sender::SmallReplyLimit);
     const Text error = sender.PostRequest(servers, ManifestPage(Text(ManifestName) + SignatureSuffix), {}, reply, {});

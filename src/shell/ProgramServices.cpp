@@ -18,13 +18,14 @@ void ProgramServices::CheckForUpdates() {
 }
 
 void ProgramServices::SetupSubmissions() {
-    oSubmissionDB = std::make_shared<SubmissionDB>(SubmissionDB::Parts{m_Parts.Access, m_Parts.Formats, m_Dialogs});
-    oSubmissionDB->LogMessage.Connect(
-        [this](const Text& line, LogLevel level) { m_Parts.Access.Log.WriteLog(line, level); });
-    oSubmissionDB->RedisplaySubmissions.Connect([this] {
+    const auto store = std::make_shared<SubmissionDB>(SubmissionDB::Parts{m_Parts.Access, m_Parts.Formats, m_Dialogs});
+    oSubmissionDB = store;
+    store->LogMessage.Connect([this](const Text& line, LogLevel level) { m_Parts.Access.Log.WriteLog(line, level); });
+    store->RedisplaySubmissions.Connect([this] {
         if (m_Window) m_Window->RefreshDisplay();
     });
-    oSubmissionDB->Setup();
+    // What it cannot load it tells in messages.
+    store->Setup();
 }
 
 void ProgramServices::ProcessSubmissions() {

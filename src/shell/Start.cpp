@@ -49,7 +49,7 @@ bool Start::ReadSettings() {
     m_App.AgentNumber = ToInt32(app.System.Resources.String(AgentNumberResource));
     m_Log.WriteLog(Text(80, '-'), LogLevel::Always);
     m_Log.WriteLog("Starting " + app.Product.Version, LogLevel::Always);
-    m_App.Settings = std::make_unique<xmlINI>(xmlINI::Surroundings{
+    m_App.Settings = std::make_shared<xmlINI>(xmlINI::Surroundings{
         app.System.Files, app.System.Clock, app.System.Dialogs, app.Product.Separators, app.Product.ProductName});
     m_App.Settings->LoadINI(app.Path() / (app.Product.ProductName + ".ini"));
     m_Log.WriteLog(app.Product.ProductName + ".ini initialized", LogLevel::Debug);
@@ -77,7 +77,7 @@ bool Start::CheckInstallation() {
     if (Stops(CheckNameAndPreviousInstance(), "CheckNameAndPrevInstance TRUE, exiting")) return false;
     MakeFolders();
     m_Log.PruneLogFiles(m_App.AppPath() + "\\Log\\", KeptLogDays);
-    m_App.Components = std::make_unique<ComponentList>();
+    m_App.Components = std::make_shared<ComponentList>();
     m_Gates.AddComponents();
     if (Stops(m_Gates.CheckForMissingComponents(), "CheckForMissingComponents TRUE, exiting")) return false;
     if (Stops(m_Gates.CheckExpireOrWarnVersion(), "CheckExpireOrWarnVersion TRUE, exiting")) return false;

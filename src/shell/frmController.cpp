@@ -70,23 +70,24 @@ void frmController::SetupEvilDB() {
     App& app = m_Parts.Program;
     EvilDBHost& categories = *this;
     VerdictHost& surroundings = *this;
-    m_EvilDB = std::make_unique<EvilDB>(app.System.Files, categories, app.Path() / "Data");
-    m_EvilDB->LogMessage.Connect([this](const Text& line, LogLevel level) { WriteLog(line, level); });
-    m_EvilDB->EvilLoadPercent.Connect([this](std::int16_t percent) {
+    const auto list = std::make_shared<EvilDB>(app.System.Files, categories, app.Path() / "Data");
+    m_EvilDB = list;
+    list->LogMessage.Connect([this](const Text& line, LogLevel level) { WriteLog(line, level); });
+    list->EvilLoadPercent.Connect([this](std::int16_t percent) {
         if (percent >= 0 && percent <= 100) m_Parts.Services.ShowProgress(static_cast<std::int16_t>(percent + 1));
     });
-    m_Verdict = std::make_unique<UrlVerdict>(*m_EvilDB, surroundings);
-    m_EvilDB->EvilAdded.Connect(
+    m_Verdict = std::make_shared<UrlVerdict>(*list, surroundings);
+    list->EvilAdded.Connect(
         [this](std::int32_t added, std::int32_t deleted) { m_Statistics->EvilAdded(added, deleted); });
     const Text key = GetClientKey(app);
-    m_EvilDB->Load(key);
-    if (m_EvilDB) m_EvilDB->Update(key);
+    list->Load(key);
+    list->Update(key);
 }
 
 void frmController::SetupOverDB() {
     const App& app = m_Parts.Program;
     if (!app.Settings) return;
-    m_OverDB = std::make_unique<OverDB>(app.System.Files, app.System.Clock, app.Path() / "Data" / "SiteOverrides.xml",
+    m_OverDB = std::make_shared<OverDB>(app.System.Files, app.System.Clock, app.Path() / "Data" / "SiteOverrides.xml",
                                         app.Product.Separators);
     m_OverDB->LogMessage.Connect([this](const Text& line, LogLevel level) { WriteLog(line, level); });
     m_OverDB->LoadDB();
@@ -167,7 +168,9 @@ Text frmController::DropZoneCaption(bool shown) {
 }
 
 void frmController::CheckEvil(const std::vector<Text>& args, Text& reply) noexcept {
-    if (m_Verdict) return m_Verdict->CheckEvil(args, reply);
+    const std::shared_ptr<EvilDB> list = m_EvilDB;
+    const std::shared_ptr<UrlVerdict> verdict = m_Verdict;
+    if (verdict) return verdict->CheckEvil(args, reply);
     // Only between the dropping of the list and the end of the channel, and only if something serves messages there.
     reply.clear();
     WriteLog("CheckEvil error: " + Error(ErrorNumber::ObjectNotSet).Line(), LogLevel::Always);
@@ -216,9 +219,11 @@ UrlScore frmController::ScoreURL(const Text& url, const Text& addresses) {
 }
 
 void frmController::AllowSite(const Text& url) {
-    if (m_Parts.Services.AllowInWindow(url) || !m_OverDB) return;
-    m_OverDB->AddToDB(url);
-    m_OverDB->SaveDB();
+    if (m_Parts.Services.AllowInWindow(url)) return;
+    const std::shared_ptr<OverDB> overrides = m_OverDB;
+    if (!overrides) return;
+    overrides->AddToDB(url);
+    overrides->SaveDB();
 }
 
 void frmController::ShowNotifyURL(const Text& title, const Text& message, const Text& url, std::int32_t width,

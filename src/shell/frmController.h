@@ -127,9 +127,10 @@ private:
     Parts m_Parts;
     // Stays for as long as the window, because its Shutdown is raised inside operations of its own.
     cController m_Controller;
-    std::unique_ptr<EvilDB> m_EvilDB;
-    std::unique_ptr<OverDB> m_OverDB;
-    std::unique_ptr<UrlVerdict> m_Verdict;
+    // Dropped at the exit, which can come while one of them is at work: each operation holds what it uses.
+    std::shared_ptr<EvilDB> m_EvilDB;
+    std::shared_ptr<OverDB> m_OverDB;
+    std::shared_ptr<UrlVerdict> m_Verdict;
     std::unique_ptr<UpdateStatistics> m_Statistics;
     std::unique_ptr<BrowserChannel> m_Channel;
     std::unique_ptr<Sounds> m_Sounds;

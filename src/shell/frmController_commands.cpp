@@ -37,13 +37,13 @@ void frmController::MenuClick(TextView key) {
 void frmController::ShowTrawlMain(std::int16_t panel) {
     Trap(
         [&] {
-            if (!m_Parts.Services.ShowMainPanel(panel)) MissingWindow("frmMain");
+            if (!m_Parts.Services.ShowMainPanel(panel)) MissingWindow("frmTrawlMain");
         },
         [&](const RuntimeError& error) { WriteLog("ShowTrawlMain Error: " + error.Description, LogLevel::Always); });
 }
 
 void frmController::TrayDoubleClicked() {
-    if (!m_Parts.Program.ModalDialogOpen) ShowTrawlMain(m_Parts.Program.LastPanel);
+    if (!m_Parts.Program.ModalDialogOpen()) ShowTrawlMain(m_Parts.Program.LastPanel);
 }
 
 void frmController::ToggleDropZone() {

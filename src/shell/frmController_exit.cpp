@@ -57,6 +57,7 @@ void frmController::Unloaded() {
     m_Parts.Program.HasController = false;
     m_Verdict.reset();
     m_Parts.Services.DropSubmissions();
+    if (m_EvilDB) m_EvilDB->Close();
     m_EvilDB.reset();
     m_OverDB.reset();
     m_Parts.Tables.WhiteList.reset();
@@ -68,7 +69,8 @@ void frmController::Unloaded() {
 void frmController::PrepareShutdown() {
     App& app = m_Parts.Program;
     if (GetXMLString("Desktop", "Show", "1") == "1" && IsWindows2000OrLater(app)) m_Parts.Services.CloseDropZone();
-    if (app.Settings) app.Settings->SaveXMLINI();
+    // A message that they cannot be saved serves messages.
+    if (const std::shared_ptr<xmlINI> settings = app.Settings) settings->SaveXMLINI();
     app.Components.reset();
     m_Parts.Services.CloseAbout();
     app.Settings.reset();

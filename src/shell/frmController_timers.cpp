@@ -31,7 +31,7 @@ void frmController::UpdateTick() {
         },
         [&](const RuntimeError& error) {
             WriteLog("Update timer error " + error.Description, LogLevel::Always);
-            tmUpdate.SetEnabled(IsTimerEnabled(m_Parts.Program, "EVILDB_ENABLED"));
+            tmUpdate.SetEnabled(m_Parts.Program.Settings && IsTimerEnabled(m_Parts.Program, "EVILDB_ENABLED"));
             m_Controller.EndActivity(UpdateActivity, false);
         });
 }
@@ -48,7 +48,7 @@ void frmController::UpdateCycle() {
     if (!m_Controller.StartActivity(UpdateActivity, false)) return;
     // No cycle may begin inside this one while it waits for the network.
     tmUpdate.SetEnabled(false);
-    m_EvilDB->Update(GetClientKey(app));
+    if (const std::shared_ptr<EvilDB> list = m_EvilDB) list->Update(GetClientKey(app));
     // Each wait for the network serves messages: the session may have ended meanwhile, and the settings with it.
     if (app.Settings) ReportVersions();
     if (app.Settings) {

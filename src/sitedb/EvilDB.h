@@ -67,8 +67,11 @@ public:
     // Asks the service for what changed since the stamp held, applies it, saves it as a snapshot and prunes old ones.
     // Always "": what goes wrong gives one line, the list then keeps what it had reached. While it waits for the
     // network, messages are served: IsEvil may be called then, another update does nothing, and the list may be
-    // destroyed. Nothing is served while it applies and saves. Format: docs/formats/maldb-exchange.md.
+    // closed. Nothing is served while it applies and saves. Format: docs/formats/maldb-exchange.md.
     Text Update(const Text& ClientKey) noexcept;
+    // The program ends: an update that waits, or comes later, changes nothing any more. Whoever began one holds the
+    // list until it returns.
+    void Close() { m_IsClosed = true; }
 
     // True when an entry of another category than 1 is a prefix of the URL, its host shortened to one of its suffixes.
     // The longest suffix wins, within it the entry added first. Category (by its name) and Validated are set on a hit
@@ -150,7 +153,7 @@ private:
 
     DomainTable m_Domains;
     ExpectedUrls m_Expected;
-    std::shared_ptr<Sender> m_Sender;
+    std::unique_ptr<Sender> m_Sender;
     Files& m_Files;
     EvilDBHost& m_Host;
     std::filesystem::path m_Folder;
@@ -158,6 +161,7 @@ private:
     Text m_LastTimestamp;
     std::int32_t m_Count = 0;
     bool m_IsUpdating = false;
+    bool m_IsClosed = false;
 };
 
 }  // namespace tb

@@ -54,10 +54,7 @@ Text EvilDB::Load(const Text& ClientKey) noexcept {
 }
 
 Text EvilDB::Update(const Text& ClientKey) noexcept {
-    if (m_IsUpdating) return {};
-    // While it waits handlers run, and one of them may end the list. The sender stays until its request is over.
-    const std::shared_ptr<Sender> sender = m_Sender;
-    const auto isGone = [&] { return sender && sender.use_count() == 1; };
+    if (m_IsUpdating || m_IsClosed) return {};
     Trap(
         [&] {
             const Text post = "Key=" + UrlEncode(ClientKey) + "&TS=" + m_LastTimestamp;
@@ -66,14 +63,12 @@ Text EvilDB::Update(const Text& ClientKey) noexcept {
             m_IsUpdating = true;
             Text reply;
             const Text error = TheSender().PostRequest(servers, Page, post, reply, {});
-            if (isGone()) return;
             m_IsUpdating = false;
-            TakeReply(error, std::move(reply));
+            if (!m_IsClosed) TakeReply(error, std::move(reply));
         },
         [&](const RuntimeError& error) {
-            if (isGone()) return;
             m_IsUpdating = false;
-            Failure("Malicious Database Update Error: ")(error);
+            if (!m_IsClosed) Failure("Malicious Database Update Error: ")(error);
         });
     return {};
 }

@@ -4,6 +4,7 @@
 #include "base/numbers.h"
 #include "platform/AtomicWrite.h"
 #include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/OpenDialog.h"
 #include "submissions/Blanks.h"
 #include "submissions/SubmissionDB.h"
 
@@ -22,18 +23,6 @@ bool EndsIn(const Text& text, TextView end) {
 }
 
 bool BeginsWithHttp(TextView text) { return LowerCase(Left(text, 4)) == "http"; }
-
-// A dialog of the program is open as long as this lives.
-class OpenDialog {
-public:
-    explicit OpenDialog(App& app) : m_App(app) { m_App.ModalDialogOpen = true; }
-    OpenDialog(const OpenDialog&) = delete;
-    OpenDialog& operator=(const OpenDialog&) = delete;
-    ~OpenDialog() { m_App.ModalDialogOpen = false; }
-
-private:
-    App& m_App;
-};
 
 }  // namespace
 

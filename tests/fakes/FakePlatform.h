@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <set>
+#include <utility>
 
 #include "fakes/FakeFiles.h"
 #include "shell/helpers/App.h"
@@ -47,9 +48,13 @@ class FakeDialogs : public Dialogs {
 public:
     std::int32_t ShowMessage(const Text& prompt, std::int32_t buttons, const Text& title) override {
         Shown.push_back(std::to_string(buttons) + "|" + title + "|" + prompt);
+        // Once: what it does may show a message itself.
+        if (const auto meanwhile = std::exchange(Meanwhile, nullptr)) meanwhile();
         return Answer;
     }
     std::vector<Text> Shown;
+    // Happens while the next message is open.
+    std::function<void()> Meanwhile;
     std::int32_t Answer = 1;
 };
 

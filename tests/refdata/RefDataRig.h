@@ -36,7 +36,7 @@ struct RefDataRig {
 
     void MakeSettings() {
         Program.Settings =
-            std::make_unique<xmlINI>(xmlINI::Surroundings{System.Files, System.Clock, System.Dialogs, {}, "Trawlbeam"});
+            std::make_shared<xmlINI>(xmlINI::Surroundings{System.Files, System.Clock, System.Dialogs, {}, "Trawlbeam"});
     }
     // Puts a global with the service's server into the settings, as the defaults data do.
     void AddService(const Text& name) {

@@ -34,7 +34,7 @@ struct UpdateRig : RefDataRig {
             "<E NAME='GetUpdatesSVR'><Server WEIGHT='1' ACTIVE='Y'>http://g</Server></E></SERVERS>");
         Program.Settings->ReplaceGlobals("SERVERS", servers.Root());
         Program.Settings->LoadINI("/app/Trawlbeam.ini");
-        Program.Components = std::make_unique<ComponentList>();
+        Program.Components = std::make_shared<ComponentList>();
         for (const Text name : {"tbXML.dll", "tbUpdater.exe"}) {
             Place("/app/" + name, "old " + name);
             System.Versions.Versions["/app/" + name]["FileVersion"] = "1.0.0";

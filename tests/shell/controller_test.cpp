@@ -3,6 +3,7 @@
 
 #include "fakes/RecordedLog.h"
 #include "shell/ShellRig.h"
+#include "shell/helpers/GeneralHelpers.h"
 
 namespace tb {
 namespace {
@@ -176,12 +177,18 @@ TEST_F(ControllerWindowTest, TrayCommandsActOrSayWhichWindowIsMissing) {
     m_Rig->Services.HasWindows = true;
     Controller().MenuClick("trawldrop");
     EXPECT_EQ(Controller().SysTray()->MenuItem(9)->Caption(), "Show Trawlbeam &DropZone");
-    // A double click waits until a dialog is closed.
-    for (const bool isOpen : {true, false}) {
-        m_Rig->Program.ModalDialogOpen = isOpen;
+    // A double click waits until the last of several messages is closed.
+    const auto opens = [&] {
         Controller().SysTray()->SysTrayDoubleClick.Raise(1);
-        EXPECT_EQ(m_Rig->Services.Take().empty(), isOpen);
-    }
+        return !m_Rig->Services.Take().empty();
+    };
+    m_Rig->System.Dialogs.Meanwhile = [&] {
+        EXPECT_FALSE(opens());
+        ShowMessage(m_Rig->Program, "above it", 0);
+        EXPECT_FALSE(opens());
+    };
+    ShowMessage(m_Rig->Program, "below", 0);
+    EXPECT_TRUE(opens());
 }
 
 TEST_F(ControllerWindowTest, ExitAsksAndNoKeepsTheProgramRunning) {
@@ -234,6 +241,43 @@ TEST_F(ControllerWindowTest, TheFrameClosesNothingAndTheSessionEndAsksNothing) {
     EXPECT_EQ(m_Rig->System.Pump.Slept, 500);
     EXPECT_EQ(m_Rig->System.Pump.Pumped, 10);
     EXPECT_EQ(m_Rig->System.TakeLog().front(), " D 25000 frmController QueryUnload, CanExit: False Count: 1");
+}
+
+// Whatever serves messages can end the program, and what called goes on in it afterwards.
+TEST_F(ControllerWindowTest, AnExitInsideAMessageOrAWaitLeavesWhatIsRunningWhole) {
+    const auto end = [this] {
+        m_Rig->System.Dialogs.Answer = 6;
+        Controller().MenuClick("exit");
+        Controller().Unload(UnloadMode::Session);
+        EXPECT_EQ(m_Rig->Program.Settings, nullptr);
+    };
+    const Text often = ShellRig::Section("Timers", "EVILDB_INTERVAL", "0");
+    Run(often);
+    m_Rig->System.Dialogs.Meanwhile = end;
+    Text reply = "old";
+    Controller().CheckEvil({"1", "Nope", "x"}, reply);
+    EXPECT_EQ(reply, "");
+    EXPECT_EQ(m_Rig->System.TakeLog(), (Lines{"   Trawlbeam Shutdown 1.0.0", " D Checking:  ()"}))
+        << "it came to its end";
+    Controller().CheckEvil({"1", "Check", "http://x/"}, reply);
+    EXPECT_EQ(m_Rig->System.TakeLog().back(), "   CheckEvil error: 91 Object variable or With block variable not set");
+    // In the wait of an update, inside the message of a request.
+    Run(often);
+    m_Rig->System.Dialogs.Meanwhile = [this] { Controller().tmUpdate.Tick(); };
+    m_Rig->Services.OnUpdate = end;
+    Controller().CheckEvil({"1", "Nope", "x"}, reply);
+    EXPECT_FALSE(Controller().IsLoaded());
+    EXPECT_FALSE(Controller().tmUpdate.Enabled());
+    // Settings that cannot be saved: the message comes while they are being saved for the last time.
+    Run();
+    m_Rig->System.Files.FailAt(1, ErrorNumber::DiskFull, true);
+    m_Rig->System.Dialogs.Meanwhile = [&] {
+        Controller().Unload(UnloadMode::Session);
+        m_Rig->Program.Settings.reset();
+    };
+    Controller().Unload(UnloadMode::Session);
+    EXPECT_EQ(m_Rig->System.Dialogs.Shown.size(), 1U);
+    EXPECT_TRUE(m_Rig->Windows.Loaded().empty());
 }
 
 }  // namespace

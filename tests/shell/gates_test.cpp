@@ -18,8 +18,8 @@ constexpr const char* Untold = " cannot continue until pending updates are insta
 struct GatesRig {
     GatesRig() {
         Program.Settings =
-            std::make_unique<xmlINI>(xmlINI::Surroundings{System.Files, System.Clock, System.Dialogs, {}, "Trawlbeam"});
-        Program.Components = std::make_unique<ComponentList>();
+            std::make_shared<xmlINI>(xmlINI::Surroundings{System.Files, System.Clock, System.Dialogs, {}, "Trawlbeam"});
+        Program.Components = std::make_shared<ComponentList>();
         System.Files.Folders.insert({"/app/Updates", "C:\\windows\\"});
     }
     void MakePending() { System.Files.Contents["/app/Updates/updates.xml"]; }

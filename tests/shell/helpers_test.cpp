@@ -19,7 +19,7 @@ namespace {
 class HelpersTest : public ::testing::Test {
 protected:
     HelpersTest() {
-        m_App.Settings = std::make_unique<xmlINI>(
+        m_App.Settings = std::make_shared<xmlINI>(
             xmlINI::Surroundings{m_System.Files, m_System.Clock, m_System.Dialogs, {}, "Trawlbeam"});
     }
     void Set(const Text& section, const Text& key, const Text& value) {
@@ -132,7 +132,7 @@ TEST_F(HelpersTest, MemoryIsTrimmedToTheLimitsUnlessBothAreNought) {
 TEST_F(HelpersTest, ComponentsAreOutOfDateByVersionElseByDate) {
     const Date date(CivilDate{2026, 1, 2, 3, 4, 5});
     EXPECT_TRUE(IsComponentOutOfDate(m_App, "a.dll", "1.0.0", date)) << "it is not there";
-    m_App.Components = std::make_unique<ComponentList>();
+    m_App.Components = std::make_shared<ComponentList>();
     for (const Text& name : {Text("a.dll"), Text("b.chm"), Text("c.bin")})
         m_System.Files.Contents["/app/" + name] = "x";
     m_App.Components->Add({"A.dll", "", "1.0.0", date, date, true, false});

@@ -14,7 +14,7 @@ class LogTest : public ::testing::Test {
 protected:
     LogTest() { m_App.SessionId = 48213; }
     void MakeSettings(const Text& debugSwitch = "0") {
-        m_App.Settings = std::make_unique<xmlINI>(
+        m_App.Settings = std::make_shared<xmlINI>(
             xmlINI::Surroundings{m_System.Files, m_System.Clock, m_System.Dialogs, {}, "Trawlbeam"});
         m_App.Settings->WriteXMLString("Main", DebugSwitch(), debugSwitch);
     }

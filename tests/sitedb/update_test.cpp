@@ -169,13 +169,15 @@ TEST(Update, AnswersChecksWhileItWaitsAndNeverStartsTwice) {
     for (const bool fails : {false, true}) {
         rig.Renew();
         rig.Web.Meanwhile = [&](const FakeWeb::Request&) {
-            EvilDB* const gone = rig.DB.release();
-            delete gone;
+            rig.DB->Close();
             if (fails) throw RuntimeError(1, "x");
         };
-        EvilDB& list = *rig.DB;
-        EXPECT_EQ(list.Update("A-1"), "");
+        rig.Frame("202611210903\n1\n");
+        EXPECT_EQ(rig.DB->Update("A-1"), "");
         EXPECT_EQ(rig.Log.Take(), Lines{});
+        rig.Web.Meanwhile = nullptr;
+        rig.DB->Update("A-1");
+        EXPECT_EQ(rig.Log.Take(), Lines{}) << "nor does a later one";
     }
 }
 

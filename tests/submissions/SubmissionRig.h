@@ -84,7 +84,7 @@ struct SubmissionRig {
     SubmissionRig() {
         System.Files.Folders.insert({"/app/Data/InProcess", "/app/Data/InProcess/Error"});
         Program.Settings =
-            std::make_unique<xmlINI>(xmlINI::Surroundings{System.Files, System.Clock, System.Dialogs, {}, "Trawlbeam"});
+            std::make_shared<xmlINI>(xmlINI::Surroundings{System.Files, System.Clock, System.Dialogs, {}, "Trawlbeam"});
         const auto global = [&](const Text& name, const Text& xml) {
             Program.Settings->SetGlobals(name, ParseXml(xml));
         };

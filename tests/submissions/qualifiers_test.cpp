@@ -18,7 +18,7 @@ struct DialogRig : SubmissionRig {
 TEST(Qualifiers, ShowsTheCategoriesButTheGeneralOne) {
     DialogRig rig;
     rig.Qualifiers.Meanwhile = [&](QualifiersDialog& dialog) {
-        EXPECT_TRUE(rig.Program.ModalDialogOpen);
+        EXPECT_TRUE(rig.Program.ModalDialogOpen());
         ASSERT_EQ(dialog.Categories().size(), 2U);
         const QualifiersDialog::Category& first = dialog.Categories()[0];
         EXPECT_EQ(first.Name + first.Caption + first.ToolTip + first.Tag, "optCat0BankBank spoof2");
@@ -29,7 +29,7 @@ TEST(Qualifiers, ShowsTheCategoriesButTheGeneralOne) {
         EXPECT_FALSE(dialog.Confidences()[3].Selected);
     };
     rig.DropMail("H\r\n\r\nB");
-    EXPECT_FALSE(rig.Program.ModalDialogOpen);
+    EXPECT_FALSE(rig.Program.ModalDialogOpen());
     EXPECT_EQ(rig.Queued("0.E"), " 2 , 0 ,");
     EXPECT_EQ(rig.Answers(), "2 0 1234.5 60");
     rig.Qualifiers.Meanwhile = nullptr;
@@ -80,7 +80,7 @@ TEST(Qualifiers, NeedsNoReferenceDataAndMindsABadPlace) {
     rig.Program.Settings->WriteXMLString("SubCat", "LastTop", "high");
     rig.DB->SubmitEvilURL("http://b.example");
     EXPECT_EQ(rig.TakeShown().back(), "64|URL Submission|Canceling submission at user request");
-    EXPECT_FALSE(rig.Program.ModalDialogOpen);
+    EXPECT_FALSE(rig.Program.ModalDialogOpen());
 }
 
 }  // namespace

@@ -146,7 +146,7 @@ TEST(StartOfTheProgram, TheSecondInstanceWaitsWakesAndEnds) {
     EXPECT_EQ(WithoutSession(folder.Log()),
               waiting + "   Trawlbeam CheckNameAndPreviousInstance - App.PrevInstance, send TBWAKEUP\n" +
                   StopAt("CheckNameAndPrevInstance TRUE, exiting"));
-    EXPECT_EQ(WithoutSession(other.Log()), " D There is no window frmMain\n");
+    EXPECT_EQ(WithoutSession(other.Log()), " D There is no window frmTrawlMain\n");
 }
 
 // The strings of the resources 96, of the skin's range, and 101, of the agent's number, as the program file has them:

@@ -72,11 +72,12 @@ public:
     const Platform System;
     const Deployment Product;
 
-    // Null until the start has made it and after the exit has dropped it.
-    std::unique_ptr<xmlINI> Settings;
+    // Null until the start has made it and after the exit has dropped it, which can happen inside any question or wait:
+    // an operation that has one holds what it goes on with.
+    std::shared_ptr<xmlINI> Settings;
     // The root of the skin document; read only.
     ElementPtr SkinRoot;
-    std::unique_ptr<tb::ComponentList> Components;
+    std::shared_ptr<tb::ComponentList> Components;
     std::int32_t SessionId = 0;
     std::int32_t AgentNumber = 0;
     Text HomeURL;
@@ -86,8 +87,9 @@ public:
     bool NeedToUpdate = false;
     // The panel that a double click on the icon opens.
     std::int16_t LastPanel = 0;
-    // A dialog of the program waits for the user.
-    bool ModalDialogOpen = false;
+    // How many messages and dialogs of the program wait for the user, one above the other; see OpenDialog.
+    mutable std::int32_t OpenDialogs = 0;
+    bool ModalDialogOpen() const { return OpenDialogs > 0; }
     // Images of wave files; empty until they are loaded.
     Text ClickSound;
     Text AlertSound;

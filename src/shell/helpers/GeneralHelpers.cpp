@@ -4,6 +4,7 @@
 #include "base/errors.h"
 #include "base/log.h"
 #include "base/numbers.h"
+#include "shell/helpers/OpenDialog.h"
 #include "shell/helpers/SystemInfo.h"
 #include "shell/helpers/Versions.h"
 #include "shell/helpers/cRegistry.h"
@@ -90,6 +91,7 @@ Text GetClientKey(const App& app, bool encoded) {
 }
 
 std::int32_t ShowMessage(const App& app, const Text& prompt, std::int32_t buttons, const Text& title) {
+    const OpenDialog open(app);
     return app.System.Dialogs.ShowMessage(prompt, buttons, title.empty() ? app.Product.ProductName : title);
 }
 

@@ -46,7 +46,8 @@ bool IsTimerEnabled(const App& app, TextView name);
 // The client's identifier that web requests carry, encoded for a form if asked.
 Text GetClientKey(const App& app, bool encoded = false);
 
-// A modal message; an empty title becomes the product's name. The number of the button pressed.
+// A modal message, which counts as an OpenDialog; an empty title becomes the product's name. The number of the button
+// pressed.
 std::int32_t ShowMessage(const App& app, const Text& prompt, std::int32_t buttons, const Text& title = {});
 
 bool ShellOpen(const App& app, const Text& target);
