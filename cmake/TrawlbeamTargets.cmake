@@ -40,10 +40,15 @@ function(tb_program name)
   target_link_libraries(${name} PRIVATE tb_options ${PROGRAM_USES} ${PROGRAM_LINKS})
 endfunction()
 
-# tb_test(NAME SOURCES a_test.cpp ... [USES room ...] [ALONE]): a GoogleTest program whose cases are found by ctest; they
-# run beside others, unless ALONE says that they need the keyboard's focus.
+# tb_test(NAME SOURCES a_test.cpp ... [USES room ...] [ALONE] [WATCHED]): a GoogleTest program whose cases are found by
+# ctest; they run beside others, unless ALONE says that they need the keyboard's focus. WATCHED ones run programs under
+# Wine, which must not meet an access violation even if they survive it.
 function(tb_test name)
-  cmake_parse_arguments(TEST "ALONE" "" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(TEST "ALONE;WATCHED" "" "SOURCES;USES" ${ARGN})
+  set(properties TIMEOUT 120 RUN_SERIAL "${TEST_ALONE}")
+  if(TEST_WATCHED)
+    list(APPEND properties ENVIRONMENT WATCH_EXCEPTIONS=1)
+  endif()
   add_executable(${name} ${TEST_SOURCES})
   list(TRANSFORM TEST_USES PREPEND tb_)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
@@ -51,7 +56,7 @@ function(tb_test name)
   target_compile_options(${name} PRIVATE -O0)
   target_link_libraries(${name} PRIVATE tb_options ${TEST_USES} GTest::gmock GTest::gtest_main)
   gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT 120 RUN_SERIAL "${TEST_ALONE}")
+    PROPERTIES ${properties})
 endfunction()
 
 # What lies in a program folder is built twice: as this version, into bin/, and as the version after it, into bin/next/,

@@ -20,15 +20,16 @@ inline void Serve() {
     }
 }
 
-// The menu of a process that is open, null when there is none.
-inline HWND OpenMenu(DWORD processId) {
-    for (HWND menu = nullptr; (menu = FindWindowExA(nullptr, menu, "#32768", nullptr)) != nullptr;) {
+// The visible top-level window of that class that a process has, null when there is none.
+inline HWND OpenWindow(const char* className, DWORD processId) {
+    for (HWND window = nullptr; (window = FindWindowExA(nullptr, window, className, nullptr)) != nullptr;) {
         DWORD owner = 0;
-        GetWindowThreadProcessId(menu, &owner);
-        if (owner == processId && IsWindowVisible(menu)) return menu;
+        GetWindowThreadProcessId(window, &owner);
+        if (owner == processId && IsWindowVisible(window)) return window;
     }
     return nullptr;
 }
+inline HWND OpenMenu(DWORD processId) { return OpenWindow("#32768", processId); }
 
 // Of a tray window of the calling thread.
 class TrayMenu {

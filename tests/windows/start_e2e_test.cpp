@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <thread>
 
 #include "base/codepage.h"
 #include "platform/win32/Win32Files.h"
@@ -341,16 +342,47 @@ TEST(ExitOfTheProgram, AsksAndWithNoGoesOn) {
     EXPECT_NE(program.Folder().Settings().find("<ELEMENT NAME='AutoUpdate'>1</ELEMENT>"), Text::npos);
 }
 
+// As the system ends it; false where the program forbids that.
+bool EndSession() {
+    const HWND controller = FindWindowA(NormalClasses.Window, "Trawlbeam Controller");
+    if (controller == nullptr || SendMessageA(controller, WM_QUERYENDSESSION, 0, 0) != TRUE) return false;
+    SendMessageA(controller, WM_ENDSESSION, TRUE, 0);
+    return true;
+}
+
 TEST(ExitOfTheProgram, NeitherAsksNorWaitsAtTheEndOfTheSession) {
     RunningProgram program;
     SendMessageA(program.Top(), WM_CLOSE, 0, 0);
     EXPECT_EQ(Ask("Check\thttps://phish.test"), RunningProgram::Blocked) << "the tray's window cannot be closed";
-    const HWND controller = FindWindowA(NormalClasses.Window, "Trawlbeam Controller");
-    ASSERT_NE(controller, nullptr);
-    EXPECT_EQ(SendMessageA(controller, WM_QUERYENDSESSION, 0, 0), TRUE);
-    SendMessageA(controller, WM_ENDSESSION, TRUE, 0);
+    EXPECT_TRUE(EndSession());
     EXPECT_EQ(program.WaitForEnd(), 0U);
     EXPECT_NE(program.Folder().Settings().find("AutoUpdate"), Text::npos);
+}
+
+TEST(ExitOfTheProgram, EndsWithTheSessionThoughItsMenuIsOpen) {
+    RunningProgram program;
+    PostMessageA(program.Top(), TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
+    ASSERT_TRUE(Eventually([&] { return OpenMenu(program.ProcessId()) != nullptr; }));
+    EXPECT_TRUE(EndSession());
+    EXPECT_EQ(program.WaitForEnd(), 0U);
+}
+
+// The request goes on in a program that has dropped its list.
+TEST(ExitOfTheProgram, EndsThoughARequestWaitsForItsMessageToBeClosed) {
+    for (const bool session : {true, false}) {
+        RunningProgram program;
+        Text reply = "not yet";
+        std::thread asker([&] { reply = Ask("Nope\tx"); });
+        EXPECT_TRUE(Eventually([&] { return OpenWindow("#32770", program.ProcessId()) != nullptr; }));
+        if (session) {
+            EXPECT_TRUE(EndSession());
+        } else {
+            EXPECT_EQ(RunningProgram::ExitThroughTray(true), 0U);
+        }
+        EXPECT_EQ(program.WaitForEnd(), 0U) << session;
+        asker.join();
+        EXPECT_EQ(reply, "") << session;
+    }
 }
 
 class LifeOfTheProgram : public testing::Test {
