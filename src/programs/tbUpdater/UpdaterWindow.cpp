@@ -106,12 +106,13 @@ void UpdaterWindow::Say(const Text& message) {
 void UpdaterWindow::Progress(int percent) { SendMessageA(m_Bar, PBM_SETPOS, static_cast<WPARAM>(percent), 0); }
 
 void UpdaterWindow::Tell(const Text& message) {
+    // Before there is a button: what follows serves messages of other programs, and one of them may press it.
+    m_IsTelling = true;
     Say(message);
     ShowWindow(m_Bar, SW_HIDE);
     ShowWindow(m_Button, SW_SHOW);
     SetFocus(m_Button);
     SetForegroundWindow(m_Window.Get());
-    m_IsTelling = true;
     SetTimer(m_Window.Get(), UnreadTimer, UnreadMs, nullptr);
     ServeMessagesUntil([this] { return !m_IsTelling; });
     KillTimer(m_Window.Get(), UnreadTimer);
