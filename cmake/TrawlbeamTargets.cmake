@@ -40,12 +40,19 @@ function(tb_program name)
   target_link_libraries(${name} PRIVATE tb_options ${PROGRAM_USES} ${PROGRAM_LINKS})
 endfunction()
 
-# tb_test(NAME SOURCES a_test.cpp ... [USES room ...] [ALONE] [WATCHED]): a GoogleTest program whose cases are found by
-# ctest; they run beside others, unless ALONE says that they need the keyboard's focus. WATCHED ones run programs under
-# Wine, which must not meet an access violation even if they survive it.
+# Seconds after which ctest gives a test up. It only matters when one hangs, for no machine is so slow.
+set(TB_TEST_TIMEOUT 1800)
+
+# tb_test(NAME SOURCES a_test.cpp ... [USES room ...] [ALONE] [ONLY_PROGRAM] [WATCHED]): a GoogleTest program whose cases
+# are found by ctest. They run beside others, unless ALONE says that they need the keyboard's focus; of those with
+# ONLY_PROGRAM, which hold the right to be the one program, one runs at a time, so that none waits for it. WATCHED ones
+# run programs under Wine, which must not meet an access violation even if they survive it.
 function(tb_test name)
-  cmake_parse_arguments(TEST "ALONE;WATCHED" "" "SOURCES;USES" ${ARGN})
-  set(properties TIMEOUT 120 RUN_SERIAL "${TEST_ALONE}")
+  cmake_parse_arguments(TEST "ALONE;ONLY_PROGRAM;WATCHED" "" "SOURCES;USES" ${ARGN})
+  set(properties TIMEOUT ${TB_TEST_TIMEOUT} RUN_SERIAL "${TEST_ALONE}")
+  if(TEST_ONLY_PROGRAM)
+    list(APPEND properties RESOURCE_LOCK only_program)
+  endif()
   if(TEST_WATCHED)
     list(APPEND properties ENVIRONMENT WATCH_EXCEPTIONS=1)
   endif()

@@ -8,6 +8,7 @@
 #include "components/tbBHBridge/ChannelNames.h"
 #include "platform/win32/Win32WindowText.h"
 #include "platform/win32/WindowClass.h"
+#include "windows/Eventually.h"
 #include "windows/OnlyProgram.h"
 
 namespace tb {
@@ -16,8 +17,6 @@ class FakeChannel {
 public:
     // What answers a request; set it before the first one.
     Text Reply = "OK";
-    // How long the program thinks before it answers.
-    std::atomic<DWORD> BusyMs{0};
 
     FakeChannel() : m_Ready(CreateEventA(nullptr, TRUE, FALSE, nullptr)), m_Thread([this] { Run(); }) {
         WaitForSingleObject(m_Ready.Get(), INFINITE);
@@ -25,9 +24,15 @@ public:
     FakeChannel(const FakeChannel&) = delete;
     FakeChannel& operator=(const FakeChannel&) = delete;
     ~FakeChannel() {
+        SetEvent(m_Awake.Get());
         PostThreadMessageA(m_ThreadId, WM_QUIT, 0, 0);
         m_Thread.join();
     }
+
+    // From now on the program does not come to an answer.
+    void Hang() { ResetEvent(m_Awake.Get()); }
+    // Texts that the program is done with.
+    int Handled() const { return m_Handled; }
 
     // The last text that came; read it when its sender is back.
     const Text& Request() const { return m_Request; }
@@ -51,13 +56,16 @@ private:
         auto* const self = WindowObject<FakeChannel>(window, message, lParam);
         if (self == nullptr || message != WM_SETTEXT) return DefWindowProcA(window, message, wParam, lParam);
         self->m_Request = reinterpret_cast<const char*>(lParam);
-        Sleep(self->BusyMs);
+        WaitForSingleObject(self->m_Awake.Get(), DeadlineMs);
         if (self->m_Request != WakeUpText) Win32WindowText().SendText(std::stoi(self->m_Request), self->Reply);
+        ++self->m_Handled;
         return TRUE;
     }
 
     OnlyProgram m_Only;
     OwnedObject m_Ready;
+    OwnedObject m_Awake{CreateEventA(nullptr, TRUE, TRUE, nullptr)};
+    std::atomic<int> m_Handled = 0;
     DWORD m_ThreadId = 0;
     Text m_Request;
     std::thread m_Thread;

@@ -8,6 +8,7 @@
 
 #include "platform/win32/Handle.h"
 #include "platform/win32/Win32Errors.h"
+#include "windows/Eventually.h"
 
 namespace tb {
 
@@ -25,20 +26,23 @@ public:
         }
         m_Process = OwnedObject(made.hProcess);
         m_Id = made.dwProcessId;
-        OwnedObject(made.hThread).Close();
+        m_Thread = OwnedObject(made.hThread);
     }
     ProgramProcess(const ProgramProcess&) = delete;
     ProgramProcess& operator=(const ProgramProcess&) = delete;
     // Ends the process if it still runs.
     ~ProgramProcess() {
         TerminateProcess(m_Process.Get(), 99);
-        WaitForSingleObject(m_Process.Get(), 10000);
+        WaitForSingleObject(m_Process.Get(), DeadlineMs);
     }
 
     HANDLE Handle() const { return m_Process.Get(); }
     DWORD Id() const { return m_Id; }
+    // Stops its first thread wherever that is: what a test sees then does not change under its eyes.
+    void Suspend() const { SuspendThread(m_Thread.Get()); }
+    void Resume() const { ResumeThread(m_Thread.Get()); }
     // The exit status, or STILL_ACTIVE when it has not ended after `milliseconds`.
-    DWORD WaitForEnd(DWORD milliseconds = 10000) const {
+    DWORD WaitForEnd(DWORD milliseconds = DeadlineMs) const {
         WaitForSingleObject(m_Process.Get(), milliseconds);
         DWORD status = STILL_ACTIVE;
         GetExitCodeProcess(m_Process.Get(), &status);
@@ -47,6 +51,7 @@ public:
 
 private:
     OwnedObject m_Process;
+    OwnedObject m_Thread;
     DWORD m_Id = 0;
 };
 

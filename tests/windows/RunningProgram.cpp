@@ -89,7 +89,7 @@ HWND RunningProgram::Top() { return ToHwnd(m_Windows.FindTopLevel(NormalClasses.
 WindowHandle RunningProgram::Box() { return m_Windows.FindChild(ToWindowHandle(Top()), NormalClasses.TextBox); }
 
 DWORD RunningProgram::ExitThroughTray(bool answerYes) {
-    return ProgramProcess(BuiltProgram("tbprobe.exe"), answerYes ? L"--exit" : L"--refuse-exit").WaitForEnd(40000);
+    return ProgramProcess(BuiltProgram("tbprobe.exe"), answerYes ? L"--exit" : L"--refuse-exit").WaitForEnd();
 }
 
 }  // namespace tb

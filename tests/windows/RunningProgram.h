@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/win32/Win32WindowText.h"
+#include "windows/Eventually.h"
 #include "windows/OnlyProgram.h"
 #include "windows/ProgramProcess.h"
 #include "windows/ScratchFolder.h"
@@ -64,16 +65,5 @@ private:
     ProgramProcess m_Process;
     size_t m_ReadyAt = 0;
 };
-
-// Polls until `done`, half a minute at most; whether it came.
-template <typename Condition>
-bool Eventually(Condition done) {
-    const ULONGLONG deadline = GetTickCount64() + 30000;
-    while (!done()) {
-        if (GetTickCount64() > deadline) return false;
-        Sleep(10);
-    }
-    return true;
-}
 
 }  // namespace tb

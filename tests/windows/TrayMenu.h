@@ -8,6 +8,7 @@
 
 #include "base/text.h"
 #include "platform/TrayIcon.h"
+#include "windows/Eventually.h"
 
 namespace tb {
 
@@ -20,16 +21,8 @@ inline void Serve() {
     }
 }
 
-// The visible top-level window of that class that a process has, null when there is none.
-inline HWND OpenWindow(const char* className, DWORD processId) {
-    for (HWND window = nullptr; (window = FindWindowExA(nullptr, window, className, nullptr)) != nullptr;) {
-        DWORD owner = 0;
-        GetWindowThreadProcessId(window, &owner);
-        if (owner == processId && IsWindowVisible(window)) return window;
-    }
-    return nullptr;
-}
-inline HWND OpenMenu(DWORD processId) { return OpenWindow("#32768", processId); }
+// The menu of a process that is open, null when there is none.
+inline HWND OpenMenu(DWORD processId) { return FindWindowOf(processId, "#32768"); }
 
 // Of a tray window of the calling thread.
 class TrayMenu {
@@ -40,7 +33,7 @@ public:
         s_Tray = tray;
         s_Keys = std::move(keys);
         s_Rows.clear();
-        s_Polls = 0;
+        s_Deadline = GetTickCount64() + DeadlineMs;
         const UINT_PTR poll = SetTimer(nullptr, 0, PollMs, &Poll);
         SendMessageA(tray, TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
         KillTimer(nullptr, poll);
@@ -51,12 +44,11 @@ public:
 private:
     static constexpr UINT GetMenuOfWindow = 0x1E1;  // MN_GETHMENU
     static constexpr UINT PollMs = 5;
-    static constexpr int MostPolls = 1000;
 
     // Runs inside the menu's loop.
     static void CALLBACK Poll(HWND, UINT, UINT_PTR, DWORD) {
         const HWND open = OpenMenu(GetCurrentProcessId());
-        if (open == nullptr && ++s_Polls > MostPolls) SendMessageA(s_Tray, WM_CANCELMODE, 0, 0);
+        if (open == nullptr && GetTickCount64() > s_Deadline) SendMessageA(s_Tray, WM_CANCELMODE, 0, 0);
         if (open == nullptr || !s_Rows.empty()) return;
         const HMENU menu = reinterpret_cast<HMENU>(SendMessageA(open, GetMenuOfWindow, 0, 0));
         for (int row = 0; row < GetMenuItemCount(menu); ++row) s_Rows.push_back(Row(menu, static_cast<UINT>(row)));
@@ -78,7 +70,7 @@ private:
     inline static HWND s_Tray = nullptr;
     inline static std::vector<WPARAM> s_Keys;
     inline static std::vector<Text> s_Rows;
-    inline static int s_Polls = 0;
+    inline static ULONGLONG s_Deadline = 0;
 };
 
 }  // namespace tb

@@ -41,7 +41,7 @@ TEST(ComponentFiles, TheSenderWorksAcrossItsBorder) {
     const SenderLibrary senders({[&] { return library.Function(tbSenderFace::Entry); }, "Agent/7", nullptr});
     const ElementPtr servers = ParseXml("<E><Server ACTIVE='Y'>" + server.Url("/base") + "</Server></E>");
     const std::unique_ptr<Sender> sender = senders.MakeSender();
-    sender->Timeout(30000);
+    sender->Timeout(DeadlineMs);
     EXPECT_TRUE(sender->IsOnline());
     Text reply;
     EXPECT_EQ(sender->PostRequest(servers, "page", "body", reply, ""), "");

@@ -6,8 +6,8 @@
 //   --mail FILE       a mail in the Internet's form
 //   --stored FOLDER   a message in stored form, of the files headers, html, rtf and plain there
 //   dragsource --open                               chooses the submissions in the menu of the program's tray icon
-// Prints the result of a
-// drag and its effect. Exits 0 when it was dropped.
+// Prints "pressed" when the mouse button begins a drag, "over" when a window would take it, and the result of a drag
+// and its effect. Exits 0 when it was dropped.
 #include <windows.h>
 
 #include <ole2.h>
@@ -62,6 +62,11 @@ void Offer(OfferedData& data, const Text& kind, const std::wstring& value) {
     }
 }
 
+void Print(const char* line) {
+    std::puts(line);
+    std::fflush(stdout);
+}
+
 // Follows the mouse, or drops as soon as the target under it has seen the drag.
 class Source : public ComObject<IDropSource> {
 public:
@@ -73,6 +78,7 @@ public:
         return (keys & MK_LBUTTON) == 0 ? DRAGDROP_S_DROP : S_OK;
     }
     HRESULT STDMETHODCALLTYPE GiveFeedback(DWORD effect) noexcept override {
+        if (!m_Seen && effect != DROPEFFECT_NONE) Print("over");
         m_Seen = m_Seen || effect != DROPEFFECT_NONE;
         return DRAGDROP_S_USEDEFAULTCURSORS;
     }
@@ -86,8 +92,10 @@ bool Drag(OfferedData& data, bool byItself) {
     const ComPointer<IDropSource> source(new Source(byItself));
     DWORD effect = 0;
     const HRESULT result = DoDragDrop(&data, source.Get(), Allowed, &effect);
-    std::printf("%08lx %lu\n", static_cast<unsigned long>(result), static_cast<unsigned long>(effect));
-    std::fflush(stdout);
+    char line[40];
+    std::snprintf(line, sizeof line, "%08lx %lu", static_cast<unsigned long>(result),
+                  static_cast<unsigned long>(effect));
+    Print(line);
     return result == DRAGDROP_S_DROP && effect != DROPEFFECT_NONE;
 }
 
@@ -97,19 +105,16 @@ int OpenSubmissions() {
     DWORD process = 0;
     if (GetWindowThreadProcessId(tray, &process) == 0) throw RuntimeError(0, "there is no program");
     PostMessageA(tray, TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
-    for (int tries = 0; OpenMenu(process) == nullptr; ++tries, Sleep(20)) {
-        if (tries > 500) throw RuntimeError(0, "the menu did not open");
-    }
+    if (!Eventually([&] { return OpenMenu(process) != nullptr; })) throw RuntimeError(0, "the menu did not open");
     for (const WPARAM key : {VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}) PostMessageA(tray, WM_KEYDOWN, key, 0);
     return 0;
 }
 
 HWND FindTarget(const Text& caption) {
-    for (int tries = 0; tries < 500; ++tries, Sleep(20)) {
-        const HWND window = FindWindowA(nullptr, caption.c_str());
-        if (window != nullptr && IsWindowVisible(window)) return window;
-    }
-    throw RuntimeError(0, "there is no window " + caption);
+    HWND window = nullptr;
+    const auto find = [&] { return IsWindowVisible(window = FindWindowA(nullptr, caption.c_str())) != FALSE; };
+    if (!Eventually(find)) throw RuntimeError(0, "there is no window " + caption);
+    return window;
 }
 
 void PlaceMouse(HWND target) {
@@ -141,6 +146,7 @@ OfferedData* g_Offered = nullptr;
 
 LRESULT CALLBACK Pressed(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_LBUTTONDOWN) {
+        Print("pressed");
         Drag(*g_Offered, false);
         return 0;
     }

@@ -53,8 +53,9 @@ protected:
         timer.SetEnabled(true);
         size_t next = 0;
         timer.TimerEvent.Connect([&] {
+            // The dialog may not have it yet.
             const HWND focused = GetFocus();
-            if (next < keys.size()) PostMessageA(focused, WM_KEYDOWN, keys[next++], 1);
+            if (focused != nullptr && next < keys.size()) PostMessageA(focused, WM_KEYDOWN, keys[next++], 1);
         });
         clock.Load();
         m_SubCat.ShowModal(dialog, {1500, 1500});
@@ -102,10 +103,10 @@ TEST_F(SubmissionWindowsTest, TheDialogIsUsedByKeys) {
     EXPECT_EQ(Press(dialog, {VK_RETURN}), "1 0 3") << "nothing is chosen that the user has not chosen";
 }
 
-// Serves messages until the process that drags ends, half a minute at most; its status.
+// Serves messages until the process that drags ends; its status.
 DWORD Drag(const std::wstring& arguments) {
     const ProgramProcess process(BuiltProgram("dragsource.exe"), arguments);
-    const ULONGLONG deadline = GetTickCount64() + 30000;
+    const ULONGLONG deadline = GetTickCount64() + DeadlineMs;
     while (process.WaitForEnd(0) == STILL_ACTIVE && GetTickCount64() < deadline) {
         ServeWaitingMessages();
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);

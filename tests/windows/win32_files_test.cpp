@@ -5,6 +5,7 @@
 
 #include "platform/files_contract.h"
 #include "platform/win32/Handle.h"
+#include "windows/Eventually.h"
 #include "windows/ScratchFolder.h"
 
 namespace tb {
@@ -42,16 +43,30 @@ protected:
 
 TEST_F(Win32FilesTest, ReplacesAFileThatAScannerHoldsForAMoment) {
     Write("old");
-    OwnedFile held = HoldByAnother();
-    EXPECT_EQ(Raised([&] { Write("new"); }), 70) << "it stays held";
+    {
+        const OwnedFile held = HoldByAnother();
+        EXPECT_EQ(Raised([&] { Write("new"); }), 70) << "it stays held";
+    }
     EXPECT_EQ(ReadWholeFile(m_Files, m_Target), "old");
     EXPECT_EQ(m_Files.List(m_Folder.Path()).size(), 1U);
-    std::thread scanner([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(40));
-        held.Close();
-    });
-    EXPECT_EQ(Raised([&] { Write("new"); }), 0);
-    scanner.join();
+    // For a moment: neither before the first try nor after the last. A busy machine may miss it.
+    const auto made = m_Folder.Path() / "made";
+    using Clock = std::chrono::steady_clock;
+    EXPECT_TRUE(Eventually([&] {
+        m_Files.Append(made, "new");
+        OwnedFile held = HoldByAnother();
+        Clock::time_point released;
+        std::thread scanner([&] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(40));
+            released = Clock::now();
+            held.Close();
+        });
+        const Clock::time_point begun = Clock::now();
+        const std::int32_t error = Raised([&] { m_Files.Replace(made, m_Target); });
+        scanner.join();
+        if (error != 0) m_Files.Delete(made);
+        return error == 0 && released - begun > std::chrono::milliseconds(10);
+    }));
     EXPECT_EQ(ReadWholeFile(m_Files, m_Target), "new");
 }
 
