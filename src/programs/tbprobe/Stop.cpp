@@ -12,8 +12,8 @@ namespace tb {
 namespace {
 
 constexpr DWORD PollMs = 20;
-constexpr DWORD StepMs = 10000;
-constexpr DWORD EndMs = 20000;
+// For each step. It only matters where something is broken, for no machine is so slow.
+constexpr DWORD StepMs = 300000;
 constexpr const char* MenuClass = "#32768";
 constexpr const char* DialogClass = "#32770";
 constexpr const char* Question = "Exit Trawlbeam";
@@ -103,7 +103,7 @@ int ExitThroughTray(const Text& caption, bool answerYes) {
     const HWND box = WaitFor(StepMs, [&] { return target.Find(DialogClass, Question); });
     if (box == nullptr) throw StillRunning{Text("the question \"") + Question + "\" did not come"};
     PostMessageA(box, WM_COMMAND, answerYes ? IDYES : IDNO, 0);
-    if (answerYes) return target.WaitForEnd(EndMs);
+    if (answerYes) return target.WaitForEnd(StepMs);
     const ULONGLONG deadline = GetTickCount64() + StepMs;
     while (IsWindow(box)) {
         if (GetTickCount64() >= deadline) throw StillRunning{"the question stays after No"};
