@@ -17,7 +17,7 @@ GOLDEN = pathlib.Path(__file__).parents[2] / "fuzz/corpus/snapshot/TBDB202611010
 
 
 def run(*words, stdin=b""):
-    done = subprocess.run([TBTOOL, *map(str, words)], input=stdin, capture_output=True, timeout=60)
+    done = subprocess.run([TBTOOL, *map(str, words)], input=stdin, capture_output=True, timeout=300)
     return done.returncode, done.stdout, done.stderr.decode("latin-1")
 
 
@@ -85,7 +85,7 @@ class TbtoolTest(unittest.TestCase):
 
     def make_reference(self, base, table, *words):
         done = subprocess.run([sys.executable, DEPLOYMENT / "make_reference.py", base, self.path / "new", "--addresses",
-                               table, *words], capture_output=True, text=True, timeout=120)
+                               table, *words], capture_output=True, text=True, timeout=300)
         return done.returncode, done.stderr
 
     def test_a_reference_document_is_made_of_a_list_of_addresses(self):
