@@ -29,13 +29,15 @@ function(tb_room name)
   target_link_libraries(tb_${name} PUBLIC tb_options ${ROOM_USES} ${ROOM_LINKS})
 endfunction()
 
-# tb_program(NAME SOURCES main.cpp ... [USES room ...] [LINKS library ...] [WINDOWED])
+# tb_program(NAME SOURCES main.cpp ... [USES room ...] [LINKS library ...] [WINDOWED]): its sources know the version as
+# TRAWLBEAM_VERSION, a string.
 function(tb_program name)
   cmake_parse_arguments(PROGRAM "WINDOWED" "" "SOURCES;USES;LINKS" ${ARGN})
   add_executable(${name} ${PROGRAM_SOURCES})
   if(PROGRAM_WINDOWED)
     set_target_properties(${name} PROPERTIES WIN32_EXECUTABLE ON)
   endif()
+  target_compile_definitions(${name} PRIVATE TRAWLBEAM_VERSION="${PROJECT_VERSION}")
   list(TRANSFORM PROGRAM_USES PREPEND tb_)
   target_link_libraries(${name} PRIVATE tb_options ${PROGRAM_USES} ${PROGRAM_LINKS})
 endfunction()

@@ -125,18 +125,41 @@ TextView WithoutTrailingSlashes(TextView text) {
     return text;
 }
 
-Text Quoted(TextView text, size_t limit) {
+namespace {
+
+bool IsPrintable(char character) { return character >= 0x20 && character < 0x7F; }
+
+Text Hexadecimal(char character) {
     constexpr TextView digits = "0123456789ABCDEF";
+    const auto code = static_cast<std::uint8_t>(character);
+    return {'\\', 'x', digits[code >> 4], digits[code & 15]};
+}
+
+}  // namespace
+
+Text Quoted(TextView text, size_t limit) {
     Text result;
     for (const char character : Left(text, limit)) {
-        const auto code = static_cast<std::uint8_t>(character);
-        if (code >= 0x20 && code < 0x7F && character != '\\') {
+        if (IsPrintable(character) && character != '\\') {
             result += character;
         } else {
-            result += {'\\', 'x', digits[code >> 4], digits[code & 15]};
+            result += Hexadecimal(character);
         }
     }
     return text.size() > limit ? result + "..." : result;
+}
+
+Text Visible(TextView text) {
+    Text result;
+    for (size_t index = 0; index < text.size(); ++index) {
+        const char character = text[index];
+        if (IsPrintable(character) || character == '\n' || character == '\t') {
+            result += character;
+        } else if (character != '\r' || text.substr(index + 1, 1) != "\n") {
+            result += Hexadecimal(character);
+        }
+    }
+    return result;
 }
 
 }  // namespace tb

@@ -50,4 +50,9 @@ TextView WithoutTrailingSlashes(TextView text);
 // the original with "..." behind.
 Text Quoted(TextView text, size_t limit = 64);
 
+// For a terminal, which obeys control characters: line feeds and tabs stay, a carriage return before a line feed goes,
+// every other byte that is no printable ASCII stands as \xHH. A backslash stays, so a text that was quoted stays as it
+// is.
+Text Visible(TextView text);
+
 }  // namespace tb

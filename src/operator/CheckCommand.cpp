@@ -47,7 +47,7 @@ void LoadOverrides(OverDB& overrides, Files& files, const Text& path, const Last
         // A load would make a file that is not there.
         files.OpenForReading(path);
     } catch (const RuntimeError& error) {
-        throw InputError(path + ": " + error.Description);
+        throw UnreadableFile(path, error, "a file of overrides");
     }
     overrides.LoadDB();
     const Text failure = log.Or({});

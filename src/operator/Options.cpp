@@ -25,6 +25,18 @@ Options::Options(const std::vector<Text>& words, const std::vector<Text>& valued
     }
 }
 
+InputError UnreadableFile(const Text& path, const RuntimeError& error, const char* expected) {
+    return InputError(path + ": " + error.Description + "; " + expected + " is expected");
+}
+
+Text ReadInputFile(Files& files, const Text& path, const char* expected) {
+    try {
+        return ReadWholeFile(files, path);
+    } catch (const RuntimeError& error) {
+        throw UnreadableFile(path, error, expected);
+    }
+}
+
 const Text& Options::Require(const Text& name) const {
     const auto found = m_Values.find(name);
     if (found == m_Values.end()) throw UsageError(name + " is missing");

@@ -5,7 +5,8 @@
 #include <stdexcept>
 #include <vector>
 
-#include "base/text.h"
+#include "base/errors.h"
+#include "platform/Files.h"
 
 namespace tb {
 
@@ -18,6 +19,11 @@ class UsageError : public std::runtime_error {
 class InputError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
+
+// The InputError of a file that cannot be read: `expected` says what it should be, "a list of sites" for one.
+InputError UnreadableFile(const Text& path, const RuntimeError& error, const char* expected);
+// The whole file, or that error.
+Text ReadInputFile(Files& files, const Text& path, const char* expected);
 
 // What follows a command: options with a value, flags, and other words.
 class Options {

@@ -38,7 +38,7 @@ ReferenceFile::ReferenceFile(Files& files, const Text& path) : m_Path(path) {
     try {
         m_Root = Parse(Unframed(ReadWholeFile(files, path)));
     } catch (const RuntimeError& error) {
-        throw InputError(path + ": " + error.Description);
+        throw UnreadableFile(path, error, "a reference document");
     } catch (const InputError& error) {
         throw InputError(path + ": " + error.what());
     }

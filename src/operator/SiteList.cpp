@@ -1,25 +1,12 @@
 #include "operator/SiteList.h"
 
-#include "base/errors.h"
 #include "operator/Options.h"
 
 namespace tb {
 
-namespace {
-
-Text ReadList(Files& files, const Text& path) {
-    try {
-        return ReadWholeFile(files, path);
-    } catch (const RuntimeError& error) {
-        throw InputError(path + ": " + error.Description);
-    }
-}
-
-}  // namespace
-
 void ForEachSiteLine(Files& files, const Text& path,
                      const std::function<void(size_t number, const std::vector<Text>& fields)>& take) {
-    const Text content = ReadList(files, path);
+    const Text content = ReadInputFile(files, path, "a list of sites");
     size_t number = 0;
     for (TextView line : SplitViews(content, '\n')) {
         ++number;

@@ -75,7 +75,7 @@ void SnapshotShowCommand(const std::vector<Text>& words) {
     try {
         WriteStandardOutput(Describe(*files.OpenForReading(words.front())));
     } catch (const RuntimeError& error) {
-        throw InputError(words.front() + ": " + error.Description);
+        throw UnreadableFile(words.front(), error, "a snapshot");
     } catch (const InputError& error) {
         throw InputError(words.front() + ": " + error.what());
     }

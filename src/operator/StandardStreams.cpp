@@ -48,6 +48,9 @@ Text ReadStandardInput() {
 }
 
 void WriteStandardOutput(TextView bytes) {
+    static const bool isTerminal = ::isatty(STDOUT_FILENO) != 0;
+    Text visible;
+    if (isTerminal) bytes = visible = Visible(bytes);
     if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) != bytes.size()) {
         throw InputError("cannot write to standard output");
     }

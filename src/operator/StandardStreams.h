@@ -32,7 +32,9 @@ private:
 // All of standard input. Raises an InputError.
 Text ReadStandardInput();
 
-// Buffered; raises an InputError when the reader is gone or the disk is full.
+// Buffered; raises an InputError when the reader is gone or the disk is full. A file or another program gets the bytes
+// as they are. A terminal gets them Visible, so that what others have written (a mail, an entry of a list) cannot steer
+// it.
 void WriteStandardOutput(TextView bytes);
 void FlushStandardOutput();
 

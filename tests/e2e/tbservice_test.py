@@ -6,6 +6,8 @@ state or the new one after every end.
 """
 
 import base64
+import contextlib
+import os
 import pathlib
 import re
 import signal
@@ -147,6 +149,60 @@ class TbserviceTest(unittest.TestCase):
             victim.wait()
             self.assertRegex(self.succeed("status"), r"^sites: (1200|31200)\n")
 
+    def on_a_terminal(self, *words):
+        """What a terminal gets to see, its own line ends taken out."""
+        mine, its = os.openpty()
+        with subprocess.Popen([TBSERVICE, "--data", self.data, *words], stdout=its, stderr=its) as process:
+            os.close(its)
+            shown = b""
+            with contextlib.suppress(OSError):
+                while piece := os.read(mine, 65536):
+                    shown += piece
+        os.close(mine)
+        self.assertEqual(process.returncode, 0)
+        return shown.replace(b"\r\n", b"\n")
+
+    def test_what_people_send_cannot_steer_a_terminal(self):
+        _, port, _ = self.serve("--port", "0")
+        # A sequence that sets the title of a window, its short form, what clears a line, bytes of no character.
+        hostile = "a\x1b]0;x\x07b\x9b2Jc\rd\x7f\xc2\x9d\x00\xff\\e"
+        headers, body = f"Subject: {hostile}\r\nX: y", f"\t{hostile}\r\nhttp://evil.example/{hostile}\n".encode("latin-1")
+        self.post(port, "SubmitEmail", TRN="EML", From=hostile, Subject=hostile, Header=headers, Body64=base64.b64encode(body))
+        self.post(port, "SubmitURL", TRN="URL", Visible_URL="http://bad.example/" + hostile, Main_URL=hostile, Key=hostile)
+        form = urllib.parse.urlencode({"Key": hostile, "AppVer": hostile}, encoding="latin-1").encode()
+        urllib.request.urlopen(f"http://127.0.0.1:{port}/Versions.aspx", form, 20).close()
+        deadline = time.monotonic() + 20
+        while "version reports: 1" not in self.succeed("status") and time.monotonic() < deadline:
+            time.sleep(0.05)
+        shown = {}
+        for words in [("submissions", "list"), ("submissions", "show", "1-1"), ("submissions", "show", "--fields", "1-1"),
+                      ("submissions", "show", "1-2"), ("status",), ("submissions", "judge", "1-1", "2", "2", "--publish"),
+                      ("submissions", "judge", "1-2", "2", "2", "--publish")]:
+            shown[words] = self.on_a_terminal(*words)
+            self.assertNotRegex(shown[words], rb"[^\t\n\x20-\x7e]", words)
+        visible = rb"a\x1B]0;x\x07b\x9B2Jc\x0Dd\x7F\xC2\x9D\x00\xFF"
+        for words in list(shown)[:5]:
+            self.assertIn(visible, shown[words], words)
+        self.assertIn(b"Subject: " + visible + b"\\e\nX: y\n\n\t" + visible, shown["submissions", "show", "1-1"])
+
+    def test_help_and_version(self):
+        for words in [[], ["serve"], ["sites"], ["publish", "update"], ["submissions", "judge"]]:
+            for before in [[], ["--data", str(self.data)]]:
+                done = subprocess.run([TBSERVICE, *before, *words, "--help"], capture_output=True, text=True)
+                self.assertEqual((done.returncode, done.stderr), (0, ""))
+                self.assertRegex(done.stdout, "^usage: tbservice --data DIR " + " ".join(words))
+                if len(words) != 1 or words[0] != "sites":
+                    done = subprocess.run([TBSERVICE, *before, *words, "--version"], capture_output=True, text=True)
+                    self.assertEqual((done.returncode, done.stderr), (0, ""))
+                    self.assertRegex(done.stdout, r"^tbservice \d+\.\d+\.\d+\n$")
+        for words, message in [(["serve", "--prot", "1"], "unknown option --prot"), (["publish", "refrence", "x"], "refrence"),
+                               (["sites"], "second word"), (["status", "x"], "unexpected x"), ([], "no command")]:
+            status, output, errors = self.command(*words)
+            self.assertEqual((status, output), (2, ""))
+            self.assertIn(message, errors.splitlines()[0])
+            self.assertIn("usage: tbservice --data DIR " + " ".join(words[:1]), errors)
+        self.assertFalse(self.data.exists())
+
     def test_broken_input_gets_one_line_and_changes_nothing(self):
         self.succeed("sites", "import", self.file("good", b"http://a.example\t2\tv\n"))
         self.succeed("publish", "defaults", self.file("good.xml", b"<D/>"))
@@ -155,7 +211,9 @@ class TbserviceTest(unittest.TestCase):
         cases = [(["sites", "import", self.file("two", good + b"http://a.example\t2\n")], "line 2: 2 fields"),
                  (["sites", "import", self.file("host", good + b"\nhttp:///x\t2\tv\n")], "line 3: no host"),
                  (["sites", "import", self.file("text", good + b"http://a.example\ttwo\tv\n")], "line 2: the category"),
-                 (["sites", "import", self.path / "absent"], "File not found"),
+                 (["sites", "import", self.path / "absent"], "/absent: File not found; a list of sites is expected"),
+                 (["publish", "reference", self.path / "absent"], "/absent: File not found; an XML document is expected"),
+                 (["publish", "update", self.path / "absent", "--version", "1"], "/absent: no such folder"),
                  (["publish", "defaults", self.file("broken.xml", b"<D>\n<E></D>")], "XML line 2"),
                  (["publish", "defaults", self.file("noname.xml", b"<D><TIMERS/></D>")], "no NAME"),
                  (["publish", "reference", self.path / "good.xml"], "<CATEGORIES>"),

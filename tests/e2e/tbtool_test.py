@@ -125,12 +125,30 @@ class TbtoolTest(unittest.TestCase):
             b"202611010000\t5\tA11815E4\nhttp://www.evil.example\t9\tx\nhttps://evil.example\t2\t\n"
             b"http://evil.example\tnone\tx\nhttp://a.example\t2\t11/01/2026\nhttp://b.example/x%2fy\t1\t11/02/2026\n"))
 
+    def test_help_and_version(self):
+        commands = ["check", "score", "frame", "unframe", "snapshot save", "snapshot show", "keygen", "manifest", "sign"]
+        for command in ["", *commands]:
+            status, output, errors = run(*command.split(), "--help")
+            self.assertEqual((status, errors), (0, ""))
+            self.assertTrue(output.startswith(b"usage: tbtool " + command.encode()), output)
+            status, output, errors = run(*command.split(), "--version")
+            self.assertEqual((status, errors), (0, ""))
+            self.assertRegex(output, rb"^tbtool \d+\.\d+\.\d+\n$")
+        self.assertEqual([line.split()[0] for line in run("snapshot", "--help")[1].decode().splitlines() if line[0] == "u"],
+                         ["usage:"] * 2)
+        for words, message in [(["check", "--lost"], "unknown option --lost"), (["snapshot", "shoe"], "command snapshot shoe"),
+                               (["chek"], "unknown command chek"), (["manifest", "x", "--version"], "--version needs a value")]:
+            status, output, errors = run(*words)
+            self.assertEqual((status, output), (2, b""))
+            self.assertIn(message, errors.splitlines()[0])
+            self.assertIn("usage: tbtool", errors)
+
     def test_broken_lists_and_snapshots_get_one_line(self):
         good = GOLDEN.read_bytes()
         requests = b"1\tCheck\thttp://a.example\n"
         for content, words in [(b"http://a.example\t2\n", "line 1"), (b"http://a.example\t2\tv\n\nx\ty\tz\tq\n", "line 3")]:
             self.assert_one_line(run("check", "--list", self.file("list", content), stdin=requests), words)
-        self.assert_one_line(run("check", "--list", self.path / "absent", stdin=requests), "File not found")
+        self.assert_one_line(run("check", "--list", self.path / "absent", stdin=requests), "/absent: File not found; a list of sites")
         self.assert_one_line(run("check", "--list", self.path, stdin=requests), str(self.path))
         for name, content in {"short": good[:-1], "empty": b"", "damaged": good[:-1] + b"\xff"}.items():
             path = self.file(name, content)

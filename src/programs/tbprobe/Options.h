@@ -9,7 +9,7 @@
 namespace tb {
 
 struct ProbeOptions {
-    enum class Action { Requests, Time, Wait, Close, Exit, RefuseExit };
+    enum class Action { Requests, Time, Wait, Close, Exit, RefuseExit, Help, Version };
     Action What = Action::Requests;
     Text Caption = ChannelCaption;
     // Time: requests in all, for each window; the other window's caption, or none; blocks for each window.
@@ -21,7 +21,8 @@ struct ProbeOptions {
     std::int32_t Seconds = 0;
 };
 
-// Error 5 for a word that is not known or out of place, 13 or 6 for a number that is none.
+// Error 5 for a word that is not known or out of place, for an option without its value and for a number that is none;
+// its description says which.
 ProbeOptions ParseProbeOptions(const std::vector<Text>& words);
 
 }  // namespace tb

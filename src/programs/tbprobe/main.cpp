@@ -24,6 +24,7 @@ constexpr const char* Usage = R"(usage: tbprobe [--caption TEXT] [WHAT]
   --refuse-exit       the same, but answers No; the program goes on
   --close             asks the window to close, which ends servers of measurements, and waits for the end
   --caption TEXT      talks to the window of that caption instead of to the program's own
+  --help, --version   prints this, or the version
 Exit status: 0 done, 1 wrong command line or a failure, 2 no channel.
 )";
 
@@ -63,6 +64,8 @@ int Run(const tb::ProbeOptions& options) {
     case Action::Close: return Ended(tb::CloseServer(options.Caption));
     case Action::Exit: return Ended(tb::ExitThroughTray(options.Caption, true));
     case Action::RefuseExit: return tb::ExitThroughTray(options.Caption, false);
+    case Action::Help: std::fputs(Usage, stdout); break;
+    case Action::Version: std::puts("tbprobe " TRAWLBEAM_VERSION); break;
     }
     return 0;
 }
@@ -75,8 +78,8 @@ int main(int argc, char** argv) {
     tb::ProbeOptions options;
     try {
         options = tb::ParseProbeOptions({argv + 1, argv + argc});
-    } catch (const tb::RuntimeError&) {
-        std::fputs(Usage, stderr);
+    } catch (const tb::RuntimeError& error) {
+        std::fprintf(stderr, "tbprobe: %s\n%s", error.what(), Usage);
         return 1;
     }
     try {

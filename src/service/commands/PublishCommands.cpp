@@ -1,6 +1,5 @@
 #include <cstdio>
 
-#include "base/errors.h"
 #include "operator/Options.h"
 #include "platform/posix/PosixFiles.h"
 #include "service/commands/ServiceCommands.h"
@@ -17,16 +16,14 @@ void Publish(const std::filesystem::path& folder, const Words& words, TextView n
     const Options options(words, {});
     if (options.Words().size() != 1) throw UsageError("publish takes one file");
     const Text& path = options.Words().front();
+    PosixFiles files;
+    const Text xml = ReadInputFile(files, path, "an XML document");
     try {
-        PosixFiles files;
-        const Text xml = ReadWholeFile(files, path);
         ServiceStore store(folder, Database::Opening::OrNew);
         Documents documents(store);
         const StoredDocument document = (documents.*publish)(xml);
         std::printf("published %s, version %s, %zu bytes\n", Text(name).c_str(), Quoted(document.Version).c_str(),
                     document.Framed.size());
-    } catch (const RuntimeError& error) {
-        throw InputError(path + ": " + error.Description);
     } catch (const DocumentError& error) {
         throw InputError(path + ": " + error.what());
     }

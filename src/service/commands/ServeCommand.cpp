@@ -24,7 +24,7 @@ class ErrorLog : public LogSink {
 public:
     void WriteLog(const Text& message, LogLevel level) noexcept override {
         if (level != LogLevel::Always) return;
-        Trap([&] { std::fputs((FormatDateTime(SystemClock().Now()) + " " + message + "\n").c_str(), stderr); },
+        Trap([&] { std::fputs(Visible(FormatDateTime(SystemClock().Now()) + " " + message + "\n").c_str(), stderr); },
              [](const RuntimeError&) {});
     }
 };

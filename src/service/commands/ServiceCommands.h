@@ -5,13 +5,10 @@
 #pragma once
 
 #include <filesystem>
-#include <vector>
 
-#include "base/text.h"
+#include "operator/CommandLine.h"
 
 namespace tb {
-
-using Words = std::vector<Text>;
 
 // Answers clients until the process is asked to end (SIGTERM, SIGINT).
 void ServeCommand(const std::filesystem::path& folder, const Words& words);
@@ -26,7 +23,7 @@ void PublishUpdateCommand(const std::filesystem::path& folder, const Words& word
 
 // Prints a line for each: identifier, kind, status, disposition, moment, and subject or URL, with tabs between them.
 void ListSubmissionsCommand(const std::filesystem::path& folder, const Words& words);
-// Prints a mail byte for byte as its parts were posted, or the fields of a URL.
+// Prints a mail byte for byte as its parts were posted, though Visible on a terminal, or the fields of a URL.
 void ShowSubmissionCommand(const std::filesystem::path& folder, const Words& words);
 // Publishes the submission's URLs first, if asked to, then keeps the judgement: after an end in between it can be given
 // again.
@@ -34,8 +31,7 @@ void JudgeSubmissionCommand(const std::filesystem::path& folder, const Words& wo
 
 void StatusCommand(const std::filesystem::path& folder, const Words& words);
 
-// The whole program: its exit status, 0 done, 1 broken input or a failure (one line on standard error), 2 wrong command
-// line. `words` are those behind the program's name.
-int RunService(Words words);
+// The whole program: its exit status, as RunCommandLine tells it. `words` are those behind the program's name.
+int RunService(Words words, const Text& version);
 
 }  // namespace tb

@@ -2,6 +2,7 @@
 
 #include "operator/Options.h"
 #include "operator/SiteList.h"
+#include "operator/StandardStreams.h"
 #include "platform/posix/PosixFiles.h"
 #include "service/commands/ServiceCommands.h"
 #include "service/store/ServiceStore.h"
@@ -47,7 +48,7 @@ void RemoveSiteCommand(const std::filesystem::path& folder, const Words& words) 
     ServiceStore store(folder, Database::Opening::Existing);
     const std::vector<Text> removed = SiteHistory(store).Remove(SiteUrlsOf(url));
     if (removed.empty()) throw InputError(Quoted(url) + " is not listed");
-    for (const Text& gone : removed) std::printf("removed %s\n", gone.c_str());
+    for (const Text& gone : removed) WriteStandardOutput("removed " + gone + "\n");
 }
 
 }  // namespace tb

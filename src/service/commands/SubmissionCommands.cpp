@@ -2,6 +2,7 @@
 
 #include "base/errors.h"
 #include "operator/Options.h"
+#include "operator/StandardStreams.h"
 #include "service/commands/ServiceCommands.h"
 #include "service/mail/MailTexts.h"
 #include "service/mail/UrlScan.h"
@@ -72,7 +73,7 @@ std::vector<Site> SitesIn(const Submission& submission) {
         try {
             for (Site& site : SitesOf(url, category, FormatDate(SystemUtcNow()))) sites.push_back(std::move(site));
         } catch (const EntryError& error) {
-            std::fprintf(stderr, "tbservice: passed over: %s\n", error.what());
+            WriteStandardError("tbservice", Text("passed over: ") + error.what());
         }
     }
     return sites;
@@ -114,10 +115,7 @@ void ShowSubmissionCommand(const std::filesystem::path& folder, const Words& wor
     if (submission.What == Submission::Kind::Url || options.Has("--fields")) {
         return PrintFields(number, submission, submissions.JudgementOf(number).value_or(Judgement()));
     }
-    const Text mail = submission.Head + "\r\n\r\n" + submission.Content;
-    if (std::fwrite(mail.data(), 1, mail.size(), stdout) != mail.size() || std::fflush(stdout) != 0) {
-        throw InputError("the mail cannot be written out");
-    }
+    WriteStandardOutput(submission.Head + "\r\n\r\n" + submission.Content);
 }
 
 void JudgeSubmissionCommand(const std::filesystem::path& folder, const Words& words) {

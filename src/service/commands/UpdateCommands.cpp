@@ -2,6 +2,7 @@
 
 #include "base/errors.h"
 #include "operator/Options.h"
+#include "operator/StandardStreams.h"
 #include "platform/posix/PosixFiles.h"
 #include "refdata/manifest/SignedManifest.h"
 #include "service/commands/ServiceCommands.h"
@@ -25,7 +26,7 @@ Text ReadTestName(const Text& name) {
 }
 
 void CheckSignature(Files& files, const Element& manifest, const Text& signature, const Text& keyFile) {
-    const Text key = ReadP256Text(ReadWholeFile(files, keyFile));
+    const Text key = ReadP256Text(ReadInputFile(files, keyFile, "the public key of \"tbtool keygen\""));
     if (key.empty()) throw InputError(keyFile + ": no public key");
     if (!OpenSslSignatures().VerifyP256(key, Sha256Of(SignedText(manifest)), ReadP256Text(signature))) {
         throw InputError("the manifest is not signed by the key of " + keyFile);
@@ -37,7 +38,7 @@ ElementPtr ReadMade(Files& files, const Release& release, const Options& options
     const Text& path = options.Require("--manifest");
     ElementPtr manifest = ReadManifest(files, path);
     if (files.Exists(path + SignatureSuffix)) {
-        signature = ReadWholeFile(files, path + SignatureSuffix);
+        signature = ReadInputFile(files, path + SignatureSuffix, "the signature of \"tbtool sign\"");
         if (ReadP256Text(signature).empty()) throw InputError(path + SignatureSuffix + ": no signature");
     }
     CheckManifest(*manifest, release.Files, !signature.empty());
@@ -58,9 +59,11 @@ ElementPtr Make(const Release& release, const Options& options, Text& signature)
 void Tell(const PublishedUpdate& update, const Element& manifest, const Release& release) {
     for (const ElementPtr& child : manifest) {
         if (!TakesPart(*child)) continue;
-        std::printf("%s %s\n", child->FindAttributeValue("FILE").c_str(), child->FindAttributeValue("VERSION").c_str());
+        WriteStandardOutput(child->FindAttributeValue("FILE") + " " + child->FindAttributeValue("VERSION") + "\n");
     }
-    if (!release.PassedOver.empty()) std::printf("passed over: %s\n", Join(release.PassedOver, ", ").c_str());
+    if (!release.PassedOver.empty()) {
+        WriteStandardOutput("passed over: " + Join(release.PassedOver, ", ") + "\n");
+    }
     std::printf("published update %d%s, %lld bytes, %s\n", update.Number,
                 update.Test.empty() ? "" : (", test version " + update.Test).c_str(),
                 static_cast<long long>(TotalDownloadSize(manifest)), update.Signature.empty() ? "unsigned" : "signed");

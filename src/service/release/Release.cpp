@@ -81,7 +81,8 @@ void CheckFile(const UpdateFile& told, const ReleaseFile& file, bool isSigned) {
 
 Release ReadRelease(Files& files, const std::filesystem::path& folder) {
     Release release;
-    if (!files.FolderExists(folder)) throw ReleaseError(folder.string() + ": no such folder");
+    if (!files.FolderExists(folder))
+        throw ReleaseError(folder.string() + ": no such folder; the one of the program's files is expected");
     std::vector<std::filesystem::path> names = files.List(folder);
     std::sort(names.begin(), names.end());
     for (const std::filesystem::path& path : names) {
@@ -94,7 +95,11 @@ Release ReadRelease(Files& files, const std::filesystem::path& folder) {
         if (!isAscii || !IsPlainFileName(name)) {
             throw ReleaseError(Quoted(name) + " is no name that clients take for a file");
         }
-        release.Files.push_back({name, ReadWholeFile(files, folder / path), files.Times(folder / path)});
+        try {
+            release.Files.push_back({name, ReadWholeFile(files, folder / path), files.Times(folder / path)});
+        } catch (const RuntimeError& error) {
+            throw ReleaseError((folder / path).string() + ": " + error.Description);
+        }
     }
     if (release.Files.empty()) throw ReleaseError(folder.string() + ": there is nothing to install in it");
     return release;
@@ -151,7 +156,7 @@ ElementPtr ReadManifest(Files& files, const std::filesystem::path& path) {
         document.Load(files, path);
         return document.Root();
     } catch (const RuntimeError& error) {
-        throw ReleaseError(path.string() + ": " + error.Description);
+        throw ReleaseError(path.string() + ": " + error.Description + "; the manifest of an update is expected");
     }
 }
 
