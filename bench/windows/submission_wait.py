@@ -88,6 +88,7 @@ class Queue:
 @contextlib.contextmanager
 def service(folder):
     command = [native("TBSERVICE", "tbservice"), "--data", folder]
+    subprocess.run([*command, "init"], stdout=subprocess.DEVNULL, check=True)
     process = subprocess.Popen([*command, "serve", "--port", "0"], stdout=subprocess.PIPE, text=True)
     try:
         yield command, re.match(r"listening on port (\d+) ", process.stdout.readline())[1]

@@ -33,6 +33,7 @@ public:
 
     // False when the reply said that there is nothing new.
     bool Apply(TextView reply) {
+        if (reply.empty()) return false;
         RecordedLog log;
         Text plain;
         EXPECT_TRUE(ChkEncryptString(reply, plain, log));

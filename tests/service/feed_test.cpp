@@ -42,7 +42,7 @@ protected:
     TestFolder Folder;
     RecordedLog Log;
     Date Now = Date(CivilDate{2026, 11, 21, 9, 0, 0});
-    ServiceStore Store{Folder.Path(), Database::Opening::OrNew};
+    ServiceStore Store{Folder.Path(), ServiceStore::Opening::OrNew};
     SiteHistory History{Store, [this] { return Now; }};
 
 private:

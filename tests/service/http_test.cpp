@@ -102,7 +102,7 @@ protected:
     static constexpr size_t LongSize = 50'000'000;
     TestFolder Folder;
     RecordedLog Log;
-    ServiceStore Store{Folder.Path(), Database::Opening::OrNew};
+    ServiceStore Store{Folder.Path(), ServiceStore::Opening::OrNew};
     SiteFeed Feed{Folder.Path(), Log};
     DocumentShelf Shelf{Folder.Path()};
     ReportBox Box{Folder.Path(), Log};

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <sys/stat.h>
+
 #include <fstream>
 #include <thread>
 
@@ -25,6 +27,10 @@ std::vector<Site> Sites(int first, int last, const Text& category = "2") {
         sites.push_back({"http://s" + std::to_string(number) + ".example", category, "v"});
     }
     return sites;
+}
+
+int RightsOf(const std::filesystem::path& file) {
+    return static_cast<int>(std::filesystem::status(file).permissions());
 }
 
 TEST(SiteEntry, IsWhatClientsHold) {
@@ -86,7 +92,7 @@ protected:
 
     TestFolder Folder;
     Date Now = At(21, 9, 0);
-    ServiceStore Store{Folder.Path() / "new", Database::Opening::OrNew};
+    ServiceStore Store{Folder.Path() / "new", ServiceStore::Opening::OrNew};
     SiteHistory History{Store, [this] { return Now; }};
 };
 
@@ -130,7 +136,7 @@ TEST_F(SiteHistoryTest, IsSharedByConnections) {
     std::vector<std::thread> writers;
     for (int writer = 0; writer < 4; ++writer) {
         writers.emplace_back([&, writer] {
-            ServiceStore store(Folder.Path() / "new", Database::Opening::Existing);
+            ServiceStore store(Folder.Path() / "new", ServiceStore::Opening::Existing);
             SiteHistory history(store);
             for (int round = 0; round < 5; ++round) {
                 const int number = writer * 5 + round;
@@ -147,12 +153,31 @@ TEST_F(SiteHistoryTest, IsSharedByConnections) {
     EXPECT_EQ(Reports(Store).ByProgram().front(), (std::pair<Text, std::int64_t>("1.0.0", 5)));
 }
 
+// Mails of people are in them.
+TEST_F(SiteHistoryTest, LiesInFilesOfItsOwnersAlone) {
+    const mode_t before = ::umask(0);
+    ServiceStore made(Folder.Path() / "made", ServiceStore::Opening::OrNew);
+    ::umask(before);
+    EXPECT_TRUE(made.IsNew());
+    SiteHistory(made).Import(Sites(1, 1));
+    const std::filesystem::path file = ServiceStoreFile(Folder.Path() / "made");
+    const std::vector<std::filesystem::path> files{file, file.string() + "-wal", file.string() + "-shm"};
+    for (const auto& one : files) EXPECT_EQ(RightsOf(one), 0600) << one;
+    // One of a time when others could read it.
+    for (const auto& one : files) std::filesystem::permissions(one, std::filesystem::perms(0664));
+    const ServiceStore opened(Folder.Path() / "made", ServiceStore::Opening::OrNew);
+    EXPECT_FALSE(opened.IsNew());
+    for (const auto& one : files) EXPECT_EQ(RightsOf(one), 0600) << one;
+}
+
 TEST_F(SiteHistoryTest, RefusesFilesThatAreNotItsOwn) {
-    EXPECT_THROW(ServiceStore(Folder.Path() / "absent", Database::Opening::Existing), StoreError);
+    EXPECT_THROW(ServiceStore(Folder.Path() / "absent", ServiceStore::Opening::Existing), StoreError);
     Folder.Write("service.db", "this is no database, however long it may be, and it stays what it is");
-    EXPECT_THROW(ServiceStore(Folder.Path(), Database::Opening::OrNew), StoreError);
+    std::filesystem::permissions(Folder.Path() / "service.db", std::filesystem::perms(0644));
+    EXPECT_THROW(ServiceStore(Folder.Path(), ServiceStore::Opening::OrNew), StoreError);
+    EXPECT_EQ(RightsOf(Folder.Path() / "service.db") & 0077, 0044) << "another program's";
     Store.Run("PRAGMA user_version = 99");
-    EXPECT_THROW(ServiceStore(Folder.Path() / "new", Database::Opening::Existing), StoreError);
+    EXPECT_THROW(ServiceStore(Folder.Path() / "new", ServiceStore::Opening::Existing), StoreError);
 }
 
 TEST_F(SiteHistoryTest, KeepsDocumentsThatClientsCanUse) {

@@ -51,8 +51,8 @@ protected:
 
     TestFolder Folder;
     RecordedLog Log;
+    ServiceStore Store{Folder.Path(), ServiceStore::Opening::OrNew};
     SubmissionBox Box{Folder.Path()};
-    ServiceStore Store{Folder.Path(), Database::Opening::Existing};
     Submissions Held{Store};
     std::unique_ptr<HttpServer> Server;
     int Port = 0;

@@ -93,6 +93,7 @@ protected:
     }
 
     TestFolder Folder;
+    ServiceStore Store{Folder.Path() / "data", ServiceStore::Opening::OrNew};
     UpdateShelf Shelf{Folder.Path() / "data"};
     Pages Served;
     RecordedLog Log;

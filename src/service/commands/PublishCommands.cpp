@@ -3,8 +3,8 @@
 #include "operator/Options.h"
 #include "platform/posix/PosixFiles.h"
 #include "service/commands/ServiceCommands.h"
+#include "service/commands/StoreToFill.h"
 #include "service/store/Documents.h"
-#include "service/store/ServiceStore.h"
 
 namespace tb {
 
@@ -19,7 +19,7 @@ void Publish(const std::filesystem::path& folder, const Words& words, TextView n
     PosixFiles files;
     const Text xml = ReadInputFile(files, path, "an XML document");
     try {
-        ServiceStore store(folder, Database::Opening::OrNew);
+        StoreToFill store(folder);
         Documents documents(store);
         const StoredDocument document = (documents.*publish)(xml);
         std::printf("published %s, version %s, %zu bytes\n", Text(name).c_str(), Quoted(document.Version).c_str(),

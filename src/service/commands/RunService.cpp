@@ -15,6 +15,10 @@ struct ServiceCommand {
 };
 
 constexpr ServiceCommand Commands[] = {
+    {"init", "",
+     "makes the folder and a store in it, from which clients learn nothing before a list is imported; one that is\n"
+     "there stays as it is",
+     InitCommand},
     {"serve", "[--port 8765] [--listen ADDR]...",
      "answers clients until SIGTERM or SIGINT; port 0 takes a free one. Listens on 127.0.0.1 to 127.0.0.10 unless told",
      ServeCommand},

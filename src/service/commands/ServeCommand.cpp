@@ -104,8 +104,9 @@ void ServeCommand(const std::filesystem::path& folder, const Words& words) {
     HttpServer server(std::move(pages), log);
     const int port = server.Start(listening.Addresses, listening.Port);
     const Publication latest = feed.Changes()->Latest();
-    std::printf("listening on port %d of %s; %lld sites as of %s\n", port, Join(listening.Addresses, ", ").c_str(),
-                static_cast<long long>(latest.Sites), latest.Stamp.c_str());
+    const Text list = latest.IsNone() ? Text("no list is published yet, clients keep what they have")
+                                      : std::to_string(latest.Sites) + " sites as of " + latest.Stamp;
+    std::printf("listening on port %d of %s; %s\n", port, Join(listening.Addresses, ", ").c_str(), list.c_str());
     std::fflush(stdout);
     signals.Wait();
     server.Stop();

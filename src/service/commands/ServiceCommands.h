@@ -10,7 +10,11 @@
 
 namespace tb {
 
-// Answers clients until the process is asked to end (SIGTERM, SIGINT).
+// Makes the store, unless there is one.
+void InitCommand(const std::filesystem::path& folder, const Words& words);
+
+// Answers clients until the process is asked to end (SIGTERM, SIGINT). Only on a store that is there: one that was made
+// for a mistyped folder would have nothing to say.
 void ServeCommand(const std::filesystem::path& folder, const Words& words);
 
 void ImportSitesCommand(const std::filesystem::path& folder, const Words& words);

@@ -5,6 +5,7 @@
 #include "operator/StandardStreams.h"
 #include "platform/posix/PosixFiles.h"
 #include "service/commands/ServiceCommands.h"
+#include "service/commands/StoreToFill.h"
 #include "service/store/ServiceStore.h"
 #include "service/store/SiteHistory.h"
 
@@ -31,7 +32,7 @@ void ImportSitesCommand(const std::filesystem::path& folder, const Words& words)
     const Options options(words, {});
     if (options.Words().size() != 1) throw UsageError("sites import takes one file");
     const std::vector<Site> sites = ReadSites(options.Words().front());
-    ServiceStore store(folder, Database::Opening::OrNew);
+    StoreToFill store(folder);
     SiteHistory history(store);
     const ImportResult result = history.Import(sites);
     const Publication latest = history.Latest();
@@ -45,7 +46,7 @@ void RemoveSiteCommand(const std::filesystem::path& folder, const Words& words) 
     const Options options(words, {});
     if (options.Words().size() != 1) throw UsageError("sites remove takes one URL");
     const Text& url = options.Words().front();
-    ServiceStore store(folder, Database::Opening::Existing);
+    ServiceStore store(folder, ServiceStore::Opening::Existing);
     const std::vector<Text> removed = SiteHistory(store).Remove(SiteUrlsOf(url));
     if (removed.empty()) throw InputError(Quoted(url) + " is not listed");
     for (const Text& gone : removed) WriteStandardOutput("removed " + gone + "\n");

@@ -17,6 +17,10 @@ void PrintSites(Database& store) {
     SiteHistory history(store);
     const std::vector<Publication> recorded = history.Recorded();
     const Publication& latest = recorded.back();
+    if (latest.IsNone()) {
+        std::printf("sites: the store is fresh, no list is published yet; clients keep what they have\n");
+        return;
+    }
     std::printf("sites: %lld\nstamp: %s\n", static_cast<long long>(latest.Sites), latest.Stamp.c_str());
     std::printf("recorded: %lld changes since %s\n",
                 static_cast<long long>(latest.LastChange - recorded.front().LastChange),
@@ -59,7 +63,7 @@ void PrintReports(Database& store) {
 
 void StatusCommand(const std::filesystem::path& folder, const Words& words) {
     if (!words.empty()) throw UsageError("unexpected " + words.front());
-    ServiceStore store(folder, Database::Opening::Existing);
+    ServiceStore store(folder, ServiceStore::Opening::Existing);
     const Transaction view(store, Transaction::Kind::Read);
     PrintSites(store);
     PrintDocuments(store);

@@ -95,7 +95,7 @@ void Publish(Database& store, std::int64_t number, const Submission& submission)
 
 void ListSubmissionsCommand(const std::filesystem::path& folder, const Words& words) {
     if (!words.empty()) throw UsageError("unexpected " + words.front());
-    ServiceStore store(folder, Database::Opening::Existing);
+    ServiceStore store(folder, ServiceStore::Opening::Existing);
     Submissions(store).ForEach([](std::int64_t number, const Submission& submission, const Judgement& judgement) {
         const bool isUrl = submission.What == Submission::Kind::Url;
         std::printf("%s\t%s\t%lld\t%lld\t%s\t%s\n", SubmissionIdText(number).c_str(), NameOf(submission).c_str(),
@@ -109,7 +109,7 @@ void ShowSubmissionCommand(const std::filesystem::path& folder, const Words& wor
     const Options options(words, {}, {"--fields"});
     if (options.Words().size() != 1) throw UsageError("submissions show takes one identifier");
     const std::int64_t number = ReadId(options.Words().front());
-    ServiceStore store(folder, Database::Opening::Existing);
+    ServiceStore store(folder, ServiceStore::Opening::Existing);
     Submissions submissions(store);
     const Submission submission = Require(submissions, number);
     if (submission.What == Submission::Kind::Url || options.Has("--fields")) {
@@ -126,7 +126,7 @@ void JudgeSubmissionCommand(const std::filesystem::path& folder, const Words& wo
     const Judgement judgement{ReadDigit(options.Words()[1], "a status", LastStatus),
                               ReadDigit(options.Words()[2], "a disposition", LastDisposition)};
     const std::int64_t number = ReadId(options.Words()[0]);
-    ServiceStore store(folder, Database::Opening::Existing);
+    ServiceStore store(folder, ServiceStore::Opening::Existing);
     Submissions submissions(store);
     const Submission submission = Require(submissions, number);
     if (options.Has("--publish")) Publish(store, number, submission);

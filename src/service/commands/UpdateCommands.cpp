@@ -6,8 +6,8 @@
 #include "platform/posix/PosixFiles.h"
 #include "refdata/manifest/SignedManifest.h"
 #include "service/commands/ServiceCommands.h"
+#include "service/commands/StoreToFill.h"
 #include "service/signing/OpenSslSignatures.h"
-#include "service/store/ServiceStore.h"
 #include "service/store/Updates.h"
 
 namespace tb {
@@ -87,7 +87,7 @@ void PublishUpdateCommand(const std::filesystem::path& folder, const Words& word
     update.Number = ManifestNumber(*manifest);
     update.Manifest = manifest->XML();
     update.Published = SystemUtcNow();
-    ServiceStore store(folder, Database::Opening::OrNew);
+    StoreToFill store(folder);
     // Once it has been told, it is to stay, whatever happens to the machine.
     store.Run("PRAGMA synchronous=FULL");
     Updates(store).Publish(update, release.Files);

@@ -64,9 +64,8 @@ Text Statement::Bytes(int column) {
 
 std::int64_t Statement::Number(int column) { return sqlite3_column_int64(m_Statement, column); }
 
-Database::Database(const std::filesystem::path& file, Opening opening) {
-    const int flags =
-        SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (opening == Opening::OrNew ? SQLITE_OPEN_CREATE : 0);
+Database::Database(const std::filesystem::path& file) {
+    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX;
     try {
         if (sqlite3_open_v2(file.c_str(), &m_Connection, flags, nullptr) != SQLITE_OK) Fail(m_Connection);
         Patience(DefaultPatience);

@@ -51,10 +51,8 @@ private:
 
 class Database {
 public:
-    enum class Opening { Existing, OrNew };
-
-    // Raises a StoreError when there is no such file, unless it may be made, and when it cannot be opened.
-    Database(const std::filesystem::path& file, Opening opening);
+    // Raises a StoreError when there is no such file and when it cannot be opened. An empty file is an empty database.
+    explicit Database(const std::filesystem::path& file);
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
     ~Database();

@@ -1,5 +1,11 @@
 #include "service/store/ServiceStore.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
 #include <iterator>
 
 namespace tb {
@@ -47,11 +53,49 @@ constexpr const char* UpdateSchema = R"(
 constexpr const char* Steps[] = {FirstSchema, SubmissionSchema, UpdateSchema};
 constexpr std::int64_t KnownVersion = std::size(Steps);
 
-std::filesystem::path Prepared(const std::filesystem::path& folder, Database::Opening opening) {
+constexpr mode_t OwnerOnly = S_IRUSR | S_IWUSR;
+
+// True when the file has been made now. The library gives its companions the rights of the file itself.
+bool MakeFile(const std::filesystem::path& folder) {
     std::error_code failure;
-    if (opening == Database::Opening::OrNew) std::filesystem::create_directories(folder, failure);
+    std::filesystem::create_directories(folder, failure);
     if (failure) throw StoreError(folder.string() + ": " + failure.message());
-    return ServiceStoreFile(folder);
+    const std::filesystem::path file = ServiceStoreFile(folder);
+    const int made = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, OwnerOnly);
+    if (made < 0 && errno == EEXIST) return false;
+    if (made < 0) throw StoreError(file.string() + ": " + std::strerror(errno));
+    ::close(made);
+    return true;
+}
+
+void RequireFile(const std::filesystem::path& folder) {
+    std::error_code failure;
+    if (std::filesystem::exists(ServiceStoreFile(folder), failure)) return;
+    const Text name = folder.string();
+    if (failure) throw StoreError(name + ": " + failure.message());
+    const bool isThere = std::filesystem::is_directory(folder, failure);
+    throw StoreError(name +
+                     (isThere ? ": this folder is fresh, there is no store in it" : ": there is no such folder") +
+                     "; \"tbservice --data " + name + " init\" makes a store there");
+}
+
+void CloseToOthers(const std::filesystem::path& folder) {
+    for (const char* companion : {"", "-wal", "-shm"}) {
+        const Text file = ServiceStoreFile(folder).string() + companion;
+        struct stat status {};
+        if (::stat(file.c_str(), &status) != 0 || (status.st_mode & (S_IRWXG | S_IRWXO)) == 0) continue;
+        if (::chmod(file.c_str(), status.st_mode & S_IRWXU) != 0) {
+            throw StoreError(file +
+                             ": others may read it, and their right cannot be taken back: " + std::strerror(errno));
+        }
+    }
+}
+
+// The part of opening that is about files; true when the store has been made.
+bool PrepareFile(const std::filesystem::path& folder, ServiceStore::Opening opening) {
+    const bool isNew = opening == ServiceStore::Opening::OrNew && MakeFile(folder);
+    if (!isNew) RequireFile(folder);
+    return isNew;
 }
 
 }  // namespace
@@ -59,8 +103,15 @@ std::filesystem::path Prepared(const std::filesystem::path& folder, Database::Op
 std::filesystem::path ServiceStoreFile(const std::filesystem::path& folder) { return folder / "service.db"; }
 
 ServiceStore::ServiceStore(const std::filesystem::path& folder, Opening opening)
-    : Database(Prepared(folder, opening), opening) {
-    if (Ask("PRAGMA user_version") == KnownVersion) return;
+    : ServiceStore(folder, PrepareFile(folder, opening)) {}
+
+ServiceStore::ServiceStore(const std::filesystem::path& folder, bool isNew)
+    : Database(ServiceStoreFile(folder)), m_IsNew(isNew) {
+    if (Ask("PRAGMA user_version") != KnownVersion) BringUpToDate(folder);
+    CloseToOthers(folder);
+}
+
+void ServiceStore::BringUpToDate(const std::filesystem::path& folder) {
     Transaction transaction(*this, Transaction::Kind::Write);
     // Another process may have made it while this one waited.
     std::int64_t version = Ask("PRAGMA user_version");

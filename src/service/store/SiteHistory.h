@@ -19,6 +19,10 @@ struct Publication {
     // Sites that came and went with it; one whose category or date changed counts in both.
     std::int64_t Added = 0;
     std::int64_t Removed = 0;
+
+    // The state of a store before its first publication: it says nothing about any site. A list that was emptied is
+    // another thing.
+    bool IsNone() const { return LastChange == 0; }
 };
 
 struct Change {

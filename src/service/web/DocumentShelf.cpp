@@ -2,7 +2,7 @@
 
 namespace tb {
 
-DocumentShelf::DocumentShelf(const std::filesystem::path& folder) : m_Store(folder, Database::Opening::OrNew) {}
+DocumentShelf::DocumentShelf(const std::filesystem::path& folder) : m_Store(folder, ServiceStore::Opening::Existing) {}
 
 std::shared_ptr<const StoredDocument> DocumentShelf::Find(const Text& name) {
     const std::lock_guard lock(m_Mutex);

@@ -13,7 +13,7 @@ constexpr int Patience = 120'000;
 }  // namespace
 
 ReportBox::ReportBox(const std::filesystem::path& folder, LogSink& log)
-    : m_Log(log), m_Store(folder, Database::Opening::OrNew) {
+    : m_Log(log), m_Store(folder, ServiceStore::Opening::Existing) {
     m_Store.Patience(Patience);
     m_Keeper = std::thread([this] { Keep(); });
 }

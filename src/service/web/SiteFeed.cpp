@@ -21,7 +21,7 @@ constexpr int KeeperNiceness = 10;
 }  // namespace
 
 SiteFeed::SiteFeed(const std::filesystem::path& folder, LogSink& log)
-    : m_Log(log), m_Store(folder, Database::Opening::OrNew) {
+    : m_Log(log), m_Store(folder, ServiceStore::Opening::Existing) {
     Follow();
     MakeWholeList(m_Store);
     m_Keeper = std::thread([this, folder] { KeepWholeList(folder); });
@@ -45,6 +45,7 @@ SiteFeed::Framed SiteFeed::ReplySince(const Text& stamp) {
     const std::lock_guard lock(m_Mutex);
     const auto changes = Follow();
     const Publication& latest = changes->Latest();
+    if (latest.IsNone()) return m_Whole;
     if (stamp == latest.Stamp) return Remembered(stamp, changes->Lines.size());
     // A client without a stamp may hold what it salvaged of a bad snapshot, so it starts anew.
     const auto begin = changes->Begins.find(stamp);
@@ -103,7 +104,7 @@ void SiteFeed::KeepWholeList(const std::filesystem::path& folder) {
             if (IsWholeListDue()) {
                 lock.unlock();
                 const auto begin = SteadyClock::now();
-                ServiceStore store(folder, Database::Opening::Existing);
+                ServiceStore store(folder, ServiceStore::Opening::Existing);
                 WholeList whole = FramedWholeList(store, m_Stop);
                 const auto end = SteadyClock::now();
                 lock.lock();

@@ -19,8 +19,8 @@ class SiteFeed {
 public:
     using Framed = std::shared_ptr<const Text>;
 
-    // Makes the first whole list before it returns. Raises a StoreError when the store cannot be read. `log` must
-    // outlive the feed.
+    // Makes the first whole list before it returns. Raises a StoreError when there is no store or it cannot be read.
+    // `log` must outlive the feed.
     SiteFeed(const std::filesystem::path& folder, LogSink& log);
     SiteFeed(const SiteFeed&) = delete;
     SiteFeed& operator=(const SiteFeed&) = delete;
@@ -28,6 +28,7 @@ public:
 
     // The update reply for a client at `stamp`, which may be any text: the changes since then; nothing, for the latest
     // one; or the whole list when the record does not know the stamp. Includes every publication made before the call.
+    // Empty until the first one: the client keeps what it has.
     Framed ReplySince(const Text& stamp);
 
     // What is published now.

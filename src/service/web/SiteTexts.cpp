@@ -62,7 +62,9 @@ WholeList FramedWholeList(Database& database, const std::atomic<bool>& stop) {
     Transaction view(database, Transaction::Kind::Read);
     SiteHistory history(database);
     WholeList whole;
-    whole.Stamp = history.Latest().Stamp;
+    const Publication latest = history.Latest();
+    whole.Stamp = latest.Stamp;
+    if (latest.IsNone()) return whole;
     FrameBuilder frame;
     frame.Append(Head(whole.Stamp, StartAnew));
     Text line;

@@ -30,7 +30,8 @@ struct WholeList {
     Text Stamp;
     Text Framed;
 };
-// Empty in the middle of its work once `stop` is set.
+// Before the first publication the frame is empty: a client that was told to start anew would lose what it holds. Both
+// are empty in the middle of the work once `stop` is set.
 WholeList FramedWholeList(Database& database, const std::atomic<bool>& stop);
 
 }  // namespace tb

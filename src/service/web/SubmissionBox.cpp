@@ -13,7 +13,7 @@ constexpr int StorePatience = 1'000;
 
 }  // namespace
 
-SubmissionBox::SubmissionBox(const std::filesystem::path& folder) : m_Store(folder, Database::Opening::OrNew) {
+SubmissionBox::SubmissionBox(const std::filesystem::path& folder) : m_Store(folder, ServiceStore::Opening::Existing) {
     m_Store.Patience(StorePatience);
     // A client deletes what we have acknowledged, so that must have reached the disk.
     m_Store.Run("PRAGMA synchronous=FULL");

@@ -4,7 +4,7 @@
 
 namespace tb {
 
-UpdateShelf::UpdateShelf(const std::filesystem::path& folder) : m_Store(folder, Database::Opening::OrNew) {}
+UpdateShelf::UpdateShelf(const std::filesystem::path& folder) : m_Store(folder, ServiceStore::Opening::Existing) {}
 
 // Every publication has a number of its own, and what it brings or takes away comes with it.
 void UpdateShelf::Follow() {

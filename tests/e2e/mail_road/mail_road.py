@@ -67,6 +67,7 @@ def read_mails(source):
 class Service:
     def __init__(self, program, folder):
         self.command = [program, "--data", folder]
+        subprocess.run([*self.command, "init"], stdout=subprocess.DEVNULL, check=True)
         self.process = subprocess.Popen([*self.command, "serve", "--port", "0"], stdout=subprocess.PIPE, text=True)
         line = self.process.stdout.readline()
         found = re.match(r"listening on port (\d+) ", line)

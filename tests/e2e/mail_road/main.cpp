@@ -15,7 +15,7 @@
 
 #include "base/numbers.h"
 #include "components/tbSender/tbSender.h"
-#include "mail_road/LoopbackHttp.h"
+#include "service/LoopbackHttp.h"
 #include "submissions/SubmissionRig.h"
 
 namespace tb {

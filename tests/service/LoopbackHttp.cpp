@@ -1,4 +1,4 @@
-#include "mail_road/LoopbackHttp.h"
+#include "service/LoopbackHttp.h"
 
 #include <chrono>
 #include <exception>
