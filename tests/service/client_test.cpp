@@ -4,15 +4,18 @@
 #include "components/tbXML/Document.h"
 #include "fakes/TestFolder.h"
 #include "refdata/RefDataRig.h"
+#include "refdata/cUpdate.h"
 #include "service/LoopbackHttp.h"
 #include "service/web/ClientPages.h"
 #include "service/web/HttpServer.h"
+#include "service/web/UpdatePages.h"
 #include "sitedb/EvilDB.h"
 
 namespace tb {
 namespace {
 
 using testing::Contains;
+using testing::Not;
 
 // A program's classes, and the pages of a service that has just been made.
 class NewServiceTest : public testing::Test, public EvilDBHost {
@@ -20,12 +23,19 @@ protected:
     NewServiceTest() {
         Pages pages;
         AddSitePages(pages, Feed);
+        AddUpdatePages(pages, Shelf);
+        for (Page& page : pages) {
+            page.Answer = [this, answer = std::move(page.Answer)](const Question& question) {
+                ++Requests;
+                return answer(question);
+            };
+        }
         Server = std::make_unique<HttpServer>(std::move(pages), ServerLog);
         const Text server =
             "<Server WEIGHT='100' ACTIVE='Y'>http://127.0.0.1:" + std::to_string(Server->Start({"127.0.0.1"}, 0)) +
             "</Server></E>";
         Document servers;
-        servers.LoadXML("<SERVERS><E NAME='EVILDBSVR'>" + server + "</SERVERS>");
+        servers.LoadXML("<SERVERS><E NAME='EVILDBSVR'>" + server + "<E NAME='UpdatesSVR'>" + server + "</SERVERS>");
         Rig.Program.Settings->ReplaceGlobals("SERVERS", servers.Root());
         Sites = std::make_unique<EvilDB>(Rig.System.Files, *this, "/app/Data");
         Sites->LogMessage.Connect([this](const Text& line, LogLevel level) { Rig.Log.WriteLog(line, level); });
@@ -59,6 +69,8 @@ protected:
     ServiceStore Store{Folder.Path(), ServiceStore::Opening::OrNew};
     SiteHistory History{Store};
     SiteFeed Feed{Folder.Path(), ServerLog};
+    UpdateShelf Shelf{Folder.Path()};
+    std::atomic<int> Requests = 0;
     std::unique_ptr<HttpServer> Server;
     LoopbackHttp Net;
     RefDataRig Rig;
@@ -94,6 +106,21 @@ TEST_F(NewServiceTest, TakesNoListAwayWhileItsFirstOneIsMade) {
     History.Import(sites);
     const Text told = Told("202611010000");
     EXPECT_TRUE(told.empty() || told.size() > sites.size()) << told;
+}
+
+TEST_F(NewServiceTest, IsAskedOnceForAnUpdateThatIsNotPublished) {
+    for (const Text test : {"", "beta"}) {
+        Rig.Log.Lines.clear();
+        Rig.Program.Settings->WriteXMLString("MAIN", "TestVersion", test);
+        Requests = 0;
+        cUpdate updater(Access, [] { return false; });
+        updater.LogMessage.Connect([this](const Text& line, LogLevel level) { Rig.Log.WriteLog(line, level); });
+        EXPECT_EQ(updater.DoCheckForUpdates(false), -1);
+        EXPECT_EQ(Requests, 1);
+        EXPECT_THAT(Rig.Log.Lines, Contains("0 No update manifest found"));
+        EXPECT_THAT(Rig.Log.Lines, Not(Contains(testing::HasSubstr("rror"))));
+    }
+    EXPECT_EQ(ServerLog.Lines, std::vector<Text>());
 }
 
 }  // namespace

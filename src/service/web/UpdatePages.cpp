@@ -23,11 +23,15 @@ constexpr std::array<std::pair<TextView, Sheet>, 3> Sheets{std::pair{TextView("u
 
 Reply Show(UpdateShelf& shelf, const Text& test, Sheet sheet) {
     const auto shown = shelf.Latest(test);
-    if (!shown) return PlainReply(404, "No update is published here.");
+    if (sheet == Sheet::Signature && (!shown || shown->Update.Signature.empty())) {
+        return PlainReply(404, shown ? "This update is not signed." : "No update is published here.");
+    }
+    // An empty manifest says that there is none. Anything else than a success would make a client ask all its servers,
+    // for the other form of it too, and log each.
+    if (!shown) return {200, "text/xml", nullptr, {}};
     // The reply keeps the version alive that its body is a part of.
     if (sheet == Sheet::Framed) return FramedReply({shown, &shown->Framed});
     if (sheet == Sheet::Manifest) return {200, "text/xml", {shown, &shown->Update.Manifest}, {}};
-    if (shown->Update.Signature.empty()) return PlainReply(404, "This update is not signed.");
     return {200, "text/plain", {shown, &shown->Update.Signature}, {}};
 }
 
