@@ -30,43 +30,67 @@ Text Row(const std::vector<Text>& cells, const char* tag = "td") {
 
 // "2026-11-21 09:31 UTC"
 Text Readable(const Text& stamp) {
-    if (stamp == NoSitesStamp) return "never";
     return stamp.substr(0, 4) + "-" + stamp.substr(4, 2) + "-" + stamp.substr(6, 2) + " " + stamp.substr(8, 2) + ":" +
            stamp.substr(10, 2) + " UTC";
 }
 
-Reply HtmlReply(const char* title, const Text& content) {
-    const Text html = Text("<html><head><title>") + title + "</title></head><body><h1>" + title + "</h1>\n" + content +
-                      "</body></html>\n";
+Reply HtmlReply(const Text& title, const Text& content) {
+    const Text html =
+        "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n"
+        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" TRAWLBEAM_PRODUCT_NAME
+        " - " +
+        title + "</title>\n</head>\n<body>\n<h1>" + title + "</h1>\n" + content + "</body>\n</html>\n";
     return {200, "text/html; charset=windows-1252", std::make_shared<const Text>(html), {}};
+}
+
+constexpr const char* NoList = "<p>No list of sites is published yet.</p>\n";
+
+Reply ShowStart() {
+    return HtmlReply(
+        "Web service",
+        "<p>This is the web service of " TRAWLBEAM_PRODUCT_NAME
+        ", a program that warns of malicious sites. It keeps the program's list, takes what people submit, "
+        "and has these pages:</p>\n"
+        "<ul>\n<li><a href=\"/show1.aspx\">Main</a>: how many sites are listed</li>\n"
+        "<li><a href=\"/show2.aspx\">News</a>: the latest changes</li>\n"
+        "<li><a href=\"/show3.aspx\">Statistics</a>: what came and went</li>\n</ul>\n");
 }
 
 Reply ShowList(SiteFeed& feed) {
     const Publication latest = feed.Changes()->Latest();
-    return HtmlReply("Main", "<p>" + std::to_string(latest.Sites) +
-                                 " malicious sites are listed.</p>\n<p>Last change: " + Readable(latest.Stamp) +
-                                 "</p>\n");
+    if (latest.IsNone()) return HtmlReply("Main", NoList);
+    const char* sites = latest.Sites == 1 ? " malicious site is" : " malicious sites are";
+    return HtmlReply("Main", "<p>" + std::to_string(latest.Sites) + sites +
+                                 " listed.</p>\n<p>Last change: " + Readable(latest.Stamp) + "</p>\n");
+}
+
+// Nothing when there are no rows.
+Text Table(const std::vector<Text>& head, const Text& rows) {
+    return rows.empty() ? rows : "<table border=1>\n" + Row(head, "th") + rows + "</table>\n";
 }
 
 Reply ShowNews(SiteFeed& feed, DocumentShelf& shelf) {
     const auto changes = feed.Changes();
-    Text content = "<table border=1>\n" + Row({"List of", "New", "Gone"}, "th");
+    Text publications;
     const size_t shown = std::min(NewsShown, changes->Publications.size());
     for (size_t index = 0; index < shown; ++index) {
         const Publication& publication = changes->Publications[index];
-        content +=
+        if (publication.IsNone()) break;
+        publications +=
             Row({Readable(publication.Stamp), std::to_string(publication.Added), std::to_string(publication.Removed)});
     }
-    content += "</table>\n<table border=1>\n" + Row({"File", "Version", "Published"}, "th");
+    Text files;
     for (const TextView name : {DefaultsFile, ReferenceFile}) {
         const auto document = shelf.Find(Text(name));
-        if (document) content += Row({Text(name), document->Version, FormatDateTime(document->Modified) + " UTC"});
+        if (document) files += Row({Text(name), document->Version, FormatDateTime(document->Modified) + " UTC"});
     }
-    return HtmlReply("News", content + "</table>\n");
+    return HtmlReply("News", (publications.empty() ? NoList : Table({"List of", "New", "Gone"}, publications)) +
+                                 Table({"File", "Version", "Published"}, files));
 }
 
 Reply ShowStatistics(SiteFeed& feed) {
     const auto changes = feed.Changes();
+    if (changes->Latest().IsNone()) return HtmlReply("Statistics", NoList);
     // The oldest one is there for its stamp; its own changes are not on record.
     const Publication& oldest = changes->Publications.back();
     std::int64_t added = 0;
@@ -76,11 +100,12 @@ Reply ShowStatistics(SiteFeed& feed) {
         added += publication.Added;
         removed += publication.Removed;
     }
-    return HtmlReply("Statistics", "<table border=1>\n" + Row({"Sites", std::to_string(changes->Latest().Sites)}) +
-                                       Row({"On record since", Readable(oldest.Stamp)}) +
-                                       Row({"Publications since", std::to_string(changes->Publications.size() - 1)}) +
-                                       Row({"Sites that came", std::to_string(added)}) +
-                                       Row({"Sites that went", std::to_string(removed)}) + "</table>\n");
+    return HtmlReply("Statistics",
+                     "<table border=1>\n" + Row({"Sites", std::to_string(changes->Latest().Sites)}) +
+                         Row({"On record since", oldest.IsNone() ? "the beginning" : Readable(oldest.Stamp)}) +
+                         Row({"Publications since", std::to_string(changes->Publications.size() - 1)}) +
+                         Row({"Sites that came", std::to_string(added)}) +
+                         Row({"Sites that went", std::to_string(removed)}) + "</table>\n");
 }
 
 }  // namespace
@@ -89,6 +114,7 @@ void AddShowPages(Pages& pages, SiteFeed& feed, DocumentShelf& shelf) {
     const auto add = [&](const char* path, std::function<Reply(const Question&)> answer) {
         pages.push_back({path, true, false, 0, std::move(answer)});
     };
+    add("/", [](const Question&) { return ShowStart(); });
     add("/show1.aspx", [&feed](const Question&) { return ShowList(feed); });
     add("/show2.aspx", [&feed, &shelf](const Question&) { return ShowNews(feed, shelf); });
     add("/show3.aspx", [&feed](const Question&) { return ShowStatistics(feed); });
