@@ -139,6 +139,14 @@ bool Reference::WriteBuiltIn() noexcept {
     return written;
 }
 
+bool Reference::IsBuiltIn() const {
+    Date created;
+    Date accessed;
+    Date modified;
+    GetFileDates(m_Access.Program.System.Files, m_Access.DataFile(FileName), created, accessed, modified);
+    return modified == Date(BuiltInDate);
+}
+
 bool Reference::HasTables() const {
     return std::all_of(std::begin(RequiredTables), std::end(RequiredTables),
                        [&](const char* name) { return m_Access.Settings()->TryGlobalsSection(name) != nullptr; });

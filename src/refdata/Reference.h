@@ -39,6 +39,10 @@ public:
     // statuses or the dispositions are not there afterwards; a message tells the user.
     bool LoadReferenceData() noexcept;
 
+    // The file is the built-in document as LoadReferenceData writes it, told by its date. Raises what asking for the
+    // date raises.
+    bool IsBuiltIn() const;
+
 private:
     // Loads what `read` gives. The error that made it fail, number 0 for a file that is no frame or of a version that
     // is too low; nothing when it did not fail. The lines are written.

@@ -8,13 +8,19 @@ namespace tb {
 class SiteTables : private GeoIPHost {
 public:
     // `app` outlives the tables.
-    explicit SiteTables(App& app) : Countries(*this), m_App(app) {}
+    explicit SiteTables(App& app) : m_App(app) {}
 
-    GeoIP Countries;
+    // Never null.
+    std::unique_ptr<GeoIP> Countries = MakeCountries();
     // Null until a reference load brings one, and after the exit has dropped it.
     std::unique_ptr<WhiteListDB> WhiteList;
 
-    Reference::Tables ForLoad() { return {Countries, WhiteList}; }
+    // Empty ones: a load takes each country once, so that what comes later needs a table of its own.
+    std::unique_ptr<GeoIP> MakeCountries() {
+        GeoIPHost& host = *this;
+        return std::make_unique<GeoIP>(host);
+    }
+    Reference::Tables ForLoad() { return {*Countries, WhiteList}; }
 
 private:
     xmlINI& Settings() const {

@@ -94,23 +94,31 @@ void frmController::SetupOverDB() {
 }
 
 void frmController::SetupTimers() {
+    const App& app = m_Parts.Program;
+    ReadSubmissionPeriod();
+    CheckSubmissionRetry();
+    ReadUpdatePeriods();
+    tmUpdate.SetEnabled(IsTimerEnabled(app, "EVILDB_ENABLED") || IsTimerEnabled(app, "FREEMEM_ENABLED"));
+}
+
+void frmController::ReadSubmissionPeriod() {
     App& app = m_Parts.Program;
-    const bool submissions = IsTimerEnabled(app, "SUBDB_ENABLED");
     // Each run of the program gets a phase of its own, so that clients do not all post at the same moment.
     const double period = GetTimerInterval(app, "SUBDB_INTERVAL", DefaultSubmissionSeconds) +
                           std::floor(app.System.Random.Next() * SubmissionSpread);
+    const bool isAskedFor = m_CurrentSubmissionPeriod != m_SubmissionPeriod;
     // Elapsed time goes one tick beyond it.
     m_SubmissionPeriod = static_cast<std::int32_t>(std::min(period, double{INT32_MAX - Tick}));
-    m_CurrentSubmissionPeriod = m_SubmissionPeriod;
-    TimerLine("Submission", m_SubmissionPeriod, submissions);
-    CheckSubmissionRetry();
+    if (!isAskedFor) m_CurrentSubmissionPeriod = m_SubmissionPeriod;
+    TimerLine("Submission", m_SubmissionPeriod, IsTimerEnabled(app, "SUBDB_ENABLED"));
+}
+
+void frmController::ReadUpdatePeriods() {
+    const App& app = m_Parts.Program;
     m_EvilDBPeriod = GetTimerInterval(app, "EVILDB_INTERVAL", DefaultEvilDBSeconds);
     m_FreeMemPeriod = GetTimerInterval(app, "FREEMEM_INTERVAL", DefaultFreeMemSeconds);
-    const bool evilDB = IsTimerEnabled(app, "EVILDB_ENABLED");
-    const bool freeMem = IsTimerEnabled(app, "FREEMEM_ENABLED");
-    tmUpdate.SetEnabled(evilDB || freeMem);
-    TimerLine("EvilDB", m_EvilDBPeriod, evilDB);
-    TimerLine("FreeMem", m_FreeMemPeriod, freeMem);
+    TimerLine("EvilDB", m_EvilDBPeriod, IsTimerEnabled(app, "EVILDB_ENABLED"));
+    TimerLine("FreeMem", m_FreeMemPeriod, IsTimerEnabled(app, "FREEMEM_ENABLED"));
 }
 
 void frmController::TimerLine(const Text& name, std::int32_t period, bool enabled) {
@@ -214,7 +222,7 @@ void frmController::PlayAlertSound() {
 
 UrlScore frmController::ScoreURL(const Text& url, const Text& addresses) {
     UrlScore score;
-    score.Flag = m_Parts.Tables.Countries.ScoreURL(url, addresses, score.Score, score.Country);
+    score.Flag = m_Parts.Tables.Countries->ScoreURL(url, addresses, score.Score, score.Country);
     return score;
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "shell/ControllerServices.h"
+#include "shell/LateDefaults.h"
 #include "shell/SiteTables.h"
 #include "shell/cController.h"
 #include "shell/helpers/App.h"
@@ -78,6 +79,8 @@ private:
     void SetupEvilDB();
     void SetupOverDB();
     void SetupTimers();
+    void ReadSubmissionPeriod();
+    void ReadUpdatePeriods();
     void SetupTray();
     void BuildTrayMenu();
     Text DropZoneCaption(bool shown);
@@ -86,6 +89,7 @@ private:
     void UpdateTick();
     void FreeMemoryIfDue();
     void UpdateCycle();
+    void AskServices();
     void ReportVersions();
     void CheckProgramUpdate();
     void SubmissionTick();
@@ -125,6 +129,10 @@ private:
     std::unique_ptr<Sender> MakeUpdateSender() override;
 
     Parts m_Parts;
+    LateDefaults m_LateDefaults{{m_Parts.Program, m_Parts.Log, m_Parts.MakeSender}, m_Parts.Tables, [this] {
+                                    ReadSubmissionPeriod();
+                                    ReadUpdatePeriods();
+                                }};
     // Stays for as long as the window, because its Shutdown is raised inside operations of its own.
     cController m_Controller;
     // Dropped at the exit, which can come while one of them is at work: each operation holds what it uses.

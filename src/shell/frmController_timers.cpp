@@ -26,7 +26,8 @@ void frmController::UpdateTick() {
     Trap(
         [&] {
             FreeMemoryIfDue();
-            if (!IsDue(m_EvilDBElapsed, m_EvilDBPeriod, tmUpdate.Interval())) return;
+            const bool isDue = IsDue(m_EvilDBElapsed, m_EvilDBPeriod, tmUpdate.Interval());
+            if (!isDue && !m_LateDefaults.IsBackOnline()) return;
             if (IsTimerEnabled(m_Parts.Program, "EVILDB_ENABLED")) UpdateCycle();
         },
         [&](const RuntimeError& error) {
@@ -48,15 +49,20 @@ void frmController::UpdateCycle() {
     if (!m_Controller.StartActivity(UpdateActivity, false)) return;
     // No cycle may begin inside this one while it waits for the network.
     tmUpdate.SetEnabled(false);
-    if (const std::shared_ptr<EvilDB> list = m_EvilDB) list->Update(GetClientKey(app));
     // Each wait for the network serves messages: the session may have ended meanwhile, and the settings with it.
-    if (app.Settings) ReportVersions();
-    if (app.Settings) {
-        if (GetXMLString("Main", "AutoUpdate", "0") == "1") CheckProgramUpdate();
-        tmUpdate.SetEnabled(app.Settings && IsTimerEnabled(app, "EVILDB_ENABLED"));
-    }
+    if (m_LateDefaults.HasServers()) AskServices();
+    if (app.Settings) tmUpdate.SetEnabled(IsTimerEnabled(app, "EVILDB_ENABLED"));
     // The last statement: it may end the program.
     m_Controller.EndActivity(UpdateActivity, false);
+}
+
+void frmController::AskServices() {
+    const App& app = m_Parts.Program;
+    if (const std::shared_ptr<EvilDB> list = m_EvilDB) list->Update(GetClientKey(app));
+    // Behind the list: the question may wait for its user for days.
+    if (app.Settings && m_LateDefaults.StopsForVersions()) return m_Controller.NeedToExit(true);
+    if (app.Settings) ReportVersions();
+    if (app.Settings && GetXMLString("Main", "AutoUpdate", "0") == "1") CheckProgramUpdate();
 }
 
 void frmController::ReportVersions() {

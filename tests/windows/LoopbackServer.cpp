@@ -65,11 +65,16 @@ void LoopbackServer::Connection::Hang() const {
     }
 }
 
-LoopbackServer::LoopbackServer(Behaviour behaviour)
+LoopbackServer::LoopbackServer(Behaviour behaviour, u_short firstPort, u_short lastPort)
     : m_Behaviour(std::move(behaviour)), m_Listener(NewSocket()), m_Stop(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
-    sockaddr_in address = Loopback(0);
+    sockaddr_in address = Loopback(firstPort);
     int size = sizeof address;
-    if (bind(m_Listener, reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(m_Listener, SOMAXCONN) != 0 ||
+    bool isBound = bind(m_Listener, reinterpret_cast<sockaddr*>(&address), size) == 0;
+    for (u_short port = firstPort; !isBound && port < lastPort;) {
+        address = Loopback(++port);
+        isBound = bind(m_Listener, reinterpret_cast<sockaddr*>(&address), size) == 0;
+    }
+    if (!isBound || listen(m_Listener, SOMAXCONN) != 0 ||
         getsockname(m_Listener, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
         throw std::runtime_error("no listening socket");
     }

@@ -35,11 +35,13 @@ public:
     // Runs for each request, on a thread of its own; the connection is closed when it returns.
     using Behaviour = std::function<void(const Connection& connection, const Text& request)>;
 
-    explicit LoopbackServer(Behaviour behaviour);
+    // The port is any free one from `firstPort` to `lastPort`, or of the system's choice.
+    explicit LoopbackServer(Behaviour behaviour, u_short firstPort = 0, u_short lastPort = 0);
     LoopbackServer(const LoopbackServer&) = delete;
     LoopbackServer& operator=(const LoopbackServer&) = delete;
     ~LoopbackServer();
 
+    u_short Port() const { return m_Port; }
     Text Url(TextView page, TextView scheme = "http") const;
     // All that have come, head and body.
     std::vector<Text> Requests() const;

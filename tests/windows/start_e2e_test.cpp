@@ -1,5 +1,6 @@
 // Starts and exits of the real program, told by the log that it writes.
-
+#include "windows/LoopbackServer.h"
+// Windows' sockets come before all else.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -81,6 +82,51 @@ TEST(StartOfTheProgram, WithoutDefaultsAndServiceItRunsOn) {
                                  "   Error retrieving file head from defaults.bin\n" +
                                  FirstLoaded);
     EXPECT_EQ(Ask("Check\thttps://phish.test/x"), RunningProgram::Blocked);
+}
+
+// The answers of a service that has come to life.
+Text LateAnswer(const Text& request, const Text& server) {
+    const auto group = [&](const Text& name) {
+        return "<E NAME='" + name + "'><Server WEIGHT='100' ACTIVE='Y'>" + server + "</Server></E>";
+    };
+    Text body;
+    if (request.find("/defaults.bin") != Text::npos) {
+        body = "<D><G NAME='SERVERS'>" + group("EVILDBSVR") + group("ReferenceSVR") + "</G></D>";
+    } else if (request.find("/reference.bin") != Text::npos) {
+        body = "<B><CATEGORIES><C ID='3' NAME='Third'/></CATEGORIES><SUBMISSIONS/><DISPOSITIONS/><COUNTRIES/></B>";
+    } else if (request.find("/MalDB.aspx") != Text::npos) {
+        body = "209911220000\n1\n+\thttp://late.test\t3\td";
+    } else {
+        return "HTTP/1.1 404 None\r\nContent-Length: 0\r\n\r\n";
+    }
+    body = EncryptStringChk(body);
+    const Text head = "HTTP/1.1 200 OK\r\nLast-Modified: Sat, 21 Nov 2026 08:49:37 GMT\r\nContent-Length: " +
+                      std::to_string(body.size()) + "\r\n\r\n";
+    return request.rfind("HEAD", 0) == 0 ? head : head + body;
+}
+
+TEST(StartOfTheProgram, WithoutAServiceIsMadeGoodWhenThereIsOne) {
+    std::atomic<bool> isAlive{false};
+    Text address;
+    // The port's digits are as many as those in the program. A connection is closed without an answer at first.
+    const LoopbackServer server(
+        [&](const LoopbackServer::Connection& connection, const Text& request) {
+            if (isAlive) connection.Send(LateAnswer(request, address));
+        },
+        2000, 9999);
+    address = server.Url("");
+    const auto folder = std::make_shared<ProgramFolder>();
+    ReplaceInProgram(*folder, "?}:8765/", "?}:" + std::to_string(server.Port()) + "/");
+    std::filesystem::remove_all(folder->Path() / "Data");
+    std::filesystem::create_directory(folder->Path() / "Data");
+    folder->WriteSetting("TIMERS", "EVILDB_INTERVAL", "4");
+    const RunningProgram program(folder);
+    EXPECT_EQ(Ask("Check\thttp://late.test/x"), "OK");
+    isAlive = true;
+    // A first cycle that came too early for it is followed by a pause of a minute.
+    EXPECT_TRUE(Eventually([] { return Ask("Check\thttp://late.test/x") == "Validated: d  (Category: Third)"; }))
+        << folder->Log();
+    EXPECT_NE(program.Log().find("   defaults.bin has come: updating\n   reference.bin has come\n"), Text::npos);
 }
 
 TEST(StartOfTheProgram, TheSecondTimeItTellsThatItStarts) {

@@ -170,20 +170,25 @@ void AddTimers(Table& table) {
                      "seconds between submission runs; -1 counts as missing",
                      {{"submission timer", "value of the defaults data, else 60", true}},
                      ""});
-    table.push_back(
-        {"TIMERS", "EVILDB_ENABLED", "whether the update cycle runs", {{"update timer, at each cycle", "1"}}, ""});
     table.push_back({"TIMERS",
-                     "EVILDB_INTERVAL",
-                     "seconds between update cycles; -1 counts as missing",
-                     {{"update timer, at start", "value of the defaults data, else 60", true}},
+                     "EVILDB_ENABLED",
+                     "whether the update cycle runs, and with it the tries for defaults that the start did not get",
+                     {{"update timer, at each cycle", "1"}},
                      ""});
+    table.push_back(
+        {"TIMERS",
+         "EVILDB_INTERVAL",
+         "seconds between update cycles; -1 counts as missing",
+         {{"update timer, at start and when defaults come late", "value of the defaults data, else 60", true}},
+         ""});
     table.push_back(
         {"TIMERS", "FREEMEM_ENABLED", "whether memory is trimmed by time", {{"update timer, at each trim", "1"}}, ""});
-    table.push_back({"TIMERS",
-                     "FREEMEM_INTERVAL",
-                     "seconds between trims; -1 counts as missing",
-                     {{"update timer, at start", "value of the defaults data, else 1800", true}},
-                     ""});
+    table.push_back(
+        {"TIMERS",
+         "FREEMEM_INTERVAL",
+         "seconds between trims; -1 counts as missing",
+         {{"update timer, at start and when defaults come late", "value of the defaults data, else 1800", true}},
+         ""});
 }
 
 void AddSubmissionDialog(Table& table) {
