@@ -15,7 +15,7 @@ void DailyFiles::GetDailyFiles(const Text& ServerName, const Text& Page, const T
             WebFiles files(m_Access);
             const std::optional<Date> date = files.ServerDate(*files.MakeSender(), servers, File);
             if (!date) return;
-            if (!files.IsLater(*date, File)) {
+            if (!files.IsWanted(*date, File)) {
                 return m_Access.Log.WriteLog("Check for updates, current version " + File, LogLevel::Debug);
             }
             m_Access.Log.WriteLog("Check for updates, retrieve new " + File + ", date" + FormatDate(*date),

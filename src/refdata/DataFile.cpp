@@ -25,6 +25,20 @@ Text OpenDefaultsFile(const ServiceAccess& access, const std::filesystem::path& 
     return plain;
 }
 
+ElementPtr DocumentRoot(const Text& plain) {
+    Document document;
+    document.LoadXML(plain);
+    return document.Root();
+}
+
+xmlINI ThrowAwaySettings(const App& app) {
+    return xmlINI({app.System.Files, app.System.Clock, app.System.Dialogs, app.Product.Separators, {}});
+}
+
+RuntimeError Defect(const Text& description) { return {Error(ErrorNumber::InvalidCall).Number, description}; }
+
+Date OldestDate() { return Date(CivilDate{2000, 1, 1, 0, 0, 0}); }
+
 LoadedFile LoadDataFile(const ServiceAccess& access, const DataFile& file, const Text& MinVersion,
                         const std::function<void()>& retrieve) {
     const std::filesystem::path path = access.DataFile(file.Name);
@@ -35,11 +49,8 @@ LoadedFile LoadDataFile(const ServiceAccess& access, const DataFile& file, const
             access.Log.WriteLog(file.FormatError, LogLevel::Always);
             return {nullptr, failure};
         }
-        Document document;
-        document.LoadXML(text);
-        if (MinVersion.empty() || document.Root()->FindAttributeValue("Version") >= MinVersion) {
-            return {document.Root(), std::nullopt};
-        }
+        const ElementPtr root = DocumentRoot(text);
+        if (MinVersion.empty() || root->FindAttributeValue("Version") >= MinVersion) return {root, std::nullopt};
         if (fetches == MostFetches) break;
         access.Program.System.Files.Delete(path);
         retrieve();

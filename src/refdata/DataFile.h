@@ -15,8 +15,21 @@ namespace tb {
 Text OpenDefaultsFile(const ServiceAccess& access, const std::filesystem::path& Path,
                       RuntimeError* Failure = nullptr) noexcept;
 
+// The root of the document; an error of the parser for a text that is none.
+ElementPtr DocumentRoot(const Text& plain);
+
+// Settings that belong to nobody, for a load that is only tried.
+xmlINI ThrowAwaySettings(const App& app);
+
+// The error of a document that is well-formed and cannot be used.
+RuntimeError Defect(const Text& description);
+
+// Older than what any server has, local time.
+Date OldestDate();
+
 // One of the two, and its lines.
 struct DataFile {
+    // In the data folder.
     Text Name;
     Text FormatError;
     Text VersionError;

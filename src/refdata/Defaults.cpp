@@ -1,10 +1,39 @@
 #include "refdata/Defaults.h"
 
+#include <algorithm>
+
 #include "refdata/DataFile.h"
+#include "refdata/DataGuard.h"
 #include "refdata/ServerLists.h"
 #include "refdata/WebFiles.h"
 
 namespace tb {
+
+namespace {
+
+void LoadGroups(const Element& root, xmlINI& settings) {
+    const Text version = root.FindAttributeValue("Version");
+    if (!version.empty()) settings.ReplaceGlobals("DEFAULTVERSION", version);
+    for (const ElementPtr& group : root) {
+        settings.ReplaceGlobals(UpperCase(group->FindAttributeValue("NAME")), group);
+    }
+}
+
+bool HasServer(const ElementPtr& service) {
+    return std::any_of(service->begin(), service->end(), [](const ElementPtr& server) {
+        return server->FindAttributeValue("ACTIVE") == "Y" && !Trim(server->Body()).empty();
+    });
+}
+
+}  // namespace
+
+void Defaults::Check(const App& app, const Text& plain) {
+    xmlINI settings = ThrowAwaySettings(app);
+    LoadGroups(*DocumentRoot(plain), settings);
+    const ElementPtr services = settings.TryGlobalsSection("SERVERS");
+    if (services != nullptr && std::any_of(services->begin(), services->end(), HasServer)) return;
+    throw Defect("it names no server in use");
+}
 
 bool Defaults::RetrieveDefaults() noexcept {
     bool fetched = false;
@@ -18,19 +47,16 @@ bool Defaults::RetrieveDefaults() noexcept {
     return fetched;
 }
 
-bool Defaults::LoadDefaults(const Text& MinVersion) noexcept {
+bool Defaults::LoadDefaults(const Text& MinVersion) noexcept { return Load(FileName, MinVersion); }
+
+bool Defaults::Load(const Text& name, const Text& MinVersion) noexcept {
     bool loaded = false;
     Trap(
         [&] {
-            const DataFile file{FileName, "Load defaults format error", "Load defaults version error"};
+            const DataFile file{name, "Load defaults format error", "Load defaults version error"};
             const ElementPtr root = LoadDataFile(m_Access, file, MinVersion, [&] { RetrieveDefaults(); }).Root;
             if (root == nullptr) return;
-            const std::shared_ptr<xmlINI> settings = m_Access.Settings();
-            const Text version = root->FindAttributeValue("Version");
-            if (!version.empty()) settings->ReplaceGlobals("DEFAULTVERSION", version);
-            for (const ElementPtr& group : *root) {
-                settings->ReplaceGlobals(UpperCase(group->FindAttributeValue("NAME")), group);
-            }
+            LoadGroups(*root, *m_Access.Settings());
             loaded = true;
         },
         [&](const RuntimeError& error) {
@@ -43,11 +69,14 @@ bool Defaults::CheckLoadDefaults() noexcept {
     bool stops = false;
     Trap(
         [&] {
-            if (!m_Access.Program.System.Files.Exists(m_Access.DataFile(FileName))) {
+            bool hasFile = m_Access.Program.System.Files.Exists(m_Access.DataFile(FileName));
+            if (!hasFile) {
                 m_Access.Log.WriteLog(Text("Missing Defaults File: ") + FileName, LogLevel::Always);
-                if (!RetrieveDefaults()) return;
+                hasFile = RetrieveDefaults();
             }
-            stops = !LoadDefaults({});
+            const Text name = DataGuard(m_Access).FileForStart(FileName);
+            if (!hasFile && name == FileName) return;
+            stops = !Load(name, {});
         },
         [&](const RuntimeError& error) {
             m_Access.Log.WriteLog("Error Load Defaults: " + error.Line(), LogLevel::Always);

@@ -12,6 +12,10 @@ public:
 
     explicit Defaults(ServiceAccess access) : m_Access(std::move(access)) {}
 
+    // Loads the document `plain` for nobody. Raises what keeps it from being loaded, and that it names no server in
+    // use: whoever loaded it would not be updated any more.
+    static void Check(const App& app, const Text& plain);
+
     // Fetches the file from the built-in servers if they have a later one; True when it did.
     bool RetrieveDefaults() noexcept;
 
@@ -21,10 +25,12 @@ public:
     bool LoadDefaults(const Text& MinVersion) noexcept;
 
     // The step of the start: a missing file is fetched, and when that fails too the start goes on without defaults;
-    // True, which stops the start, when there is a file that does not load.
+    // True, which stops the start, when there is a file that does not load. See DataGuard for the file before it.
     bool CheckLoadDefaults() noexcept;
 
 private:
+    bool Load(const Text& name, const Text& MinVersion) noexcept;
+
     ServiceAccess m_Access;
 };
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "components/tbXML/Document.h"
 #include "platform/AtomicWrite.h"
 #include "refdata/BuiltInReference.h"
+#include "refdata/DataGuard.h"
 #include "refdata/WebFiles.h"
 #include "refdata/mFileInfo.h"
 #include "shell/helpers/GeneralHelpers.h"
@@ -20,22 +20,56 @@ constexpr const char* StartError = "Error TrawlMain: LoadReferenceData ";
 
 // The globals without which the program cannot work.
 constexpr const char* RequiredTables[] = {"CATEGORIES", "SUBMISSIONS", "DISPOSITIONS"};
-
-// Older than what any server has.
-constexpr CivilDate BuiltInDate{2000, 1, 1, 0, 0, 0};
-
-ElementPtr BuiltInRoot() {
-    Document document;
-    document.LoadXML(BuiltInReference());
-    return document.Root();
-}
+constexpr const char* Countries = "COUNTRIES";
 
 const ElementPtr& Required(const ElementPtr& element) {
     if (element == nullptr) throw Error(ErrorNumber::ObjectNotSet);
     return element;
 }
 
+void LoadGlobals(const Element& root, xmlINI& settings) {
+    const Text version = root.FindAttributeValue("Version");
+    if (!version.empty()) settings.ReplaceGlobals("REFERENCEVERSION", version);
+    for (const char* const name : RequiredTables) settings.ReplaceGlobals(name, Required(root.FindElement(name)));
+    if (const ElementPtr words = root.FindElement("EVILWORDS")) settings.ReplaceGlobals("EVILWORDS", words->Body());
+}
+
+void LoadTables(const Element& root, const Reference::Tables& tables) {
+    if (const ElementPtr domains = root.FindElement("WHITELIST")) {
+        tables.WhiteList = std::make_unique<WhiteListDB>();
+        for (const Text& domain : Split(domains->Body(), ',')) tables.WhiteList->AddToDB(domain);
+    }
+    const ElementPtr countries = Required(root.FindElement(Countries));
+    tables.Countries.LoadCountries({countries->begin(), countries->end()});
+    if (const ElementPtr ranges = root.FindElement("GEOIP")) {
+        tables.Countries.LoadIPCountry(Text(Trim(ranges->Body())));
+    }
+}
+
+struct NoHost : GeoIPHost {
+    Text EvilWords() override { return {}; }
+    Text HomeCountry() override { return {}; }
+};
+
+void RequireSection(const Element& root, const char* name) {
+    if (root.FindElement(name) == nullptr) throw Defect(Text("there is no section ") + name);
+}
+
 }  // namespace
+
+void Reference::Check(const App& app, const Text& plain) {
+    const ElementPtr root = DocumentRoot(plain);
+    // The loader would tell that something is missing, and not what.
+    for (const char* const name : RequiredTables) RequireSection(*root, name);
+    RequireSection(*root, Countries);
+    xmlINI settings = ThrowAwaySettings(app);
+    NoHost host;
+    GeoIP countries(host);
+    std::unique_ptr<WhiteListDB> whiteList;
+    LoadGlobals(*root, settings);
+    LoadTables(*root, {countries, whiteList});
+    if (!countries.IsSorted()) throw Defect("its address table is defective");
+}
 
 bool Reference::RetrieveReference() noexcept {
     bool fetched = false;
@@ -48,11 +82,11 @@ bool Reference::RetrieveReference() noexcept {
 }
 
 bool Reference::LoadReference(const Text& MinVersion) noexcept {
-    return !Load([&] { return ReadFile(MinVersion); });
+    return !Load([&] { return ReadFile(FileName, MinVersion); });
 }
 
-LoadedFile Reference::ReadFile(const Text& MinVersion) {
-    const DataFile file{FileName, "Load reference data format error", "Load reference version error"};
+LoadedFile Reference::ReadFile(const Text& name, const Text& MinVersion) {
+    const DataFile file{name, "Load reference data format error", "Load reference version error"};
     return LoadDataFile(m_Access, file, MinVersion, [&] { RetrieveReference(); });
 }
 
@@ -66,34 +100,14 @@ std::optional<RuntimeError> Reference::Load(const std::function<LoadedFile()>& r
                 if (loaded.FormatFailure) WriteLine(LoadError, *failure);
                 return;
             }
-            LoadGlobals(*loaded.Root);
-            LoadTables(*loaded.Root);
+            LoadGlobals(*loaded.Root, *m_Access.Settings());
+            LoadTables(*loaded.Root, m_Tables);
         },
         [&](const RuntimeError& error) {
             failure = error;
             WriteLine(LoadError, error);
         });
     return failure;
-}
-
-void Reference::LoadGlobals(const Element& root) {
-    const std::shared_ptr<xmlINI> settings = m_Access.Settings();
-    const Text version = root.FindAttributeValue("Version");
-    if (!version.empty()) settings->ReplaceGlobals("REFERENCEVERSION", version);
-    for (const char* const name : RequiredTables) settings->ReplaceGlobals(name, Required(root.FindElement(name)));
-    if (const ElementPtr words = root.FindElement("EVILWORDS")) settings->ReplaceGlobals("EVILWORDS", words->Body());
-}
-
-void Reference::LoadTables(const Element& root) {
-    if (const ElementPtr domains = root.FindElement("WHITELIST")) {
-        m_Tables.WhiteList = std::make_unique<WhiteListDB>();
-        for (const Text& domain : Split(domains->Body(), ',')) m_Tables.WhiteList->AddToDB(domain);
-    }
-    const ElementPtr countries = Required(root.FindElement("COUNTRIES"));
-    m_Tables.Countries.LoadCountries({countries->begin(), countries->end()});
-    if (const ElementPtr ranges = root.FindElement("GEOIP")) {
-        m_Tables.Countries.LoadIPCountry(Text(Trim(ranges->Body())));
-    }
 }
 
 bool Reference::LoadReferenceData() noexcept {
@@ -103,10 +117,12 @@ bool Reference::LoadReferenceData() noexcept {
             bool hasFile = m_Access.Program.System.Files.Exists(m_Access.DataFile(FileName));
             if (!hasFile) {
                 m_Access.Log.WriteLog(Text("Missing Reference File: ") + FileName, LogLevel::Always);
-                hasFile = RetrieveReference() || WriteBuiltIn();
+                hasFile = RetrieveReference();
             }
+            const Text name = DataGuard(m_Access).FileForStart(FileName);
+            hasFile = hasFile || name != FileName || WriteBuiltIn();
             const std::optional<RuntimeError> failure = Load([&] {
-                return hasFile ? ReadFile({}) : LoadedFile{BuiltInRoot(), {}};
+                return hasFile ? ReadFile(name, {}) : LoadedFile{DocumentRoot(BuiltInReference()), {}};
             });
             // The built-in document fails too, behind its tables: it has no countries.
             if (failure && !HasTables()) throw RuntimeError(*failure);
@@ -127,7 +143,7 @@ bool Reference::WriteBuiltIn() noexcept {
     Trap(
         [&] {
             WriteFileAtomically(files, path, [](FileWriter& to) { to.Write(EncryptStringChk(BuiltInReference())); });
-            const Date old(BuiltInDate);
+            const Date old = OldestDate();
             SetFileDates(files, path, old, old, old, true);
             written = true;
         },
@@ -144,7 +160,7 @@ bool Reference::IsBuiltIn() const {
     Date accessed;
     Date modified;
     GetFileDates(m_Access.Program.System.Files, m_Access.DataFile(FileName), created, accessed, modified);
-    return modified == Date(BuiltInDate);
+    return modified == OldestDate();
 }
 
 bool Reference::HasTables() const {

@@ -24,6 +24,10 @@ public:
 
     Reference(ServiceAccess access, Tables tables) : m_Access(std::move(access)), m_Tables(tables) {}
 
+    // Loads the document `plain` for nobody. Raises what keeps it from being loaded to its end, a defective address
+    // table too.
+    static void Check(const App& app, const Text& plain);
+
     // Fetches the file from the service "ReferenceSVR" if it has a later one; True when it did. Without servers in the
     // defaults data that is one line of level 0.
     bool RetrieveReference() noexcept;
@@ -36,7 +40,8 @@ public:
     // The step of the start: a missing file is fetched or, when that fails, written from the built-in document, with
     // dates older than any server's; then it is loaded. A disk that does not take the built-in document is one line,
     // and the document is loaded all the same. True, which stops the start, only when the categories, the submissions'
-    // statuses or the dispositions are not there afterwards; a message tells the user.
+    // statuses or the dispositions are not there afterwards; a message tells the user. See DataGuard for the file
+    // before it.
     bool LoadReferenceData() noexcept;
 
     // The file is the built-in document as LoadReferenceData writes it, told by its date. Raises what asking for the
@@ -47,9 +52,7 @@ private:
     // Loads what `read` gives. The error that made it fail, number 0 for a file that is no frame or of a version that
     // is too low; nothing when it did not fail. The lines are written.
     std::optional<RuntimeError> Load(const std::function<LoadedFile()>& read) noexcept;
-    LoadedFile ReadFile(const Text& MinVersion);
-    void LoadGlobals(const Element& root);
-    void LoadTables(const Element& root);
+    LoadedFile ReadFile(const Text& name, const Text& MinVersion);
     // False, behind a line, when the file is not there afterwards.
     bool WriteBuiltIn() noexcept;
     bool HasTables() const;

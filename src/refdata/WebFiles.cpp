@@ -2,6 +2,7 @@
 
 #include "base/errors.h"
 #include "platform/AtomicWrite.h"
+#include "refdata/DataGuard.h"
 #include "refdata/mFileInfo.h"
 #include "shell/helpers/GeneralHelpers.h"
 #include "shell/helpers/Versions.h"
@@ -27,7 +28,7 @@ bool WebFiles::Fetch(const ElementPtr& Server, const Text& Page, const Text& Fil
     const std::unique_ptr<Sender> sender = MakeSender();
     const std::optional<Date> date = ServerDate(*sender, Server, File);
     if (!date) return Refuse("Error retrieving file head from " + Page);
-    if (!IsLater(*date, File)) return false;
+    if (!IsWanted(*date, File)) return false;
     Text reply;
     const Text error = sender->PostRequest(Server, Page, {}, reply, {});
     if (!error.empty()) return Refuse("Error retreiving file from " + Page + " " + error);
@@ -36,6 +37,9 @@ bool WebFiles::Fetch(const ElementPtr& Server, const Text& Page, const Text& Fil
     if (!ChkEncryptString(reply, plain, m_Access.Log)) {
         return Refuse("Error with ChkEncryptString, decrypt: " + std::to_string(reply.size()));
     }
+    const DataGuard guard(m_Access);
+    if (!guard.Admits(File, plain, *date)) return false;
+    guard.KeepLast(File);
     WriteFileAtomically(m_Access.Program.System.Files, m_Access.DataFile(File),
                         [&](FileWriter& writer) { writer.Write(reply); });
     return true;
@@ -57,7 +61,8 @@ std::unique_ptr<Sender> WebFiles::MakeSender() const {
     return sender;
 }
 
-bool WebFiles::IsLater(const Date& date, const Text& File) const {
+bool WebFiles::IsWanted(const Date& date, const Text& File) const {
+    if (DataGuard(m_Access).WasRefused(File, date)) return false;
     Files& files = m_Access.Program.System.Files;
     const std::filesystem::path path = m_Access.DataFile(File);
     if (!files.Exists(path)) return true;

@@ -158,6 +158,18 @@ void GeoIP::LoadIPCountry(const Text& Base64Text) {
     m_RangesLoaded = true;
 }
 
+bool GeoIP::IsSorted() const {
+    const auto size = static_cast<std::int64_t>(m_Ranges.size());
+    if (!m_RangesLoaded) return true;
+    if (size == 0 || size > INT32_MAX || size % RecordSize != 0) return false;
+    std::int32_t before = 0;
+    for (std::int32_t record = 0; record < size; before = record, record += RecordSize) {
+        const bool isRange = BytesLessEq(m_Ranges, record, m_Ranges, record + LastOffset, AddressSize);
+        if (!isRange || BytesLess(m_Ranges, record, m_Ranges, before, AddressSize)) return false;
+    }
+    return true;
+}
+
 Text GeoIP::CountryOfAddress(TextView Address) const {
     if (!m_RangesLoaded) return {};
     const std::int32_t index = FindRange(Address);

@@ -35,6 +35,9 @@ public:
     // Replaces the table of address ranges; a text of blanks changes nothing. The table itself is not checked.
     void LoadIPCountry(const Text& Base64Text);
 
+    // The table of address ranges is whole records in the order that a search needs, or there is none.
+    bool IsSorted() const;
+
     // The score of the URL, and the NAME of the country of the last address, of those separated by blanks, that lies in
     // the table; empty when none does. Always True. Raises 5 for a country code that was not loaded, 13 for a weight
     // that is no number, 9 for a table that ends in the middle of a record, and what the host raises.

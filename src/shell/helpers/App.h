@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <memory>
 
 #include "base/event.h"
@@ -90,6 +91,8 @@ public:
     // How many messages and dialogs of the program wait for the user, one above the other; see OpenDialog.
     mutable std::int32_t OpenDialogs = 0;
     bool ModalDialogOpen() const { return OpenDialogs > 0; }
+    // By the name of a data file, the date of the servers' copy that was refused last.
+    std::map<Text, Date> RefusedFiles;
     // Images of wave files; empty until they are loaded.
     Text ClickSound;
     Text AlertSound;
