@@ -93,7 +93,7 @@ public:
     // nothing was loaded; the list is then empty or, after a failure, what it had reached.
     bool RestoreDB(bool& Corrupt) noexcept;
     // Replaces the list by one snapshot. Progress is raised for attempt 0 only. A file named as a snapshot must hold
-    // the stamp of its name. After a file that cannot be read to its end it stays open until the next load.
+    // the stamp of its name. A file that cannot be read to its end stays open until RestoreDB ends, or the next load.
     bool LoadDB(const std::filesystem::path& Path, std::int16_t Attempt) noexcept;
     // Writes the list as the snapshot of that stamp, whole or not at all. False after a failure; error 75 for a stamp
     // that is not twelve digits.

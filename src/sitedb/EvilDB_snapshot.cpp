@@ -70,6 +70,8 @@ bool EvilDB::RestoreDB(bool& Corrupt) noexcept {
             }
         },
         Failure("Malicious Database Restore Error: "));
+    // What could not be deleted has been kept. From here on an update may take its place, and pruning its turn.
+    m_OpenFile.reset();
     return result;
 }
 
@@ -82,8 +84,8 @@ bool EvilDB::LoadDB(const std::filesystem::path& Path, std::int16_t Attempt) noe
             m_OpenFile = m_Files.OpenForReading(Path);
             SnapshotReader reader(*m_OpenFile);
             const SnapshotHeader header = reader.ReadHeader();
-            // Of another version, or ending too early: the file stays open, so that it is not taken for one to delete.
-            // It may be the work of a newer program.
+            // Of another version, or ending too early: the file stays open, so that RestoreDB does not delete it. It
+            // may be the work of a newer program.
             if (header.Version != SnapshotHeader::KnownVersion) return;
             m_Count = header.EntryCount;
             LoadEntries(reader, Attempt);

@@ -80,5 +80,25 @@ TEST(Prune, LooksAtSnapshotsOnly) {
                                      "0 Malicious Database MinFileVersion Error: 57 Device I/O error"}));
 }
 
+TEST(Prune, TakesAFileThatCouldNotBeReadInItsTurn) {
+    UpdateRig rig;
+    rig.Update("202611210900\n1\n+\thttp://evil.example\t2\tv\n");
+    rig.Storage.Contents[UpdateRig::File("202611210900")].pop_back();
+    const auto files = rig.Storage.Contents;
+    // The service comes with the file's own stamp, or with later ones only.
+    for (const int first : {0, 1}) {
+        rig.Storage.Contents = files;
+        rig.Renew();
+        rig.Reply().clear();
+        rig.DB->Load("A-1");
+        rig.Log.Take();
+        for (int minute = first; minute <= 6; ++minute) {
+            for (const Text& line : rig.Update("20261121090" + std::to_string(minute) + "\n0\n+\thttp://a\t2\tv\n"))
+                EXPECT_NE(line[0], '0') << line;
+        }
+        EXPECT_EQ(rig.Snapshots(), "202611210902 202611210903 202611210904 202611210905 202611210906");
+    }
+}
+
 }  // namespace
 }  // namespace tb
