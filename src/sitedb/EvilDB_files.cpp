@@ -82,12 +82,6 @@ EvilDB::FileName EvilDB::FindRetainedFile(const std::vector<FileName>& Names, co
     return retained;
 }
 
-Date EvilDB::StampToDate(TextView Stamp) {
-    if (!IsStamp(Left(Stamp, StampLength))) throw Error(ErrorNumber::TypeMismatch);
-    const auto part = [&](long position, long length) {
-        return static_cast<int>(ToInt16(Mid(Stamp, position, length)));
-    };
-    return Date(CivilDate{part(1, 4), part(5, 2), part(7, 2), part(9, 2), part(11, 2), 0});
-}
+Date EvilDB::StampToDate(TextView Stamp) { return tb::StampToDate(Stamp); }
 
 }  // namespace tb

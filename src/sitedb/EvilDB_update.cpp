@@ -1,8 +1,5 @@
-#include <algorithm>
-#include <array>
-
 #include "sitedb/EvilDB.h"
-#include "sitedb/EvilDB_record.h"
+#include "sitedb/UpdateReply.h"
 #include "sitedb/codec/Encryption.h"
 #include "sitedb/codec/UrlEncode.h"
 
@@ -12,9 +9,7 @@ namespace {
 
 constexpr const char* Page = "MalDB.aspx";
 constexpr TextView StartAnew = "1";
-constexpr TextView Adding = "+";
 constexpr char LineEnd = '\n';
-constexpr size_t ChangeFields = 4;
 // With this many line ends changes are not logged line by line any more.
 constexpr std::int64_t LongUpdate = 50;
 constexpr std::int16_t SnapshotsKept = 5;
@@ -27,13 +22,6 @@ public:
 private:
     const Event<Text, LogLevel>& m_Lines;
 };
-
-// Takes the text before the first `end` off the front of `rest`, and `end` with it.
-TextView TakeUntil(char end, TextView& rest) {
-    const TextView taken = rest.substr(0, rest.find(end));
-    rest.remove_prefix(std::min(taken.size() + 1, rest.size()));
-    return taken;
-}
 
 std::int64_t CountOf(char character, TextView text) {
     std::int64_t count = 0;
@@ -88,8 +76,8 @@ void EvilDB::TakeChanges(TextView plain) {
     const std::int64_t highestLine = CountOf(LineEnd, plain);
     if (highestLine == 0) throw Error(ErrorNumber::Subscript);
     TextView rest = plain;
-    const Text stamp(TakeUntil(LineEnd, rest));
-    const TextView mode = TakeUntil(LineEnd, rest);
+    const Text stamp(TakeLine(rest));
+    const TextView mode = TakeLine(rest);
     if (mode.empty()) return Log("MalDB.Update: Received update, no data" + SinceStamp());
     if (mode == StartAnew) {
         Log("MalDB.Update, RemoveAll" + SinceStamp());
@@ -97,7 +85,7 @@ void EvilDB::TakeChanges(TextView plain) {
     }
     Log("Received: " + std::to_string(highestLine - 2) + SinceStamp());
     Changes changes;
-    while (!rest.empty()) Apply(TakeUntil(LineEnd, rest), highestLine < LongUpdate, changes);
+    while (!rest.empty()) Apply(TakeLine(rest), highestLine < LongUpdate, changes);
     m_Domains.PackIfSparse();
     SaveDB(stamp, Fingerprint());
     // Also when it was not saved: the list is as of this stamp, and the next update saves it.
@@ -108,18 +96,13 @@ void EvilDB::TakeChanges(TextView plain) {
 
 void EvilDB::Apply(TextView line, bool logged, Changes& changes) {
     if (line.empty()) return;
-    std::array<TextView, ChangeFields> fields;
-    size_t count = 0;
-    for (size_t start = 0, end = 0; end != TextView::npos; start = end + 1, ++count) {
-        end = line.find(FieldEnd, start);
-        if (count < ChangeFields) fields[count] = line.substr(start, end - start);
+    const ChangeLine change(line);
+    if (!change.IsWhole()) {
+        return Log("MalDB.Update: incorrect urlEntryParts," + Text(line) + ", count (" +
+                   std::to_string(change.Count - 1) + ")");
     }
-    if (count != ChangeFields) {
-        return Log("MalDB.Update: incorrect urlEntryParts," + Text(line) + ", count (" + std::to_string(count - 1) +
-                   ")");
-    }
-    const auto& [mark, url, category, validated] = fields;
-    const bool adds = mark == Adding;
+    const auto& [mark, url, category, validated] = change.Fields;
+    const bool adds = change.Adds();
     if (logged) {
         Log(Text("MalDB.Update ") + (adds ? "AddToDB (" : "DelFromDB (") + Text(url) + " " + Text(category) + " " +
             Text(validated) + ")");

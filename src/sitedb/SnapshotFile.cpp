@@ -23,6 +23,14 @@ bool IsStamp(TextView text) {
     return text.size() == StampLength && text.find_first_not_of("0123456789") == TextView::npos;
 }
 
+Date StampToDate(TextView stamp) {
+    if (!IsStamp(Left(stamp, StampLength))) throw Error(ErrorNumber::TypeMismatch);
+    const auto part = [&](long position, long length) {
+        return static_cast<int>(ToInt16(Mid(stamp, position, length)));
+    };
+    return Date(CivilDate{part(1, 4), part(5, 2), part(7, 2), part(9, 2), part(11, 2), 0});
+}
+
 Text SnapshotName(const Text& stamp) { return Text(FilePrefix) + stamp + Text(FileExtension); }
 
 bool StampOfName(TextView name, Text& stamp) {
