@@ -70,7 +70,11 @@ void frmController::SetupEvilDB() {
     App& app = m_Parts.Program;
     EvilDBHost& categories = *this;
     VerdictHost& surroundings = *this;
-    const auto list = std::make_shared<EvilDB>(app.System.Files, categories, app.Path() / "Data");
+    const std::filesystem::path folder = app.Path() / "Data";
+    std::unique_ptr<UpdateGuard> guard;
+    if (app.Product.ListGuard)
+        guard = std::make_unique<UpdateGuard>(app.System.Files, app.System.Clock, folder, app.Product.BuildStamp);
+    const auto list = std::make_shared<EvilDB>(app.System.Files, categories, folder, std::move(guard));
     m_EvilDB = list;
     list->LogMessage.Connect([this](const Text& line, LogLevel level) { WriteLog(line, level); });
     list->EvilLoadPercent.Connect([this](std::int16_t percent) {

@@ -19,6 +19,8 @@ public:
     using Position = std::uint32_t;
     // Positions lie below this: 2 GB of entries.
     static constexpr Position End = 1U << 31;
+    // Positions of two entries are at least so far apart.
+    static constexpr Position LeastDistance = 8;
 
     // Makes sure that an entry of that size can be appended. Raises error 7 when there is no room.
     void Reserve(size_t size);
@@ -64,6 +66,7 @@ private:
         std::uint16_t Length;
     };
     static constexpr size_t HeadSize = 10;
+    static_assert(LeastDistance <= HeadSize);
     static constexpr int BlockBits = std::bit_width(LargeBlockSize) - 1;
 
     Head HeadAt(Position entry) const {

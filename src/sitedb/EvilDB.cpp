@@ -4,8 +4,13 @@
 
 namespace tb {
 
-EvilDB::EvilDB(Files& files, EvilDBHost& host, std::filesystem::path folder)
-    : m_Files(files), m_Host(host), m_Folder(std::move(folder)), m_LastTimestamp(NoDataStamp) {
+EvilDB::EvilDB(Files& files, EvilDBHost& host, std::filesystem::path folder, std::unique_ptr<UpdateGuard> guard)
+    : m_Files(files),
+      m_Host(host),
+      m_Folder(std::move(folder)),
+      m_Guard(std::move(guard)),
+      m_LastTimestamp(NoDataStamp) {
+    if (m_Guard) m_Guard->LogMessage.Connect([this](const Text& line, LogLevel level) { Log(line, level); });
     Trap(
         [&] {
             m_Sender = m_Host.MakeUpdateSender();

@@ -14,6 +14,7 @@
 #include "sitedb/DomainTable.h"
 #include "sitedb/ExpectedUrls.h"
 #include "sitedb/SiteMatch.h"
+#include "sitedb/UpdateGuard.h"
 
 namespace tb {
 
@@ -40,8 +41,9 @@ public:
     // Without a folder.
     using FileName = std::filesystem::path;
 
-    // Snapshots lie in `folder`. `files` and `host` must outlive the list.
-    EvilDB(Files& files, EvilDBHost& host, std::filesystem::path folder);
+    // Snapshots lie in `folder`. `files` and `host` must outlive the list. With a guard, updates and snapshots are
+    // taken only if it lets them pass.
+    EvilDB(Files& files, EvilDBHost& host, std::filesystem::path folder, std::unique_ptr<UpdateGuard> guard = nullptr);
     EvilDB(const EvilDB&) = delete;
     EvilDB& operator=(const EvilDB&) = delete;
 
@@ -101,7 +103,8 @@ public:
     // CRC-32 over all scrambled entries in walk order; 0, with a line, for an empty list.
     std::int32_t Fingerprint() noexcept;
 
-    // Deletes the oldest snapshots until `Keep` are left, FindRetainedFile's never.
+    // Deletes the oldest snapshots until `Keep` are left, FindRetainedFile's never. With a guard, files whose stamp it
+    // does not believe stay and do not count, and the snapshot of the list in use stays, too.
     void PruneFiles(std::int16_t Keep, const Text& NewestStamp) noexcept;
     // Of the snapshots at least one day older than NewestStamp the newest one, or an empty name. Raises error 13 for a
     // stamp that is no date.
@@ -109,7 +112,7 @@ public:
     // The moment of a stamp. Raises error 13 when it does not begin with the twelve digits of one.
     static Date StampToDate(TextView Stamp);
     // The smallest name of a snapshot in text order, `Exclude` passed over, and the largest one. Empty when there is
-    // none.
+    // none. With a guard, of those that it believes, and the smallest is never the one in use.
     FileName MinFileVersion(const FileName& Exclude) noexcept;
     FileName MaxFileVersion() noexcept;
 
@@ -141,9 +144,18 @@ private:
     void LoadEntries(SnapshotReader& reader, std::int16_t Attempt);
     void AddLoaded(TextView entry);
     std::vector<FileName> SnapshotNames();
+    bool IsInUse(const FileName& name) const;
+    // One line for each snapshot whose stamp the guard does not believe.
+    void TellPassedOver();
     void TakeReply(const Text& error, Text reply);
     void TakeChanges(TextView plain);
     void Apply(TextView line, bool logged, Changes& changes);
+    bool PassesGuard(const Text& stamp, bool anew, TextView changes);
+    // How many of the entries held would stay after the changes of a reply; exact when fewer than `enough`, else at
+    // least that.
+    std::int64_t CountKept(bool anew, TextView changes, std::int64_t enough) const;
+    // The entry of a URL from outside; 0 when there is none.
+    DomainTable::Position FindEntry(TextView url) const;
     Text SinceStamp() const { return " - TS=" + m_LastTimestamp; }
     void Log(const Text& message, LogLevel level = LogLevel::Debug) const { LogMessage.Raise(message, level); }
     // The handler of an operation's trap.
@@ -157,6 +169,7 @@ private:
     Files& m_Files;
     EvilDBHost& m_Host;
     std::filesystem::path m_Folder;
+    std::unique_ptr<UpdateGuard> m_Guard;  // null: whatever the service says is taken
     std::unique_ptr<FileReader> m_OpenFile;
     Text m_LastTimestamp;
     std::int32_t m_Count = 0;

@@ -18,7 +18,7 @@ std::vector<EvilDB::FileName> EvilDB::SnapshotNames() {
     Text stamp;
     // The listing is the system's, which may match more than the name that is shown.
     for (const FileName& name : m_Files.List(m_Folder)) {
-        if (StampOfName(NameText(name), stamp)) names.push_back(name);
+        if (StampOfName(NameText(name), stamp) && (!m_Guard || m_Guard->IsPlausible(stamp))) names.push_back(name);
     }
     return names;
 }
@@ -40,12 +40,25 @@ EvilDB::FileName EvilDB::MinFileVersion(const FileName& Exclude) noexcept {
     Trap(
         [&] {
             for (const FileName& name : SnapshotNames()) {
-                if (name == Exclude) continue;
+                if (name == Exclude || (m_Guard && IsInUse(name))) continue;
                 if (smallest.empty() || NameText(name) < NameText(smallest)) smallest = name;
             }
         },
         Failure("Malicious Database MinFileVersion Error: "));
     return smallest;
+}
+
+bool EvilDB::IsInUse(const FileName& name) const {
+    Text stamp;
+    return StampOfName(NameText(name), stamp) && stamp == m_LastTimestamp;
+}
+
+void EvilDB::TellPassedOver() {
+    Text stamp;
+    for (const FileName& name : m_Files.List(m_Folder)) {
+        if (!StampOfName(NameText(name), stamp) || m_Guard->IsPlausible(stamp)) continue;
+        Log("MalDB.RestoreDB: Passed over for its stamp - " + NameText(name), LogLevel::Always);
+    }
 }
 
 void EvilDB::PruneFiles(std::int16_t Keep, const Text& NewestStamp) noexcept {

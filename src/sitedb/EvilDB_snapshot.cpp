@@ -56,12 +56,17 @@ bool EvilDB::RestoreDB(bool& Corrupt) noexcept {
     Corrupt = false;
     Trap(
         [&] {
+            if (m_Guard) {
+                m_Guard->Load();
+                TellPassedOver();
+            }
             std::int16_t attempt = 0;
             for (std::filesystem::path name; !(name = MaxFileVersion()).empty(); ++attempt) {
                 if (LoadDB(m_Folder / name, attempt)) {
                     const Text outcome = m_Host.IsDebugMode() ? std::to_string(m_Count) : "OK";
                     Log("Malicious Database Load " + NameText(name) + ": " + outcome, LogLevel::Always);
                     result = true;
+                    if (m_Guard) m_Guard->Holds(m_LastTimestamp, m_Domains.EntryCount());
                     return;
                 }
                 Log("MalDB.RestoreDB: Corrupt file - " + NameText(name));

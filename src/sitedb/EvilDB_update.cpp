@@ -78,7 +78,11 @@ void EvilDB::TakeChanges(TextView plain) {
     TextView rest = plain;
     const Text stamp(TakeLine(rest));
     const TextView mode = TakeLine(rest);
-    if (mode.empty()) return Log("MalDB.Update: Received update, no data" + SinceStamp());
+    if (mode.empty()) {
+        if (m_Guard) m_Guard->HasNothingNew(m_Domains.EntryCount());
+        return Log("MalDB.Update: Received update, no data" + SinceStamp());
+    }
+    if (m_Guard && !PassesGuard(stamp, mode == StartAnew, rest)) return;
     if (mode == StartAnew) {
         Log("MalDB.Update, RemoveAll" + SinceStamp());
         m_Domains.RemoveAll();
@@ -90,6 +94,7 @@ void EvilDB::TakeChanges(TextView plain) {
     SaveDB(stamp, Fingerprint());
     // Also when it was not saved: the list is as of this stamp, and the next update saves it.
     m_LastTimestamp = stamp;
+    if (m_Guard) m_Guard->Holds(stamp, m_Domains.EntryCount());
     PruneFiles(SnapshotsKept, stamp);
     EvilAdded.Raise(changes.Added, changes.Deleted);
 }

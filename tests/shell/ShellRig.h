@@ -92,7 +92,8 @@ public:
 };
 
 struct ShellRig {
-    explicit ShellRig(const Text& settings = {}) {
+    explicit ShellRig(const Text& settings = {}, const Deployment& product = TestDeployment())
+        : Program{System, product} {
         if (!settings.empty()) {
             System.Files.Contents["/app/Trawlbeam.ini"] =
                 "<INI DATE='01/01/2026 00:00:00'>\r\n" + settings + "</INI>\r\n";
@@ -117,7 +118,7 @@ struct ShellRig {
     frmController& Controller() { return *Chain->Controller(); }
 
     FakeSystem System;
-    App Program{System, TestDeployment()};
+    App Program;
     ProgramLog Log{Program};
     Forms Windows;
     FakeTrayIcon Tray;

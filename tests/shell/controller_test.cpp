@@ -4,6 +4,7 @@
 #include "fakes/RecordedLog.h"
 #include "shell/ShellRig.h"
 #include "shell/helpers/GeneralHelpers.h"
+#include "sitedb/codec/Encryption.h"
 
 namespace tb {
 namespace {
@@ -86,6 +87,18 @@ TEST_F(ControllerWindowTest, ARequestIsJudgedWithTheProgramsSettings) {
     Controller().CheckEvil({"1", "Check", "http://evil.example/"}, reply);
     EXPECT_EQ(reply, "Validated: d  (Category: Banking or Credit Card Spoof)");
     EXPECT_EQ(m_Rig->Device.Played.size(), 1U);
+}
+
+TEST_F(ControllerWindowTest, TheDeploymentDecidesWhetherTheListIsGuarded) {
+    for (const bool guarded : {false, true}) {
+        Deployment product = TestDeployment();
+        product.ListGuard = guarded;
+        product.BuildStamp = "202611010000";
+        ShellRig rig({}, product);
+        rig.Web.Replies["MalDB.aspx"] = EncryptStringChk("999912312359\n1\n");
+        ASSERT_TRUE(rig.Chain->Main());
+        EXPECT_EQ(rig.Controller().Sites()->LastTimestamp(), guarded ? "200001010000" : "999912312359");
+    }
 }
 
 TEST_F(ControllerWindowTest, AnUpdateCycleComesEveryPeriodAndOneTick) {

@@ -1,7 +1,7 @@
 // A site list over files in memory and a service that answers from a table.
 #pragma once
 
-#include "fakes/FakeFiles.h"
+#include "fakes/FakePlatform.h"
 #include "fakes/FakeSender.h"
 #include "fakes/RecordedLog.h"
 #include "sitedb/BuiltInCategories.h"
@@ -21,7 +21,9 @@ public:
     }
     // The list of a program that starts anew over the same files.
     void Renew() {
-        DB = std::make_unique<EvilDB>(Storage, *this, "Data");
+        DB = std::make_unique<EvilDB>(
+            Storage, *this, "Data",
+            Guarded ? std::make_unique<UpdateGuard>(Storage, Time, "Data", "202611010000") : nullptr);
         DB->LogMessage.Connect([this](const Text& line, LogLevel level) { Log.WriteLog(line, level); });
         DB->EvilLoadPercent.Connect([this](std::int16_t percent) { Percents += std::to_string(percent) + " "; });
         DB->EvilAdded.Connect([this](std::int32_t added, std::int32_t deleted) {
@@ -72,6 +74,9 @@ public:
     RecordedLog Log;
     Text Percents;
     ElementPtr Servers = std::make_shared<Element>("Service");
+    // Of the guard, if there is one from the next Renew on.
+    bool Guarded = false;
+    FakeClock Time;
     bool NoServerList = false;
     bool NoSender = false;
     std::unique_ptr<EvilDB> DB;

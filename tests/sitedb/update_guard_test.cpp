@@ -1,0 +1,356 @@
+// The list under its guard: what a service says that is wrong, broken or in other hands.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+
+#include "sitedb/UpdateRig.h"
+
+namespace tb {
+namespace {
+
+// The clock of the rig tells 11/21/2026 08:09:10, the build is of 11/01/2026.
+const Text Stamp = "202611210800";
+const FakeFiles::Path RecordFile = "Data/ListGuard.bin";
+
+Text Site(int number) { return "http://host" + std::to_string(number) + ".example"; }
+
+// Lines with that mark, from one site up to another.
+Text Changes(const Text& mark, int from, int to) {
+    Text lines;
+    for (int number = from; number < to; ++number) lines += mark + "\t" + Site(number) + "\t2\tv\n";
+    return lines;
+}
+
+// A program that holds so many sites.
+class UpdateGuardTest : public testing::Test, protected UpdateRig {
+protected:
+    UpdateGuardTest() {
+        Guarded = true;
+        Renew();
+    }
+    void Fill(int count) {
+        Update(Stamp + "\n1\n" + Changes("+", 0, count));
+        ASSERT_EQ(DB->LiveCount(), count);
+    }
+    // Starts the program again: the lines of its start.
+    Lines Restart() {
+        Renew();
+        Reply().clear();
+        DB->Load("A-1");
+        return Log.Take();
+    }
+    // "taken", "held" or "quiet" (held, and nothing said) by what an update did.
+    Text Outcome(const Text& plain) {
+        const Text stamp = DB->LastTimestamp();
+        const auto files = Storage.Contents;
+        const std::int32_t count = DB->LiveCount();
+        const Lines lines = Update(plain);
+        if (!lines.empty() && lines.back().find("EvilAdded") == 0) return "taken";
+        EXPECT_EQ(DB->LastTimestamp(), stamp);
+        EXPECT_EQ(DB->LiveCount(), count);
+        for (const auto& [path, content] : files) EXPECT_TRUE(path == RecordFile || Storage.Contents[path] == content);
+        for (const Text& line : lines) {
+            if (line.find("0 MalDB.Update: Held back, ") == 0) return "held";
+        }
+        return "quiet";
+    }
+    Text Next(int minute) const { return "2026112108" + std::to_string(10 + minute); }
+    Text Emptied() const { return Next(1) + "\n1\n"; }
+    Text UpToDate() const { return DB->LastTimestamp() + "\n\n"; }
+};
+
+TEST_F(UpdateGuardTest, RefusesStampsMoreThanADayAheadAndThoseThatAreNone) {
+    Fill(3);
+    const auto refused = [&](const Text& stamp) {
+        const Text before = DB->LastTimestamp();
+        const Lines lines = Update(stamp + "\n1\n");
+        if (lines.back().find("EvilAdded") == 0) return false;
+        EXPECT_EQ(lines.size(), 1U);
+        EXPECT_EQ(DB->LastTimestamp() + std::to_string(DB->LiveCount()), before + "3");
+        return true;
+    };
+    for (const char* stamp : {"999912312359", "202711210800", "202611230000", "../../evil", "", " 20261121080",
+                              "20261121080", "2026112108000", "20261121080a", "202613450000"}) {
+        EXPECT_TRUE(refused(stamp)) << stamp;
+    }
+    // Every cycle brings the same; the log has it once.
+    EXPECT_EQ(Log.Lines, Lines{});
+    Update(UpToDate());
+    EXPECT_EQ(Update("999912312359\n1\n"), Lines{"0 MalDB.Update: Refused, the stamp 999912312359 is more than a day "
+                                                 "ahead; the clock tells 11/21/2026 08:09:10"});
+    EXPECT_EQ(Update("..\\x\n1\n"), Lines{"1 MalDB.Update: Refused, the stamp ..\\x5Cx is none"});
+    // Local time may be twelve hours behind GMT, and the stamp a day ahead of that.
+    EXPECT_TRUE(refused("202611222010"));
+    EXPECT_FALSE(refused("202611222009"));
+    EXPECT_EQ(DB->LiveCount(), 0);
+}
+
+TEST_F(UpdateGuardTest, GoesByTheNewestStampWhereTheClockIsLate) {
+    Fill(3);
+    Time.Present = Date(CivilDate{2026, 11, 2, 0, 0, 0});
+    EXPECT_EQ(Restart(), Lines{"0 Malicious Database Load TBDB" + Stamp + ".BIN: OK"});
+    EXPECT_EQ(Outcome("202611220801\n0\n"), "quiet");
+    EXPECT_EQ(Outcome("202611220800\n0\n"), "taken");
+    // A service that was put back to an older state counts from there.
+    EXPECT_EQ(Outcome(Stamp + "\n0\n"), "taken");
+    EXPECT_EQ(Outcome("202611220801\n0\n"), "quiet");
+}
+
+TEST_F(UpdateGuardTest, RefusesNoDateWhileTheClockIsBeforeTheBuild) {
+    Fill(3);
+    Time.Present = Date(CivilDate{2026, 10, 31, 11, 59, 59});
+    EXPECT_EQ(Restart(), (Lines{"0 MalDB.Guard: The clock tells 10/31/2026 11:59:59, which is before this program was "
+                                "built; stamps are not checked",
+                                "0 Malicious Database Load TBDB" + Stamp + ".BIN: OK"}));
+    EXPECT_EQ(Outcome("..\n0\n"), "quiet");
+    EXPECT_EQ(Outcome("999912312359\n1\n"), "taken");
+    // With the right time the good snapshot wins again, and no later stamp does by it.
+    Time.Present = Date(CivilDate{2026, 11, 21, 8, 0, 0});
+    EXPECT_EQ(Restart(), (Lines{"0 MalDB.RestoreDB: Passed over for its stamp - TBDB999912312359.BIN",
+                                "0 Malicious Database Load TBDB" + Stamp + ".BIN: OK"}));
+    EXPECT_EQ(Outcome("999912312358\n0\n"), "quiet");
+}
+
+TEST_F(UpdateGuardTest, PruningNeitherCountsFilesAheadNorDeletesTheOneInUse) {
+    Storage.Contents[File("999912312359")];
+    Storage.Contents[File("20261121")];
+    for (int minute = 0; minute < 7; ++minute) Update(Next(minute) + "\n0\n");
+    const auto expected = [](const Text& stamps) {
+        return "ListGuard.bin TBDB20261121.BIN " + stamps + " 999912312359";
+    };
+    EXPECT_EQ(Snapshots(), expected("202611210812 202611210813 202611210814 202611210815 202611210816"));
+    // The service went back to an older state: its snapshot is the smallest and the one in use.
+    Update("202611210800\n0\n");
+    EXPECT_EQ(Snapshots(), expected("202611210800 202611210813 202611210814 202611210815 202611210816"));
+    // While nobody knows what is ahead it counts.
+    Time.Present = Date();
+    Update("202611210759\n0\n");
+    EXPECT_EQ(Snapshots(), expected("202611210759 202611210814 202611210815 202611210816"));
+}
+
+TEST_F(UpdateGuardTest, HoldsBackWhatWouldLeaveFewerThanHalf) {
+    struct Case {
+        int Held;
+        Text Update;
+        Text Expected;
+    };
+    const Text other = "http://other.example";
+    const std::vector<Case> cases{
+        {2000, "1\n", "held"},
+        {1000, "1\n", "held"},
+        {999, "1\n", "taken"},
+        {2000, "0\n" + Changes("-", 0, 1000), "taken"},
+        {2000, "0\n" + Changes("-", 0, 1001), "held"},
+        {2000, "0\n" + Changes("-", 0, 1001) + Changes("+", 5000, 9000), "held"},
+        {2001, "0\n" + Changes("-", 0, 1001), "held"},
+        {2000, "1\n" + Changes("+", 1000, 2000), "taken"},
+        {2000, "1\n" + Changes("+", 1001, 9000), "held"},
+        {2000, "1\n" + Changes("+", 5000, 9000), "held"},
+        // Other categories and dates are no other sites, and one that is named twice is one.
+        {2000, "0\n" + Changes("-", 0, 2000) + Changes("+", 0, 2000), "taken"},
+        {2000, "0\n" + Changes("+", 0, 2000) + Changes("-", 0, 2000), "held"},
+        {2000, "0\n" + Changes("-", 0, 900) + Changes("-", 0, 900), "taken"},
+        {2000, "1\n" + Changes("+", 0, 999) + Changes("+", 0, 999), "held"},
+        {2000, "1\n" + Changes("+", 0, 1500) + Changes("-", 0, 1000), "held"},
+        {2000, "1\n" + Changes("+", 0, 999) + "+\tHTTP://HOST1999.example//\t2\tv", "taken"},
+        // What the list would refuse keeps nothing, and takes nothing away.
+        {2000, "1\n" + Changes("+", 0, 999) + "+\t" + Site(999) + "\t2\n+\thost999.example\t2\tv\n", "held"},
+        {2000, "1\n" + Changes("+", 0, 999) + "+\t" + Site(999) + "\t2\t" + Text(32767, 'v'), "held"},
+        {2000, "0\n" + Changes("-", 0, 1000) + "-\t" + other + "\t2\tv\n-\t" + Site(1000) + "\n\n", "taken"},
+    };
+    int number = 0;
+    for (const Case& example : cases) {
+        SCOPED_TRACE(++number);
+        Storage.Contents.clear();
+        Renew();
+        Fill(example.Held);
+        EXPECT_EQ(Outcome(Next(1) + "\n" + example.Update), example.Expected);
+    }
+}
+
+TEST_F(UpdateGuardTest, MeasuresByTheMostOfSevenDays) {
+    Fill(3000);
+    Time.Pass(7 * Date::SecondsPerDay);
+    EXPECT_EQ(Outcome(Next(1) + "\n0\n" + Changes("-", 0, 1000)), "taken");
+    // 1400 of 2000, but of 3000 some days ago; in small steps, too.
+    EXPECT_EQ(Outcome(Next(2) + "\n0\n" + Changes("-", 1000, 1600)), "held");
+    Restart();
+    EXPECT_EQ(Outcome(Next(2) + "\n0\n" + Changes("-", 1000, 1500)), "taken");
+    EXPECT_EQ(Outcome(Next(3) + "\n0\n" + Changes("-", 1500, 1501)), "held");
+    Time.Pass(7 * Date::SecondsPerDay);
+    Update(UpToDate());
+    EXPECT_EQ(Outcome(Next(3) + "\n0\n" + Changes("-", 1500, 1501)), "held");
+    Update(UpToDate());
+    Time.Pass(Date::SecondsPerDay);
+    EXPECT_EQ(Outcome(Next(3) + "\n0\n" + Changes("-", 1500, 1501)), "taken");
+    EXPECT_EQ(DB->LiveCount(), 1499);
+}
+
+TEST_F(UpdateGuardTest, AListThatWasLostFillsAgain) {
+    Fill(3000);
+    Storage.Contents.erase(File(Stamp));
+    Restart();
+    EXPECT_EQ(DB->LiveCount(), 0);
+    EXPECT_EQ(Outcome(Next(1) + "\n1\n" + Changes("+", 0, 1400)), "taken");
+    EXPECT_EQ(Outcome(Next(2) + "\n1\n" + Changes("+", 700, 5000)), "taken");
+    EXPECT_EQ(Outcome(Next(3) + "\n1\n" + Changes("+", 0, 1400)), "held");
+}
+
+TEST_F(UpdateGuardTest, TakesItWhenTheServiceHasSaidSoForADay) {
+    Fill(2000);
+    EXPECT_EQ(
+        Update(Emptied()),
+        Lines{"0 MalDB.Update: Held back, 0 of 2000 entries would stay. The list stays as it is until the service "
+              "has said so for a day, counted from 11/21/2026 08:09:10"});
+    EXPECT_EQ(Update(Emptied()), Lines{});
+    EXPECT_EQ(Web.Requests.back().Body, "Key=A%2D1&TS=" + Stamp);
+    EXPECT_TRUE(Hits(Site(7)));
+    Time.Pass(Date::SecondsPerDay - 1);
+    // A run of the program says it once more; what was said before counts.
+    Restart();
+    EXPECT_EQ(Outcome(Emptied()), "held");
+    // No answer, half of one, and one that is refused say nothing.
+    Web.Errors["MalDB.aspx"] = "timed out";
+    UpdateAsItIs();
+    Web.Errors.clear();
+    Reply() = "1Gx";
+    UpdateAsItIs();
+    Update("999912312359\n1\n");
+    EXPECT_EQ(Outcome(Emptied()), "quiet");
+    Time.Pass(1);
+    EXPECT_EQ(Update(Emptied()).front(),
+              "0 MalDB.Update: Taken, the service has said for a day that 0 of 2000 entries stay");
+    EXPECT_EQ(DB->LastTimestamp() + std::to_string(DB->LiveCount()), Next(1) + "0");
+    // The new list is the one to go by, after a restart as well.
+    Restart();
+    EXPECT_EQ(Outcome(Next(2) + "\n0\n" + Changes("+", 0, 1500)), "taken");
+    EXPECT_EQ(Outcome(Next(3) + "\n0\n" + Changes("-", 0, 750)), "taken");
+    EXPECT_EQ(Outcome(Next(4) + "\n0\n" + Changes("-", 750, 751)), "held");
+}
+
+TEST_F(UpdateGuardTest, AnAnswerThatPassesBeginsTheDayAnew) {
+    Fill(2000);
+    EXPECT_EQ(Outcome(Emptied()), "held");
+    Time.Pass(Date::SecondsPerDay);
+    EXPECT_EQ(Update(UpToDate()), (Lines{"0 MalDB.Update: No longer held back, the service says otherwise",
+                                         "1 MalDB.Update: Received update, no data - TS=" + Stamp}));
+    EXPECT_EQ(Outcome(Emptied()), "held");
+    Time.Pass(Date::SecondsPerDay);
+    EXPECT_EQ(Update(Next(1) + "\n0\n").front(), "0 MalDB.Update: No longer held back, the service says otherwise");
+    Restart();
+    EXPECT_EQ(Outcome(Emptied()), "held");
+}
+
+TEST_F(UpdateGuardTest, ADayDoesNotPassByAClockThatIsWrong) {
+    Fill(2000);
+    EXPECT_EQ(Outcome(Emptied()), "held");
+    // Back: counted from there.
+    Time.Pass(-2 * Date::SecondsPerDay);
+    EXPECT_EQ(Outcome(Emptied()), "quiet");
+    Time.Pass(Date::SecondsPerDay - 1);
+    EXPECT_EQ(Outcome(Emptied()), "quiet");
+    // Before the build: it does not run.
+    const Date right = Time.Present;
+    Time.Present = Date(CivilDate{2026, 1, 1, 0, 0, 0});
+    for (int day = 0; day < 3; ++day) {
+        Time.Pass(Date::SecondsPerDay);
+        EXPECT_EQ(Outcome(Emptied()), "quiet");
+    }
+    Time.Present = right.PlusSeconds(1);
+    EXPECT_EQ(Outcome(Emptied()), "taken");
+    // Held back at such a time, it waits for the right one.
+    EXPECT_EQ(Outcome(Next(2) + "\n1\n" + Changes("+", 0, 2000)), "taken");
+    Time.Present = Date(CivilDate{2026, 1, 1, 0, 0, 0});
+    EXPECT_EQ(
+        Update(Emptied()),
+        Lines{"0 MalDB.Update: Held back, 0 of 2000 entries would stay. The list stays as it is until the service "
+              "has said so for a day, counted from when the clock is right"});
+    Time.Present = right;
+    EXPECT_EQ(Outcome(Emptied()), "quiet");
+    Time.Pass(Date::SecondsPerDay);
+    EXPECT_EQ(Outcome(Emptied()), "taken");
+}
+
+TEST_F(UpdateGuardTest, ADamagedRecordCountsAsNone) {
+    Fill(2000);
+    Update(Emptied());
+    const Text whole = Storage.Contents[RecordFile];
+    for (size_t place = 0; place < whole.size(); ++place) {
+        Storage.Contents[RecordFile] = whole;
+        Storage.Contents[RecordFile][place] ^= 1;
+        EXPECT_EQ(Restart().front(), "0 MalDB.Guard: ListGuard.bin is damaged and begun anew");
+        EXPECT_EQ(Outcome(Emptied()), "held");
+    }
+    for (const char* lines :
+         {"list guard 2\n", "list guard 1", "list guard 1\nstamp\t2026\n", "list guard 1\nheld\tx\n",
+          "list guard 1\nday\t11/21/2026\n", "list guard 1\nday\t11/21/2026\tx\n", "list guard 1\nfoo\tbar\n",
+          "list guard 1\nstamp\t202613450000\n"}) {
+        EXPECT_FALSE(GuardRecord::Read(EncryptStringChk(lines))) << lines;
+    }
+    EXPECT_EQ(EncryptStringChk("list guard 1\nstamp\t202611210800\nheld\t11/21/2026 08:09:10\nday\t11/21/2026\t2000\n"),
+              whole);
+}
+
+TEST_F(UpdateGuardTest, ADiskThatFailsLeavesTheListGuarded) {
+    Fill(2000);
+    const auto files = Storage.Contents;
+    for (int call = 1; call < 8; ++call) {
+        Storage.FailNoMore();
+        Storage.Contents = files;
+        Restart();
+        Time.Pass(Date::SecondsPerDay);
+        Storage.FailAt(call, ErrorNumber::DiskFull, true);
+        EXPECT_EQ(Outcome(Emptied()), "held");
+        const Lines lines = Update(Emptied());
+        EXPECT_EQ(lines, Lines{}) << "the failure is told once";
+    }
+}
+
+// What the guard counts is what the list then does: against a model, with changes of every kind in any order.
+TEST_F(UpdateGuardTest, CountsAsTheListApplies) {
+    std::mt19937 random(7);
+    const auto pick = [&](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); };
+    int held = 0;
+    int taken = 0;
+    for (int round = 0; round < 60; ++round) {
+        Storage.Contents.clear();
+        Renew();
+        Fill(1000);
+        const bool anew = pick(2) == 0;
+        std::map<int, bool> stays;
+        for (int number = 0; number < 1000; ++number) stays[number] = !anew;
+        Text text = Next(1) + (anew ? "\n1\n" : "\n0\n");
+        for (int line = 0, end = 900 + pick(1500); line < end; ++line) {
+            const int number = pick(1200);
+            const bool adds = pick(10) < (anew ? 9 : 1);
+            Text url = pick(3) == 0 ? UpperCase(Site(number)) + "/" : Site(number);
+            if (pick(20) == 0) url = url.substr(pick(5));
+            text += (adds ? "+\t" : "-\t") + url + "\t2\tv\n";
+            if (number < 1000 && UpperCase(url).find("://HOST") != Text::npos) {
+                // Another scheme is another site.
+                if (UpperCase(Left(url, 5)) == "HTTP:") stays[number] = adds;
+            }
+        }
+        const auto kept = std::count_if(stays.begin(), stays.end(), [](const auto& site) { return site.second; });
+        EXPECT_EQ(Outcome(text), kept < 500 ? "held" : "taken") << kept;
+        ++(kept < 500 ? held : taken);
+    }
+    EXPECT_GT(std::min(held, taken), 5);
+}
+
+// Lines and files of updates that pass are those of a list without a guard.
+TEST_F(UpdateGuardTest, WhatPassesIsTakenAsWithoutAGuard) {
+    UpdateRig plain;
+    for (int minute = 0; minute < 8; ++minute) {
+        const Text text = Next(minute) + "\n" + std::to_string(minute % 4 == 0 ? 1 : 0) + "\n" +
+                          Changes("-", minute, 30) + Changes("+", 0, 1500 - minute);
+        EXPECT_EQ(Update(text), plain.Update(text));
+        const Text stamps = Snapshots();
+        EXPECT_EQ(stamps, "ListGuard.bin " + plain.Snapshots());
+        EXPECT_EQ(Storage.Contents[File(Next(minute))], plain.Storage.Contents[File(Next(minute))]);
+    }
+}
+
+}  // namespace
+}  // namespace tb
