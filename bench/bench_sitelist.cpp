@@ -1,7 +1,7 @@
 // Keeping the list of malicious sites: loading a snapshot, verified, beside reading the same file and taking zlib's
 // CRC-32 of it; taking an update of 10,000 lines in, with its snapshot saved, to the disk and to nowhere: what the
-// system itself takes to write the file differs much between machines. Times are those of the processor, so waiting for
-// the disk does not count. The last lines give the ratios.
+// system itself takes to write the file differs much between machines; the same under a guard, and the whole list anew.
+// Times are those of the processor, so waiting for the disk does not count. The last lines give the ratios.
 #include <zlib.h>
 
 #include <cstdio>
@@ -11,6 +11,7 @@
 #include "fakes/FakeSender.h"
 #include "fakes/TestFolder.h"
 #include "platform/posix/PosixFiles.h"
+#include "platform/posix/SystemClock.h"
 #include "sitedb/codec/Encryption.h"
 
 namespace {
@@ -97,13 +98,24 @@ Text UpdateReply(const Text& stamp, int count) {
     return tb::EncryptStringChk(lines);
 }
 
+// The whole list, in the order of its numbers.
+Text WholeReply(const Text& stamp, int count) {
+    Text lines = stamp + "\n1\n";
+    for (int number = 0; number < count; ++number) lines += "+\t" + tb::ListedSite(number) + "\t2\t11/21/2026\n";
+    return tb::EncryptStringChk(lines);
+}
+
 // Each time on the list as it was loaded.
 template <typename SavingTo>
-void Update(benchmark::State& state, int count) {
+void Update(benchmark::State& state, int count, bool guarded, bool whole) {
     Snapshot snapshot(count);
     SavingTo files;
-    snapshot.Surroundings.Web.Replies["MalDB.aspx"] = UpdateReply("202611220901", count);
-    tb::EvilDB list(files, snapshot.Surroundings, snapshot.Folder.Path());
+    tb::SystemClock clock;
+    const Text stamp = "202611210901";
+    snapshot.Surroundings.Web.Replies["MalDB.aspx"] = whole ? WholeReply(stamp, count) : UpdateReply(stamp, count);
+    tb::EvilDB list(files, snapshot.Surroundings, snapshot.Folder.Path(),
+                    guarded ? std::make_unique<tb::UpdateGuard>(files, clock, snapshot.Folder.Path(), stamp) : nullptr);
+    const std::int32_t expected = whole ? count : UpdateLines;
     std::int32_t lines = 0;
     list.EvilAdded.Connect([&](std::int32_t added, std::int32_t deleted) { lines = added + deleted; });
     for (auto _ : state) {
@@ -112,7 +124,7 @@ void Update(benchmark::State& state, int count) {
         lines = 0;
         state.ResumeTiming();
         list.Update("key");
-        if (lines != UpdateLines || list.LiveCount() != count) state.SkipWithError("not taken");
+        if (lines != expected || list.LiveCount() != count) state.SkipWithError("not taken");
     }
 }
 
@@ -128,8 +140,14 @@ int main(int argc, char** argv) {
         add("read+crc32", count, &ReadAndCheck);
         add("load", count, &Load);
     }
-    add("update", tb::ListedSites, &Update<NoDisk>);
-    add("update on disk", tb::ListedSites, &Update<tb::PosixFiles>);
+    const auto addUpdate = [&](const char* what, auto update, bool guarded, bool whole) {
+        add(what, tb::ListedSites, [=](benchmark::State& state, int count) { update(state, count, guarded, whole); });
+    };
+    addUpdate("update", &Update<NoDisk>, false, false);
+    addUpdate("update on disk", &Update<tb::PosixFiles>, false, false);
+    addUpdate("update, guarded", &Update<NoDisk>, true, false);
+    addUpdate("anew", &Update<NoDisk>, false, true);
+    addUpdate("anew, guarded", &Update<NoDisk>, true, true);
     tb::MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     const auto ratio = [&](const char* what, const Text& of, const Text& to, const char* most) {
@@ -141,4 +159,6 @@ int main(int argc, char** argv) {
     ratio("load of 1,000,000 : load of 100,000", "load/1000000", "load/100000", "(at most 11)");
     ratio("update of 10,000 lines on 100,000 : load of 100,000", "update/100000", "load/100000", "(at most 0.5)");
     ratio("the same, written by the system", "update on disk/100000", "load/100000", "");
+    ratio("update under a guard : without", "update, guarded/100000", "update/100000", "");
+    ratio("the whole list anew under a guard : without", "anew, guarded/100000", "anew/100000", "");
 }
