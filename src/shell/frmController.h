@@ -100,7 +100,6 @@ private:
     void ToggleDropZone();
     void ToggleDiagnostics();
     void CaptionDiagnostics(bool shown);
-    void StartHelp();
     void MissingWindow(const char* window);
 
     // The exit, in the order of its steps.

@@ -1,6 +1,7 @@
 #include "base/errors.h"
 #include "shell/frmController.h"
 #include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/Help.h"
 
 namespace tb {
 
@@ -17,7 +18,7 @@ void frmController::MenuClick(TextView key) {
         {"trawlweb", [](frmController& self) { ShellOpen(self.m_Parts.Program, self.m_Parts.Program.HomeURL); }},
         {"trawldrop", [](frmController& self) { self.ToggleDropZone(); }},
         {"diag", [](frmController& self) { self.ToggleDiagnostics(); }},
-        {"help", [](frmController& self) { self.StartHelp(); }},
+        {"help", [](frmController& self) { StartHelp(self.m_Parts.Program, self.m_Parts.Log); }},
         {"about",
          [](frmController& self) {
              if (!self.m_Parts.Services.ShowAbout()) self.MissingWindow("frmAbout");
@@ -59,12 +60,6 @@ void frmController::ToggleDiagnostics() {
 
 void frmController::CaptionDiagnostics(bool shown) {
     if (m_frmSysTray) m_frmSysTray->ChangeMenuItem(Text(shown ? "Hide" : "Show") + " Debu&g Diagnostics", "diag");
-}
-
-void frmController::StartHelp() {
-    const App& app = m_Parts.Program;
-    if (app.System.Processes.Start("hh.exe " + app.AppPath() + "\\" + app.HelpFile) != 0) return;
-    WriteLog("Error starting help: " + Error(ErrorNumber::FileNotFound).Line(), LogLevel::Always);
 }
 
 void frmController::MissingWindow(const char* window) {

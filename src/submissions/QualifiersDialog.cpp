@@ -3,6 +3,7 @@
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/Help.h"
 
 namespace tb {
 
@@ -10,7 +11,6 @@ namespace {
 
 // Every site's category; it says nothing about a submission.
 constexpr const char* GeneralCategory = "1";
-constexpr const char* HelpTopic = "2000";
 
 template <typename Rows>
 void SelectOnly(Rows& rows, size_t index) {
@@ -68,13 +68,6 @@ bool QualifiersDialog::cmdOK(const WindowPosition& window) noexcept {
 
 void QualifiersDialog::cmdCancel() noexcept { CategoryID = ConfidenceID = -1; }
 
-void QualifiersDialog::cmdHelp() noexcept {
-    Trap(
-        [&] {
-            m_App.System.Processes.Start(Text("hh.exe -mapid ") + HelpTopic + " " + m_App.AppPath() + "\\" +
-                                         m_App.HelpFile);
-        },
-        [](const RuntimeError&) { /* no help, no harm */ });
-}
+void QualifiersDialog::cmdHelp() noexcept { StartHelp(m_App, m_Log, HelpTopic::Qualifiers); }
 
 }  // namespace tb

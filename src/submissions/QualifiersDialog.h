@@ -70,7 +70,7 @@ public:
     bool cmdOK(const WindowPosition& window) noexcept;
     // The window closes. When it closes in another way nothing is called.
     void cmdCancel() noexcept;
-    // Opens the help at this dialog's topic.
+    // Opens the help at this dialog's topic; one line of level 0 when it cannot.
     void cmdHelp() noexcept;
 
 private:

@@ -38,6 +38,18 @@ TEST(Qualifiers, ShowsTheCategoriesButTheGeneralOne) {
     EXPECT_EQ(rig.Qualifiers.Places[1].Top, 1234.5);
 }
 
+TEST(Qualifiers, OpensTheHelpAtItsTopicOrSaysThatItCannot) {
+    DialogRig rig;
+    rig.Program.HelpFile = "Trawlbeam.chm";
+    QualifiersDialog dialog(rig.Program, rig.Log);
+    dialog.cmdHelp();
+    EXPECT_EQ(rig.System.Processes.Started, Lines{"hh.exe -mapid 2000 /app\\Trawlbeam.chm"});
+    EXPECT_EQ(rig.Log.Take(), Lines{});
+    rig.System.Processes.StartedNumber = 0;
+    dialog.cmdHelp();
+    EXPECT_EQ(rig.Log.Take(), Lines{"0 Error starting help: " + Error(ErrorNumber::FileNotFound).Line()});
+}
+
 TEST(Qualifiers, TakesWhatIsSelected) {
     using End = FakeQualifiers::End;
     const Text none = "0 Error setting up Submissions Category: " + ErrorText(9);

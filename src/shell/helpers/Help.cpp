@@ -1,0 +1,17 @@
+#include "shell/helpers/Help.h"
+
+#include "base/errors.h"
+
+namespace tb {
+
+void StartHelp(const App& app, LogSink& log, std::int32_t topic) noexcept {
+    Trap(
+        [&] {
+            const Text place = topic == HelpTopic::None ? Text() : "-mapid " + std::to_string(topic) + " ";
+            const Text line = "hh.exe " + place + app.AppPath() + "\\" + app.HelpFile;
+            if (app.System.Processes.Start(line) == 0) throw Error(ErrorNumber::FileNotFound);
+        },
+        [&](const RuntimeError& error) { log.WriteLog("Error starting help: " + error.Line(), LogLevel::Always); });
+}
+
+}  // namespace tb

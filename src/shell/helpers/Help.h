@@ -1,0 +1,19 @@
+// The help file in the system's viewer.
+#pragma once
+
+#include "base/log.h"
+#include "shell/helpers/App.h"
+
+namespace tb {
+
+// Places of the help file that windows lead to, by number; the deployment's help.hhp maps each to a page.
+namespace HelpTopic {
+inline constexpr std::int32_t None = 0;
+inline constexpr std::int32_t Qualifiers = 2000;
+}  // namespace HelpTopic
+
+// Opens the help file at a topic, without one at its first page. A viewer that does not start is one line of level 0 on
+// `log`. What the viewer finds is not known here.
+void StartHelp(const App& app, LogSink& log, std::int32_t topic = HelpTopic::None) noexcept;
+
+}  // namespace tb
