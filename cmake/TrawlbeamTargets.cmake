@@ -73,7 +73,8 @@ endfunction()
 math(EXPR next_patch "${PROJECT_VERSION_PATCH} + 1")
 set(TRAWLBEAM_NEXT_VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}.${next_patch})
 # The targets program_folder and program_folder_next make all of it. The global property TRAWLBEAM_INSTALLED names the
-# files, in the folders bin/ and bin/next/.
+# files, in the folders bin/ and bin/next/. They are stripped as they are linked, so that what is tested, staged, installed
+# and published is one and the same file; what was taken from FILE lies in symbols/ and symbols/next/ as FILE.debug.
 if(WIN32)
   add_custom_target(program_folder ALL)
   add_custom_target(program_folder_next ALL)
@@ -116,6 +117,12 @@ function(tb_installed name)
     target_compile_definitions(${target} PRIVATE TRAWLBEAM_VERSION="${version}")
     target_include_directories(${target} PRIVATE ${CMAKE_BINARY_DIR}/generated)
     target_link_libraries(${target} PRIVATE tb_options ${PART_USES} ${PART_LINKS})
+    set(symbols ${CMAKE_BINARY_DIR}/symbols${folder})
+    add_custom_command(TARGET ${target} POST_BUILD
+      COMMAND ${CMAKE_COMMAND} -E make_directory ${symbols}
+      COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE:${target}> ${symbols}/${PART_FILE}.debug
+      COMMAND ${CMAKE_OBJCOPY} --strip-all --add-gnu-debuglink=${symbols}/${PART_FILE}.debug $<TARGET_FILE:${target}>
+      VERBATIM)
     add_dependencies(program_folder${edition} ${target})
   endforeach()
   set_property(GLOBAL APPEND PROPERTY TRAWLBEAM_INSTALLED ${PART_FILE})
