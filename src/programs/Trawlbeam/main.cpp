@@ -5,6 +5,7 @@
 #include "components/tbSender/SenderLibrary.h"
 #include "components/tbSender/tbSenderFace.h"
 #include "platform/win32/ComponentLibrary.h"
+#include "platform/win32/CrashHandler.h"
 #include "platform/win32/MessageLoop.h"
 #include "platform/win32/RegionalSettings.h"
 #include "platform/win32/Win32Clock.h"
@@ -112,6 +113,13 @@ private:
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     int status = FailedStatus;
+    tb::Trap(
+        [] {
+            tb::Win32Files files;
+            tb::CatchCrashes(files,
+                             {tb::Win32Processes().Executable().parent_path(), tb::ProductName, tb::ProductName, {}});
+        },
+        [](const tb::RuntimeError&) { /* the program runs without a record of its crashes */ });
     tb::Trap([&] { status = Program().Run(); },
              [](const tb::RuntimeError& error) {
                  MessageBoxA(nullptr, error.Line().c_str(), tb::ProductName, MB_ICONERROR | MB_SETFOREGROUND);

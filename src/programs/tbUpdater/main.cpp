@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "platform/win32/CrashHandler.h"
 #include "platform/win32/Win32Clock.h"
 #include "platform/win32/Win32Files.h"
 #include "platform/win32/Win32Processes.h"
@@ -53,6 +54,7 @@ bool Run() {
     tb::Win32Files files;
     tb::Win32Clock clock;
     tb::Win32Processes processes;
+    tb::CatchCrashes(files, {processes.Executable().parent_path(), Product, "tbUpdater", "tbUpdater: "});
     const tb::Text line = tb::FromSystem(GetCommandLineW());
     const std::optional<tb::UpdaterCommand> command =
         tb::ReadUpdaterCommand(line, {tb::Text(Product) + ".exe", Product});
