@@ -4,7 +4,8 @@
 ;   FILES    a script with the macro ForEachFile, which does a macro for each file of that folder
 ; Silent: /S, with /D=FOLDER as the last word for another folder; /AUTOSTART=0 leaves "start with Windows" out.
 ; The uninstaller asks about the user's data; silently it keeps them, unless /DATA=0 is given.
-; Exit status of both: 0, 1 when the user gave up, 2 when the program runs or could not be replaced.
+; Exit status of both: 0, 1 when the user gave up, 2 when the program runs or could not be replaced. Of the installer also
+; 3: the folder holds something else, and nothing was written. Both touch files of their own only: ownfiles.nsh.
 Unicode true
 Target amd64-unicode
 SetCompressor /SOLID lzma
@@ -25,12 +26,17 @@ VIAddVersionKey "LegalCopyright" "The Trawlbeam authors, MIT licence"
 !include MUI2.nsh
 !include FileFunc.nsh
 !include LogicLib.nsh
+!include WordFunc.nsh
 !include "${FILES}"
+!include "${__FILEDIR__}\ownfiles.nsh"
+!insertmacro OwnFileFunctions ""
+!insertmacro OwnFileFunctions "un."
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
 !define MUI_ABORTWARNING
 !define MUI_COMPONENTSPAGE_NODESC
 !define MUI_FINISHPAGE_RUN "$INSTDIR\${PRODUCT}.exe"
+!define MUI_PAGE_CUSTOMFUNCTION_LEAVE AskForOtherFolder
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_INSTFILES
@@ -87,10 +93,25 @@ VIAddVersionKey "LegalCopyright" "The Trawlbeam authors, MIT licence"
 !macroend
 !macro RemoveFile FILE
   Delete "$INSTDIR\${FILE}"
+  Delete "$INSTDIR\${FILE}.tmp~"
 !macroend
+
+Function AskForOtherFolder
+  Call IsForUs
+  ${If} $0 == "0"
+    MessageBox MB_OK|MB_ICONEXCLAMATION \
+      "$INSTDIR holds files of something else.$\r$\n$\r$\nPlease choose a folder that is empty or not there yet, or that holds ${PRODUCT} already."
+    Abort
+  ${EndIf}
+FunctionEnd
 
 Section "${PRODUCT}" SectionProgram
   SectionIn RO
+  Call IsForUs
+  ${If} $0 == "0"
+    SetErrorLevel 3
+    Quit
+  ${EndIf}
   !insertmacro RefuseWhileRunning
   SetOutPath "$INSTDIR"
   SetOverwrite try
@@ -106,8 +127,7 @@ Section "${PRODUCT}" SectionProgram
   !insertmacro ForEachFile DropOldFile
   CreateDirectory "$INSTDIR\Data"
   ; What an earlier version had staged for itself is older than this.
-  Delete "$INSTDIR\Updates\*.*"
-  Delete "$INSTDIR\Updates\Backup\installing.xml"
+  Call DropStaged
   CreateShortCut "$SMPROGRAMS\${PRODUCT}.lnk" "$INSTDIR\${PRODUCT}.exe"
   WriteUninstaller "$INSTDIR\Uninstall.exe"
   WriteRegStr HKCU "${UNINSTALL}" "DisplayName" "${PRODUCT}"
@@ -163,13 +183,14 @@ Section "un.${PRODUCT}"
     SetErrorLevel 2
     Abort
   ${EndIf}
-  Delete "$INSTDIR\*.tmp~"
   Delete "$INSTDIR\Uninstall.exe"
   Delete "$SMPROGRAMS\${PRODUCT}.lnk"
   DeleteRegKey HKCU "${UNINSTALL}"
   DeleteRegValue HKCU "${RUN}" "${PRODUCT}"
   ; Staged and saved program files are no data of the user.
-  RMDir /r "$INSTDIR\Updates"
+  Call un.DropStaged
+  Call un.DropBackups
+  RMDir "$INSTDIR\Updates"
   StrCpy $1 "keep"
   ${If} ${Silent}
     !insertmacro AskedNot $0 "DATA"
@@ -182,15 +203,13 @@ Section "un.${PRODUCT}"
     StrCpy $1 "remove"
   ${EndIf}
   ${If} $1 == "remove"
-    RMDir /r "$INSTDIR\Data"
-    RMDir /r "$INSTDIR\Log"
-    Delete "$INSTDIR\${PRODUCT}.ini"
-    Delete "$INSTDIR\${PRODUCT}.ini.bad"
-    Delete "$INSTDIR\TB.BIN"
-  ${Else}
-    ; Gone if empty.
-    RMDir "$INSTDIR\Data"
+    !insertmacro ForEachDataFile DeleteDataFile
   ${EndIf}
+  ; Each is gone if it is empty.
+  RMDir "$INSTDIR\Data\InProcess\Error"
+  RMDir "$INSTDIR\Data\InProcess"
+  RMDir "$INSTDIR\Data"
+  RMDir "$INSTDIR\Log"
   SetOutPath "$TEMP"
   RMDir "$INSTDIR"
 SectionEnd
