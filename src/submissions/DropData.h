@@ -49,6 +49,7 @@ class DropData {
 public:
     virtual ~DropData() = default;
     virtual bool Has(ClipboardFormat format) = 0;
+    // All that is handed out, with what a block of memory has behind its data.
     virtual Text Bytes(ClipboardFormat format) = 0;
     // Plain text with its full length.
     virtual Text PlainText() = 0;

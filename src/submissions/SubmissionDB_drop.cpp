@@ -56,7 +56,8 @@ void SubmissionDB::DoDrop(DropData& dropped) noexcept {
             if (dropped.Has(cfInternetMessage)) {
                 Text headers;
                 Text body;
-                SplitMail(dropped.Bytes(cfInternetMessage), headers, body);
+                // A block of memory is longer than the mail in it.
+                SplitMail(UpToNul(dropped.Bytes(cfInternetMessage)), headers, body);
                 SubmitEvilEmail(headers, body);
             } else if (dropped.Has(cfFileGroupDescriptor)) {
                 if (NativeData* native = iDataObjectFromData(dropped)) ProcessDataObject(native, dropped);

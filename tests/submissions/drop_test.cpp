@@ -48,7 +48,9 @@ TEST(Drop, SplitsAMail) {
                                             {"H\r\n\r\n\r\n\r\n\r\n\r\nB", "H\r\n\r\nB\r\n"},
                                             {"H\n\r\n", "H\n\r\n\r\n\r\n"},
                                             {"", "\r\n\r\n\r\n"},
-                                            {Text("H\0\r\n\r\n\0B\0", 9), Text("H\0\r\n\r\n\0B\0\r\n", 11)}}) {
+                                            // A block of memory with room behind the mail.
+                                            {Text("H\r\n\r\nB\0\0x\0", 10), "H\r\n\r\nB\r\n"},
+                                            {Text("H\0\r\n\r\nB", 7), "H\r\n\r\n\r\n"}}) {
         SubmissionRig rig;
         rig.DropMail(mail);
         const Text file = rig.File("InProcess/0.E");

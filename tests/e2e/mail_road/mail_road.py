@@ -36,7 +36,8 @@ class Mail:
 
     def __init__(self, raw):
         self.bytes = re.sub(rb"\r?\n", b"\r\n", raw)
-        head, _, body = self.bytes.partition(END)
+        # A mail ends at its first NUL.
+        head, _, body = self.bytes.partition(b"\0")[0].partition(END)
         while body.startswith(END):
             body = body[len(END):]
         self.is_large = len(head) + len(body) > LARGEST
