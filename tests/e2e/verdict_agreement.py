@@ -45,7 +45,9 @@ def without_slashes(url):
 
 
 def inet_addr(text):
-    """The address of one to four parts, each decimal, octal (0...) or hexadecimal (0x...), or None."""
+    """The address of one to four parts, each decimal, octal (0...) or hexadecimal (0x...), up to the first white space,
+    or None."""
+    text = re.split("[\t-\r ]", text)[0]
     bases = {"0[xX][0-9A-Fa-f]+": 16, "0[0-7]*": 8, "[1-9][0-9]*": 10}
     values = [int(part, base) for part in text.split(".") for form, base in bases.items() if re.fullmatch(form, part)]
     if len(values) != len(text.split(".")) or len(values) > 4 or max(values[:-1], default=0) > 255:
@@ -176,7 +178,7 @@ def numeric(rng, address):
     values[count - 1:] = [int.from_bytes(bytes(values[count - 1:]), "big") + rng.choice([0] * 9 + [1 << 8 * (5 - count)])]
     parts = [rng.choice([f"{value}", f"0{value:o}", f"0x{value:x}", f"0X00{value:X}"]) for value in values]
     parts[rng.randrange(count)] += rng.choice([""] * 30 + ["9", "g", "+"])
-    return ".".join(parts) + rng.choice([""] * 30 + [".", ".0.0.0", " x", "\xa0"])
+    return ".".join(parts) + rng.choice([""] * 30 + [".", ".0.0.0", " ", " x", "\v.1", "\f", "\x08", "\xa0", ". "])
 
 
 def make_entries(rng, addresses):

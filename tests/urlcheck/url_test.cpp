@@ -40,10 +40,14 @@ TEST(InetAddr, TakesTheFormsThatBrowsersTake) {
     EXPECT_EQ(Folded("4294967294"), "255.255.255.254");
     for (const char* text : {"",           " ",           "08.1.2.3",        "1.2.3.256",  "1.2.3.4.",  ".1.2.3",
                              "1..2.3",     "1.2.3.4.5",   "256.1",           "1.16777216", "1.2.65536", "4294967295",
-                             "4294967296", "99999999999", "255.255.255.255", "0xFFFFFFFF", "[::1]",     "1.2.3.4 ",
-                             "1.2.3.4 x",  "1.2.3.-4",    "+1.2.3.4",        "0x",         "0x.1",      "1.2.3.a",
-                             "0xG",        "evil.example"}) {
+                             "4294967296", "99999999999", "255.255.255.255", "0xFFFFFFFF", "[::1]",     " 1.2.3.4",
+                             "1.2.3. 4",   "1.2.3.-4",    "+1.2.3.4",        "0x",         "0x.1",      "1.2.3.a",
+                             "0x 1",       "1.2.3.4\xA0", "1.2.3.4\x08",      "0xG",        "evil.example"}) {
         EXPECT_EQ(Folded(text), "-") << text;
+    }
+    for (const char space : TextView("\t\n\v\f\r ")) {
+        EXPECT_EQ(Folded(Text("1.2.3.4") + space), "1.2.3.4") << int{space};
+        EXPECT_EQ(Folded(Text("0x10 x.y") + space), "0.0.0.16") << int{space};
     }
     EXPECT_EQ(Folded(Text("1.2.3.4\0", 8)), "-");
 }
@@ -60,6 +64,10 @@ TEST(NormalizeIP, RewritesNumericHostsAndLeavesAllOthersAlone) {
                  {"http://a?u=1@2130706433", "http://a?u=1@127.0.0.1"},
                  {"HTTPS://0/", "HTTPS://0.0.0.0"},
                  {"2130706433", "http://127.0.0.1"},
+                 {"http://16909060 /", "http://1.2.3.4"},
+                 {"1.2.3.4 /x", "http://1.2.3.4/x"},
+                 {"http://u@1.2.3.4\t:80/", "http://u@1.2.3.4:80"},
+                 {"http://1.2.3.4 x:80/", "http://1.2.3.4:80"},
                  {"http://user:pw@2130706433/p", "http://user:pw@2130706433/p", false},
                  {"http://[::1]:80/", "http://[::1]:80", false},
                  {"http://:80/", "http://:80", false},

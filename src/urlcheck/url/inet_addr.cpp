@@ -8,6 +8,7 @@ namespace tb {
 namespace {
 
 constexpr IPv4 NoAddress = 0xFFFFFFFFU;
+constexpr TextView WhiteSpace = "\t\n\v\f\r ";
 
 std::optional<std::uint32_t> Number(TextView digits) {
     int base = 10;
@@ -28,7 +29,7 @@ std::optional<std::uint32_t> Number(TextView digits) {
 std::optional<IPv4> inet_addr(TextView text) {
     // Most hosts are names.
     if (text.empty() || text.front() < '0' || text.front() > '9') return std::nullopt;
-    const std::vector<TextView> parts = SplitViews(text, '.');
+    const std::vector<TextView> parts = SplitViews(text.substr(0, text.find_first_of(WhiteSpace)), '.');
     if (parts.empty() || parts.size() > 4) return std::nullopt;
     IPv4 address = 0;
     for (size_t index = 0; index < parts.size(); ++index) {
