@@ -36,6 +36,7 @@ public:
 
 // Every operation has its trap: a failure gives one line of level 0 through LogMessage and the operation's neutral
 // value; a check then says "not evil", so that the list never blocks a browser by failing.
+// Dropping a list cannot fail, so that there is no line for it.
 class EvilDB {
 public:
     // Without a folder.

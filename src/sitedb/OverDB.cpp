@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "components/tbXML/Document.h"
 #include "components/tbXML/XmlText.h"
 #include "platform/AtomicWrite.h"
 #include "platform/BadFile.h"
 #include "sitedb/HostSuffixes.h"
+#include "sitedb/OverridesFile.h"
 #include "urlcheck/url/UrlDecode.h"
 
 namespace tb {
@@ -14,6 +14,7 @@ namespace tb {
 namespace {
 
 constexpr size_t SchemeLetters = 4;
+constexpr const char* LoadError = "Override Database Load Error: ";
 
 // True when no suffix of the URL's host can fail as a key: all of it is ASCII, no label is empty.
 bool HasPlainHost(TextView url) {
@@ -115,16 +116,20 @@ void OverDB::LoadDB() noexcept {
         [&] {
             m_KeepBadFile = false;
             if (!IsThere(m_Files, m_File)) SaveDB();
-            Document document;
-            document.Load(m_Files, m_File);
+            const OverridesFile file = OverridesFile::Read(ReadWholeFile(m_Files, m_File));
             m_Domains.RemoveAll();
             m_Count = 0;
-            for (const ElementPtr& site : document) AddToDB(site->Body());
-            m_Count = document.Root()->Count();
+            for (const Text& url : file.URLs) AddToDB(url);
+            m_Count = static_cast<std::int32_t>(file.URLs.size());
+            if (!file.Defect) return;
+            m_KeepBadFile = true;
+            Log(LoadError + file.Defect->Line() + "; read one by one: " + std::to_string(file.URLs.size()) +
+                    " overrides, " + std::to_string(file.Lost) + " lost",
+                LogLevel::Always);
         },
         [this](const RuntimeError& error) {
             m_KeepBadFile = true;
-            Failure("Override Database Load Error: ")(error);
+            Failure(LoadError)(error);
         });
 }
 
@@ -140,15 +145,11 @@ void OverDB::SaveDB() noexcept {
 }
 
 Text OverDB::FileText() const {
-    Text text =
-        "<SiteOverrides Date='" + EscapedValue(FormatDateTime(m_Clock.Now(), m_Separators)) + "' Version='1.0'>\r\n";
+    std::vector<Text> urls;
     if (m_Domains.Count() != 0) {
-        for (const UrlListPtr& list : m_Domains.Values()) {
-            // Nothing is escaped: the file is for people to read and edit.
-            for (const Text& url : *list) text += "  <Site>" + url + "</Site>\r\n";
-        }
+        for (const UrlListPtr& list : m_Domains.Values()) urls.insert(urls.end(), list->begin(), list->end());
     }
-    return text + "</SiteOverrides>\r\n";
+    return OverridesFile::Written(urls, EscapedValue(FormatDateTime(m_Clock.Now(), m_Separators)));
 }
 
 }  // namespace tb

@@ -17,6 +17,7 @@
 namespace tb {
 
 // Every operation but URLS has its trap: a failure gives one line of level 0 through LogMessage and the neutral value.
+// Making and dropping an object can fail in nothing but memory, and has no line.
 class OverDB {
 public:
     // The overrides lie in `file`; `separators` are the user's, for the date in it. `files` and `clock` must outlive
@@ -45,10 +46,11 @@ public:
     // Removes an override, told with its scheme. One that is not there changes nothing.
     void DelFromDB(const Text& URL) noexcept;
 
-    // Replaces what is held by the file, which is made if it is not there. On a failure what is held stays.
+    // Replaces what is held by the file, which is made if it is not there. Of one that is damaged all elements count
+    // that have an end; a line of level 0 tells the defect and how many there are. On a failure what is held stays.
     void LoadDB() noexcept;
-    // Writes the file, whole or not at all. One that did not load is first copied to its name and ".bad"; without that
-    // copy nothing is written.
+    // Writes the file, whole or not at all. One that was damaged or did not load is first copied to its name and
+    // ".bad"; without that copy nothing is written.
     void SaveDB() noexcept;
 
 private:
@@ -70,7 +72,7 @@ private:
     std::filesystem::path m_File;
     DateSeparators m_Separators;
     std::int32_t m_Count = 0;
-    // The file is one that did not load, and no copy of it has been made.
+    // The file is one that is damaged or did not load, and no copy of it has been made.
     bool m_KeepBadFile = false;
 };
 

@@ -6,6 +6,7 @@
 #include "fakes/Raised.h"
 #include "fakes/RecordedLog.h"
 #include "sitedb/SiteOverridesPanel.h"
+#include "urlcheck/url/UrlDecode.h"
 
 namespace tb {
 namespace {
@@ -123,8 +124,86 @@ TEST_F(OverDBTest, ALoadCountsTheEntriesOfTheFile) {
     EXPECT_FALSE(DB.IsOverride("http://before.example"));
 }
 
+// Whatever was allowed is held after the next start, and costs no other override its place.
+TEST_F(OverDBTest, WhatWasSavedComesBack) {
+    const Lines urls{"http://a.example/<b", "http://a.example/&amp;&lt;&#65;", "http://a.example/</%53ite>",
+                     // What would be two lines, one of them for another site.
+                     "http://a.example/x</%53ite>%0D%0A  <%53ite>http://other.example",
+                     "http://a.example/%0D%0A</%53ite%4fverrides>%0D%0A", "http://a.example/%0a",
+                     "http://a.example/a%0d", "http://a.example/%00", "http://a.example/]]><!--",
+                     "http://a.example/'\"\xe9", "http://a.example/%09 x"};
+    Add({"http://first.example", "http://last.example"});
+    Add(urls);
+    DB.SaveDB();
+    // A load adds, so it lower-cases what was an escape.
+    Lines held = DB.URLS();
+    for (Text& url : held) url = LowerCase(url);
+    EXPECT_EQ(Reloaded(), held);
+    DB.LoadDB();
+    EXPECT_TRUE(Log.Take().empty());
+    for (const Text& url : urls) EXPECT_TRUE(DB.IsOverride(UrlDecode(url))) << url;
+    EXPECT_FALSE(DB.IsOverride("http://other.example/"));
+    DB.SaveDB();
+    EXPECT_EQ(Storage.Contents.count(BadCopy), 0U);
+}
+
+// A file that people have edited is XML, and where it is none, only the lines that are damaged are lost.
+TEST_F(OverDBTest, OfADamagedFileAllThatIsWholeIsTaken) {
+    const Text error = "0 Override Database Load Error: -2147213504 XML line ";
+    const struct {
+        Text What, File;
+        Lines URLs;
+        Text Counts;  // of the line in the log; none for XML
+    } cases[] = {
+        {"XML",
+         "<x>\r\n <Site>http://a.example/?a&amp;b</Site> <Site>http://a.example/&lt;</Site></x>",
+         {"http://a.example/?a&b", "http://a.example/<"},
+         ""},
+        {"a line changed by hand",
+         File("  <Site>http://a.example/<b</Site>\r\n    <Site>http://a.example/?a&amp;b</Site>\r\n"),
+         {"http://a.example/<b", "http://a.example/?a&b"},
+         "2 overrides, 0 lost"},
+        {"a line without its end",
+         File("  <Site>http://a.example/1</Site>\r\n  <Site>http://a.example/2\r\n  "
+              "<Site>http://a.example/3</Site>\r\n"),
+         {"http://a.example/1", "http://a.example/3"},
+         "2 overrides, 1 lost"},
+        {"a line without its beginning",
+         File("  <Site>http://a.example/1</Site>\r\n  <Si>http://a.example/2</Site>\r\n"),
+         {"http://a.example/1"},
+         "1 overrides, 0 lost"},
+        {"cut short",
+         FirstLine + "  <Site>http://a.example/1</Site>\r\n  <Site>http://a.ex",
+         {"http://a.example/1"},
+         "1 overrides, 1 lost"},
+        {"no root",
+         "<Site>http://a.example/1</Site><Site>http://a.example/</Site></Site>",
+         {"http://a.example/1", "http://a.example/</site>"},
+         "2 overrides, 0 lost"},
+        {"tags in a URL, no last line",
+         "  <Site>http://a.example/<%53ite>b</Site>\n  <Site>http://a.example/x<Site>\n</Site>",
+         {"http://a.example/<Site>b", "http://a.example/x<site>\n"},
+         "2 overrides, 0 lost"},
+    };
+    for (const auto& [what, file, urls, counts] : cases) {
+        Storage.Contents = {{Place, file}};
+        OverDB db(Storage, Time, Place);
+        Listen(db);
+        db.AddToDB("http://before.example");
+        db.LoadDB();
+        EXPECT_EQ(db.URLS(), urls) << what;
+        const Lines lines = Log.Take();
+        ASSERT_EQ(lines.size(), counts.empty() ? 0U : 1U) << what;
+        db.SaveDB();
+        EXPECT_EQ(Storage.Contents.count(BadCopy), lines.size()) << what;
+        if (lines.empty()) continue;
+        EXPECT_TRUE(lines[0].starts_with(error) && lines[0].ends_with("; read one by one: " + counts)) << lines[0];
+        EXPECT_EQ(Storage.Contents.at(BadCopy), file);
+    }
+}
+
 TEST_F(OverDBTest, AFileThatDoesNotLoadOutlivesTheNextSave) {
-    const Text mine = "<SiteOverrides><Site>http://mine.example/<b</Site></SiteOverrides>";
+    const Text mine = "<SiteOverrides><Site>http://mine.example/";
     Storage.Contents[Place] = mine;
     DB.LoadDB();
     const Lines lines = Log.Take();

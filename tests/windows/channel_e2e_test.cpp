@@ -81,6 +81,28 @@ TEST_F(Channel, AnswersEachOfSeveralClientsInItsOwnWindow) {
     EXPECT_EQ(wrong, 0);
 }
 
+// What was allowed holds after the next start, whatever characters stood in one of the URLs.
+TEST(AllowedSites, OutliveTheProgram) {
+    const auto folder = std::make_shared<ProgramFolder>();
+    const auto expectAllowed = [](Browser& browser) {
+        EXPECT_EQ(browser.Ask("Check\thttps://phish.test/x"), "OK");
+        EXPECT_EQ(browser.Ask("Check\thttp://evil.example/offer%3Cb%0D%0A&lt;/c"), "OK");
+        EXPECT_EQ(browser.Ask("Check\thttp://evil.example/offer"), Blocked);
+    };
+    {
+        const RunningProgram program(folder);
+        Browser browser;
+        for (const char* url : {"https://phish.test/", "http://evil.example/offer%3Cb%0D%0A&lt;"}) {
+            EXPECT_EQ(browser.Ask(Text("Allow\t") + url), "");
+        }
+        expectAllowed(browser);
+    }
+    const RunningProgram program(folder);
+    Browser browser;
+    expectAllowed(browser);
+    EXPECT_EQ(folder->Log().find("Override Database"), Text::npos) << folder->Log();
+}
+
 // A first field that is no number ends the process, without reply, dialog or wait.
 TEST(BrokenChannel, EndsTheProcessOnPurpose) {
     for (const auto& [line, quoted] :
