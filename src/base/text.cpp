@@ -1,45 +1,15 @@
 #include "base/text.h"
 
-#include <array>
-#include <cstdint>
-
+#include "base/codepage.h"
 #include "base/errors.h"
 
 namespace tb {
 
 namespace {
 
-// The letters of windows-1252 beyond ASCII, each with its other case in the same page.
-constexpr std::array<std::uint8_t, 256> MakeLowerTable() {
-    std::array<std::uint8_t, 256> table{};
-    for (unsigned code = 0; code < 256; ++code) {
-        const bool ascii = code >= 'A' && code <= 'Z';
-        const bool accented = code >= 0xC0 && code <= 0xDE && code != 0xD7;
-        table[code] = static_cast<std::uint8_t>(ascii || accented ? code + 0x20 : code);
-    }
-    table[0x8A] = 0x9A;
-    table[0x8C] = 0x9C;
-    table[0x8E] = 0x9E;
-    table[0x9F] = 0xFF;
-    return table;
-}
-
-constexpr std::array<std::uint8_t, 256> LowerTable = MakeLowerTable();
-
-constexpr std::array<std::uint8_t, 256> MakeUpperTable() {
-    std::array<std::uint8_t, 256> table{};
-    for (unsigned code = 0; code < 256; ++code) table[code] = static_cast<std::uint8_t>(code);
-    for (unsigned code = 0; code < 256; ++code) {
-        if (LowerTable[code] != code) table[LowerTable[code]] = static_cast<std::uint8_t>(code);
-    }
-    return table;
-}
-
-constexpr std::array<std::uint8_t, 256> UpperTable = MakeUpperTable();
-
-Text Folded(TextView text, const std::array<std::uint8_t, 256>& table) {
+Text Folded(TextView text, const std::array<char, 256>& table) {
     Text result(text);
-    for (char& character : result) character = static_cast<char>(table[static_cast<std::uint8_t>(character)]);
+    for (char& character : result) character = table[static_cast<std::uint8_t>(character)];
     return result;
 }
 
@@ -87,10 +57,10 @@ Text Join(const std::vector<Text>& parts, TextView separator) {
     return result;
 }
 
-char LowerCase(char character) { return static_cast<char>(LowerTable[static_cast<std::uint8_t>(character)]); }
-char UpperCase(char character) { return static_cast<char>(UpperTable[static_cast<std::uint8_t>(character)]); }
-Text LowerCase(TextView text) { return Folded(text, LowerTable); }
-Text UpperCase(TextView text) { return Folded(text, UpperTable); }
+char LowerCase(char character) { return CodePage::InUse().Lower[static_cast<std::uint8_t>(character)]; }
+char UpperCase(char character) { return CodePage::InUse().Upper[static_cast<std::uint8_t>(character)]; }
+Text LowerCase(TextView text) { return Folded(text, CodePage::InUse().Lower); }
+Text UpperCase(TextView text) { return Folded(text, CodePage::InUse().Upper); }
 
 TextView Left(TextView text, size_t count) { return text.substr(0, count); }
 

@@ -1,5 +1,6 @@
-// Text as the whole program knows it: bytes, one per character, in the system's single-byte code page (windows-1252),
-// with an explicit length. A NUL is a character like any other; nothing here treats text as NUL-terminated.
+// Text as the whole program knows it: bytes, one per character, in the system's single-byte code page (base/codepage.h
+// tells which), with an explicit length. A NUL is a character like any other; nothing here treats text as
+// NUL-terminated.
 // Positions are 1-based where a function says "position".
 #pragma once
 
@@ -22,8 +23,8 @@ std::vector<TextView> SplitViews(TextView text, char separator);
 
 Text Join(const std::vector<Text>& parts, TextView separator);
 
-// Case folding of all letters of the code page, not only of ASCII. Characters whose other case is not in the code page
-// stay as they are.
+// Case folding of all letters of the code page in use, not only of ASCII; those of ASCII alike in each. Characters
+// whose other case is not in the code page stay as they are.
 char LowerCase(char character);
 char UpperCase(char character);
 Text LowerCase(TextView text);

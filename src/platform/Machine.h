@@ -38,6 +38,8 @@ public:
 
     virtual ~Machine() = default;
     virtual SystemVersion Version() = 0;
+    // The number of the code page that the system's narrow functions go by.
+    virtual std::uint32_t AnsiCodePage() = 0;
     // Folders without a trailing backslash.
     virtual Text WindowsFolder() = 0;
     virtual Text SystemFolder() = 0;

@@ -1,5 +1,6 @@
 #include "shell/Start.h"
 
+#include "base/codepage.h"
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "shell/helpers/GeneralHelpers.h"
@@ -49,6 +50,11 @@ bool Start::ReadSettings() {
     m_App.AgentNumber = ToInt32(app.System.Resources.String(AgentNumberResource));
     m_Log.WriteLog(Text(80, '-'), LogLevel::Always);
     m_Log.WriteLog("Starting " + app.Product.Version, LogLevel::Always);
+    if (const std::uint32_t page = app.System.Machine.AnsiCodePage(); page != CodePage::InUse().Number) {
+        m_Log.WriteLog("Code page " + std::to_string(page) + " has more than one byte a character: texts are in " +
+                           std::to_string(CodePage::InUse().Number),
+                       LogLevel::Always);
+    }
     m_App.Settings = std::make_shared<xmlINI>(xmlINI::Surroundings{
         app.System.Files, app.System.Clock, app.System.Dialogs, app.Product.Separators, app.Product.ProductName});
     m_App.Settings->LoadINI(app.Path() / (app.Product.ProductName + ".ini"));

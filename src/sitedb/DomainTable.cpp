@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstring>
 
+#include "base/codepage.h"
 #include "base/numbers.h"
 
 namespace tb {
@@ -38,11 +39,14 @@ std::uint64_t LastBytes(TextView text, size_t count) {
     return word;
 }
 
+// A scrambled byte is no letter of anybody's code page: on every machine a list stands in the same order.
+char UpperByte(char byte) { return Windows1252.Upper[static_cast<std::uint8_t>(byte)]; }
+
 // With bytes beyond ASCII, which are rare.
 [[gnu::noinline]] std::uint64_t UpperBytes(std::uint64_t word) {
     char bytes[8];
     std::memcpy(bytes, &word, sizeof bytes);
-    for (char& byte : bytes) byte = UpperCase(byte);
+    for (char& byte : bytes) byte = UpperByte(byte);
     return WordAt(bytes);
 }
 
@@ -105,7 +109,7 @@ bool DomainKey::HaveOneKey(TextView one, TextView other) {
     if (one.size() != other.size()) return false;
     const char* const key = KeyFrom(one.size());
     for (size_t place = 0; place < one.size(); ++place) {
-        const auto folded = [&](TextView domain) { return UpperCase(static_cast<char>(domain[place] ^ key[place])); };
+        const auto folded = [&](TextView domain) { return UpperByte(static_cast<char>(domain[place] ^ key[place])); };
         if (folded(one) != folded(other)) return false;
     }
     return true;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/errors.h"
+#include "fakes/AnotherCodePage.h"
 
 namespace tb {
 namespace {
@@ -34,6 +35,25 @@ TEST(Text, CaseFoldsEveryLetterOfTheCodePage) {
         EXPECT_EQ(UpperCase(LowerCase(character)), character) << code;
     }
     EXPECT_EQ(pairs, 26 + 30 + 4);
+}
+
+TEST(CodePage, ConvertsEveryByteThereAndBack) {
+    Text all;
+    for (int code = 0; code < 256; ++code) all += static_cast<char>(code);
+    EXPECT_EQ(FromWide(ToWide(all)), all);
+    EXPECT_EQ(ToWide("\x80\xE9"), u"\u20AC\u00E9");
+    EXPECT_EQ(FromWide(u"a\u0416\u0100b"), "a??b");
+}
+
+TEST(CodePage, IsOneForAllThatGoesByIt) {
+    {
+        const AnotherCodePage page;
+        EXPECT_EQ(LowerCase("A\xA8\xC0\xD7\xDF\x8A"), "a\xB8\xE0\xF7\xFF\x8A");
+        EXPECT_EQ(UpperCase('\xF7'), '\xD7');
+        EXPECT_EQ(FromWide(u"a\u0416\u0451\u00E9"), "a\xC6\xB8?");
+        EXPECT_EQ(PathText(TextPath("\xC6\\x")), "\xC6\\x");
+    }
+    EXPECT_EQ(UpperCase('\xF7'), '\xF7');
 }
 
 TEST(Text, MidCountsFromOneAndFailsOutsideItsTerms) {

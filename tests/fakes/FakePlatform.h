@@ -161,6 +161,7 @@ public:
 class FakeMachine : public Machine {
 public:
     SystemVersion Version() override { return System; }
+    std::uint32_t AnsiCodePage() override { return CodePageNumber; }
     Text WindowsFolder() override { return "C:\\windows"; }
     Text SystemFolder() override { return "C:\\windows\\system32\\"; }
     Text TempFolder() override { return "C:\\temp"; }
@@ -173,6 +174,7 @@ public:
     std::int32_t Metric(std::int32_t number) override { return number * 10; }
     std::uint32_t LastErrorCode() override { return 5; }
     SystemVersion System{6, 1, 7601, 2};
+    std::uint32_t CodePageNumber = 1252;
 };
 
 class FakeWindowText : public WindowText {

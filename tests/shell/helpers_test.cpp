@@ -2,7 +2,6 @@
 
 #include <tuple>
 
-#include "base/codepage.h"
 #include "base/numbers.h"
 #include "components/tbXML/Document.h"
 #include "fakes/FakePlatform.h"
@@ -35,14 +34,6 @@ protected:
     App m_App{m_System, TestDeployment()};
     RecordedLog m_Log;
 };
-
-TEST(CodePage, ConvertsEveryByteThereAndBack) {
-    Text all;
-    for (int code = 0; code < 256; ++code) all += static_cast<char>(code);
-    EXPECT_EQ(FromWide(ToWide(all)), all);
-    EXPECT_EQ(ToWide("\x80\xE9"), u"\u20AC\u00E9");
-    EXPECT_EQ(FromWide(u"a\u0416\u0100b"), "a??b");
-}
 
 TEST(Versions, CompareByTheFirstTwoPartsThenTheThird) {
     struct Row {

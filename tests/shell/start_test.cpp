@@ -54,6 +54,13 @@ TEST(Start, EveryGateCanStopTheStart) {
     EXPECT_EQ(early.Chain->Controller(), nullptr);
 }
 
+TEST(Start, TellsOfACodePageThatTextsCannotBeIn) {
+    ShellRig rig;
+    rig.System.Machine.CodePageNumber = 65001;
+    EXPECT_TRUE(rig.Chain->Main());
+    EXPECT_EQ(rig.System.TakeLog().at(2), "   Code page 65001 has more than one byte a character: texts are in 1252");
+}
+
 // A gate that asks the user or waits for the network serves messages.
 TEST(Start, TheSessionMayEndInsideAGate) {
     for (const Text where : {"pending", "updater", "missing", "version", "reference"}) {

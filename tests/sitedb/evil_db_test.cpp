@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "fakes/AnotherCodePage.h"
 #include "sitedb/ListOfSites.h"
 
 namespace tb {
@@ -28,6 +29,18 @@ TEST(EvilDB, WalksTheHostsSuffixesLongestFirst) {
         EXPECT_EQ(sites.Hit(url), "-") << url;
     }
     EXPECT_TRUE(sites.Log.Take().empty());
+}
+
+// Letters beyond ASCII have the other case that the system's code page gives them, in entries and in what is asked.
+TEST(EvilDB, FoldsByTheCodePageInUse) {
+    const AnotherCodePage page;
+    ListOfSites sites;
+    sites.Add("http://evil.example/\xC6\xA8", "2", "raw");
+    sites.Add("http://evil.example/%f7", "2", "encoded");
+    sites.Add("http://\xD7.example", "2", "host");
+    EXPECT_EQ(sites.Hit("http://evil.example/\xE6\xB8/x"), "raw");
+    EXPECT_EQ(sites.Hit("http://evil.example/\xD7"), "encoded");
+    EXPECT_EQ(sites.Hit("http://www.\xF7.example/"), "host");
 }
 
 // Whatever was expected, and in whatever order it comes, the list as it is then answers.

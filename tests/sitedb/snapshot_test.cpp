@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "fakes/AnotherCodePage.h"
 #include "fakes/TestFolder.h"
 #include "sitedb/ListOfSites.h"
 #include "sitedb/codec/Encryption.h"
@@ -43,6 +44,22 @@ TEST(Snapshot, HasTheLayoutOfItsFormat) {
                                         Number(static_cast<std::uint32_t>(fingerprint)) + Number(1) +
                                         Number(static_cast<std::uint32_t>(entry.size())) + entry);
     EXPECT_EQ(folder.Names(), NewFile);
+}
+
+// The order of the entries, and with it the fingerprint, is that of their scrambled hosts, which are no text.
+TEST(Snapshot, IsTheSameInEveryCodePage) {
+    const TestFolder folder;
+    ListOfSites sites(folder.Path());
+    // Between them the scrambled hosts have every byte beyond ASCII.
+    for (const char first : TextView("89abcdef")) {
+        for (const char second : TextView("0123456789abcdef"))
+            sites.Add(Text("http://%") + first + second + ".example");
+    }
+    ASSERT_TRUE(sites.DB.SaveDB(NewStamp, sites.DB.Fingerprint()));
+    const AnotherCodePage page;
+    ListOfSites loaded(folder.Path());
+    EXPECT_TRUE(loaded.DB.LoadDB(folder.Path() / NewFile, 0));
+    EXPECT_EQ(loaded.DB.LiveCount(), 128);
 }
 
 TEST(Snapshot, LoadsBackInTheSameOrder) {

@@ -2,14 +2,19 @@
 
 #include <windows.h>
 
+#include <iterator>
+
+#include "platform/win32/Win32Text.h"
+
 namespace tb {
 
 namespace {
 
 char FirstCharacter(LCTYPE what, char otherwise) {
-    char text[8] = "";
-    const int length = GetLocaleInfoA(LOCALE_USER_DEFAULT, what, text, static_cast<int>(sizeof text));
-    return length > 0 && text[0] != '\0' ? text[0] : otherwise;
+    // The user's language may be of another code page than the system.
+    wchar_t text[8] = L"";
+    const int length = GetLocaleInfoW(LOCALE_USER_DEFAULT, what, text, static_cast<int>(std::size(text)));
+    return length > 0 && text[0] != L'\0' ? FromSystem({text, 1})[0] : otherwise;
 }
 
 }  // namespace

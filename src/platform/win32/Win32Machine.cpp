@@ -42,6 +42,8 @@ std::wstring SystemDisk() {
 
 }  // namespace
 
+std::uint32_t Win32Machine::AnsiCodePage() { return GetACP(); }
+
 SystemVersion Win32Machine::Version() {
     OSVERSIONINFOW version{};
     version.dwOSVersionInfoSize = sizeof version;

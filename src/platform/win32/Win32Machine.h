@@ -10,6 +10,7 @@ class Win32Machine : public Machine {
 public:
     // The true version, not the one that the system makes up for old programs.
     SystemVersion Version() override;
+    std::uint32_t AnsiCodePage() override;
     Text WindowsFolder() override;
     Text SystemFolder() override;
     Text TempFolder() override;

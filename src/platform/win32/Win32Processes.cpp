@@ -108,9 +108,8 @@ std::uint32_t Win32Processes::SetWorkingSetSize(std::int64_t minimum, std::int64
 
 Text Win32Processes::SystemErrorText(std::uint32_t number) {
     constexpr DWORD Flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
-    char text[255];
-    const DWORD length = FormatMessageA(Flags, nullptr, number, 0, text, sizeof text, nullptr);
-    return {text, length};
+    wchar_t text[255];
+    return FromSystem({text, FormatMessageW(Flags, nullptr, number, 0, text, std::size(text), nullptr)});
 }
 
 void Win32Processes::Exit(std::int32_t status) { ExitProcess(static_cast<UINT>(status)); }

@@ -3,8 +3,7 @@
 // After windows.h, which the header includes.
 #include <shellapi.h>
 
-#include <algorithm>
-
+#include "platform/win32/Win32Text.h"
 #include "platform/win32/Win32WindowText.h"
 
 namespace tb {
@@ -23,9 +22,7 @@ void Put(char (&room)[Size], const Text& text) {
 
 template <size_t Size>
 void Put(wchar_t (&room)[Size], const Text& text) {
-    // One character of the code page is one wide character.
-    const int length = static_cast<int>(std::min(Text(text.c_str()).size(), Size - 1));
-    const int count = MultiByteToWideChar(CP_ACP, 0, text.data(), length, room, static_cast<int>(Size - 1));
+    const size_t count = ToSystem(text.c_str()).copy(room, Size - 1);
     room[count] = L'\0';
 }
 

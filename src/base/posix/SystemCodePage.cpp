@@ -1,0 +1,7 @@
+#include "base/codepage.h"
+
+namespace tb {
+
+const CodePage& SystemCodePage() { return Windows1252; }
+
+}  // namespace tb
