@@ -27,11 +27,11 @@ inline HWND OpenMenu(DWORD processId) { return FindWindowOf(processId, "#32768")
 // Of a tray window of the calling thread.
 class TrayMenu {
 public:
-    // Opens the menu, presses the keys, and returns when it is closed. The rows that were shown: the caption, with
-    // " bold" or " grey" behind it, or "-". Without rows the menu did not open.
-    static std::vector<Text> Open(HWND tray, std::vector<WPARAM> keys = {VK_ESCAPE}) {
+    // Opens the menu, presses Escape or the letter of an item, and returns when it is closed. The rows that were shown:
+    // the caption, with " bold" or " grey" behind it, or "-". Without rows the menu did not open.
+    static std::vector<Text> Open(HWND tray, char letter = 0) {
         s_Tray = tray;
-        s_Keys = std::move(keys);
+        s_Letter = letter;
         s_Rows.clear();
         s_Deadline = GetTickCount64() + DeadlineMs;
         const UINT_PTR poll = SetTimer(nullptr, 0, PollMs, &Poll);
@@ -52,7 +52,7 @@ private:
         if (open == nullptr || !s_Rows.empty()) return;
         const HMENU menu = reinterpret_cast<HMENU>(SendMessageA(open, GetMenuOfWindow, 0, 0));
         for (int row = 0; row < GetMenuItemCount(menu); ++row) s_Rows.push_back(Row(menu, static_cast<UINT>(row)));
-        for (const WPARAM key : s_Keys) PostMessageA(s_Tray, WM_KEYDOWN, key, 0);
+        PostMessageA(s_Tray, s_Letter == 0 ? WM_KEYDOWN : WM_CHAR, s_Letter == 0 ? VK_ESCAPE : s_Letter, 0);
     }
     static Text Row(HMENU menu, UINT position) {
         char caption[64] = "";
@@ -68,7 +68,7 @@ private:
     }
 
     inline static HWND s_Tray = nullptr;
-    inline static std::vector<WPARAM> s_Keys;
+    inline static char s_Letter = 0;
     inline static std::vector<Text> s_Rows;
     inline static ULONGLONG s_Deadline = 0;
 };

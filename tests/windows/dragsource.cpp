@@ -99,14 +99,14 @@ bool Drag(OfferedData& data, bool byItself) {
     return result == DRAGDROP_S_DROP && effect != DROPEFFECT_NONE;
 }
 
-// The menu takes keys through the window that owns it; the submissions are its third choice.
+// The menu takes keys through the window that owns it: the letter of "&Submit Scams".
 int OpenSubmissions() {
     const HWND tray = FindWindowA(nullptr, "Trawlbeam Tray");
     DWORD process = 0;
     if (GetWindowThreadProcessId(tray, &process) == 0) throw RuntimeError(0, "there is no program");
     PostMessageA(tray, TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
     if (!Eventually([&] { return OpenMenu(process) != nullptr; })) throw RuntimeError(0, "the menu did not open");
-    for (const WPARAM key : {VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}) PostMessageA(tray, WM_KEYDOWN, key, 0);
+    PostMessageA(tray, WM_CHAR, 's', 0);
     return 0;
 }
 

@@ -16,6 +16,7 @@ constexpr DWORD PollMs = 20;
 constexpr DWORD StepMs = 300000;
 constexpr const char* MenuClass = "#32768";
 constexpr const char* DialogClass = "#32770";
+constexpr WPARAM ExitLetter = 'e';  // "&Exit"
 constexpr const char* Question = "Exit Trawlbeam";
 
 // Polls until `done` answers other than null; null after `milliseconds`.
@@ -92,14 +93,13 @@ int CloseServer(const Text& caption) {
 
 int ExitThroughTray(const Text& caption, bool answerYes) {
     const Target target(caption);
-    // The menu that is open belongs to no other process's reach but the keyboard: upwards from nothing is its last
-    // item.
+    // The menu that is open belongs to no other process's reach but the keyboard. Its letter chooses the item at once:
+    // a mouse that lies over the menu could move the choice between two keys.
     target.Post(TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
     if (WaitFor(StepMs, [&] { return target.Find(MenuClass, nullptr); }) == nullptr) {
         throw StillRunning{"the tray icon's menu did not open"};
     }
-    target.Post(WM_KEYDOWN, VK_UP, 0);
-    target.Post(WM_KEYDOWN, VK_RETURN, 0);
+    target.Post(WM_CHAR, ExitLetter, 0);
     const HWND box = WaitFor(StepMs, [&] { return target.Find(DialogClass, Question); });
     if (box == nullptr) throw StillRunning{Text("the question \"") + Question + "\" did not come"};
     PostMessageA(box, WM_COMMAND, answerYes ? IDYES : IDNO, 0);
