@@ -29,7 +29,7 @@ public:
         QualifiersView& Qualifiers;
     };
 
-    // Registers the formats and takes the categories of the reference data as they now are.
+    // Registers the formats and takes the categories of the reference data, as each dialog does again.
     explicit SubmissionDB(Parts parts);
     SubmissionDB(const SubmissionDB&) = delete;
     SubmissionDB& operator=(const SubmissionDB&) = delete;

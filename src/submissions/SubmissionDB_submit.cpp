@@ -112,6 +112,8 @@ bool SubmissionDB::GetSubmissionQualifiers(SubmissionQualifiers& said, const Tex
             App& app = m_Parts.Service.Program;
             const OpenDialog open(app);
             QualifiersDialog dialog(app, m_Parts.Service.Log);
+            // Reference data that came later than this object bring others.
+            if (app.Settings) m_Categories = app.Settings->TryGlobalsSection("CATEGORIES");
             dialog.Setup(m_Categories, caption, Setting("SubCat", "LastCategoryID", "2"),
                          Setting("SubCat", "LastConfidenceID", "3"));
             m_Parts.Qualifiers.ShowModal(dialog,

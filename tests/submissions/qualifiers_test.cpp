@@ -89,6 +89,11 @@ TEST(Qualifiers, NeedsNoReferenceDataAndMindsABadPlace) {
     rig.Start();
     rig.DB->SubmitEvilURL("http://a.example");
     EXPECT_EQ(rig.Queued("0.U"), " 0 , 3 ,");
+    rig.Program.Settings->ReplaceGlobals("CATEGORIES", ParseXml("<C><C ID='2'/><C ID='3'/></C>"));
+    rig.Qualifiers.Meanwhile = [](QualifiersDialog& dialog) {
+        EXPECT_EQ(dialog.Categories().size(), 2U) << "late data";
+    };
+    rig.DB->SubmitEvilURL("http://late.example");
     rig.Program.Settings->WriteXMLString("SubCat", "LastTop", "high");
     rig.DB->SubmitEvilURL("http://b.example");
     EXPECT_EQ(rig.TakeShown().back(), "64|URL Submission|Canceling submission at user request");
