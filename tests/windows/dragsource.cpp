@@ -126,12 +126,13 @@ void PlaceMouse(HWND target) {
 
 bool DragOnto(OfferedData& data, const Text& caption) {
     const HWND target = FindTarget(caption);
-    PlaceMouse(target);
-    // The drag looks at the place of the mouse with each message.
+    // The drag looks at the place of the mouse with each message. A window that has just come is moved to its place
+    // yet.
     std::atomic<bool> over{false};
     const DWORD thread = GetCurrentThreadId();
     std::thread pushes([&] {
-        while (!over) {
+        for (int count = 0; !over; ++count) {
+            if (count % 50 == 0) PlaceMouse(target);
             PostThreadMessageA(thread, WM_KEYUP, VK_F24, 0);
             Sleep(2);
         }

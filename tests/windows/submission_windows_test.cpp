@@ -136,10 +136,10 @@ TEST_F(SubmissionWindowsTest, AnotherProcessDropsEveryKind) {
     DB = std::make_shared<SubmissionDB>(SubmissionDB::Parts{{Program, Log, Web.Factory()}, m_Formats, Qualifiers});
     auto window = Window();
     window->Show();
-    EXPECT_EQ(Drag(caption + L"--text http://evil.example/a?b=1"), 0U);
+    ASSERT_EQ(Drag(caption + L"--text http://evil.example/a?b=1"), 0U);
     const auto file = write(L"mail.eml", mail);
-    EXPECT_EQ(Drag(caption + L"--mail " + place + L"\\mail.eml\""), 0U);
-    EXPECT_EQ(Drag(caption + L"--stored " + place + L"\\one\" --stored " + place + L"\\two\""), 0U);
+    ASSERT_EQ(Drag(caption + L"--mail " + place + L"\\mail.eml\""), 0U);
+    ASSERT_EQ(Drag(caption + L"--stored " + place + L"\\one\" --stored " + place + L"\\two\""), 0U);
     window->RefreshDisplay();
     EXPECT_EQ(window->lblStatus.Caption(), "Waiting: 4   Recorded: 0");
     EXPECT_EQ(File("InProcess/0.U"), " 2 , 3 ,http://evil.example/a\r\nhttp://evil.example/a?b=1");
