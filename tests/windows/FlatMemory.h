@@ -7,14 +7,20 @@
 #include <gtest/gtest.h>
 #include <psapi.h>
 
+#include <algorithm>
 #include <cstdio>
+
+#include "windows/Eventually.h"
 
 namespace tb {
 
 class FlatMemory {
 public:
-    // Remembers what the process has now.
-    explicit FlatMemory(HANDLE process) : m_Process(process), m_Before(Now()) {}
+    // Remembers what the process has when all is loaded that comes beside its start: what writes dumps is the last.
+    explicit FlatMemory(HANDLE process) : m_Process(process) {
+        EXPECT_TRUE(Eventually([this] { return HasLoaded("dbghelp.dll"); }));
+        m_Before = Now();
+    }
 
     // Prints what it has become by then, and fails when it is a megabyte more.
     void Expect(const char* after) const {
@@ -28,6 +34,18 @@ public:
     }
 
 private:
+    bool HasLoaded(const char* name) const {
+        HMODULE modules[256];
+        DWORD size = 0;
+        if (!EnumProcessModules(m_Process, modules, sizeof modules, &size)) return false;
+        char found[MAX_PATH];
+        for (DWORD index = 0; index < std::min<DWORD>(size, sizeof modules) / sizeof *modules; ++index) {
+            if (GetModuleBaseNameA(m_Process, modules[index], found, MAX_PATH) != 0 && lstrcmpiA(found, name) == 0) {
+                return true;
+            }
+        }
+        return false;
+    }
     PROCESS_MEMORY_COUNTERS Now() const {
         PROCESS_MEMORY_COUNTERS counters{};
         GetProcessMemoryInfo(m_Process, &counters, sizeof counters);
@@ -35,7 +53,7 @@ private:
     }
 
     HANDLE m_Process;
-    PROCESS_MEMORY_COUNTERS m_Before;
+    PROCESS_MEMORY_COUNTERS m_Before{};
 };
 
 }  // namespace tb
