@@ -27,8 +27,8 @@ void frmController::UpdateTick() {
         [&] {
             FreeMemoryIfDue();
             const bool isDue = IsDue(m_EvilDBElapsed, m_EvilDBPeriod, tmUpdate.Interval());
-            if (!isDue && !m_LateDefaults.IsBackOnline()) return;
-            if (IsTimerEnabled(m_Parts.Program, "EVILDB_ENABLED")) UpdateCycle();
+            if (!IsTimerEnabled(m_Parts.Program, "EVILDB_ENABLED")) return;
+            if (isDue || m_LateDefaults.IsBackOnline()) UpdateCycle();
         },
         [&](const RuntimeError& error) {
             WriteLog("Update timer error " + error.Description, LogLevel::Always);

@@ -17,7 +17,14 @@ protected:
     void Set(const Text& text) { Win32WindowText().SendText(m_Program.Box(), text); }
     LRESULT BoxLength() { return SendMessageA(ToHwnd(m_Program.Box()), WM_GETTEXTLENGTH, 0, 0); }
 
-    RunningProgram m_Program;
+    // Without update cycles, which would load what talks to the network while memory is watched.
+    static std::shared_ptr<ProgramFolder> Folder() {
+        auto folder = std::make_shared<ProgramFolder>();
+        folder->WriteSetting("TIMERS", "EVILDB_ENABLED", "0");
+        return folder;
+    }
+
+    RunningProgram m_Program{Folder()};
 };
 
 const Text Blocked = RunningProgram::Blocked;
