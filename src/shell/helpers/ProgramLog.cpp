@@ -11,13 +11,6 @@ namespace {
 constexpr const char* LogFolder = "Log";
 constexpr TextView LogExtension = ".log";
 
-Text ReplaceToken(Text text, TextView token, TextView value) {
-    for (size_t place = 0; (place = text.find(token, place)) != Text::npos; place += value.size()) {
-        text.replace(place, token.size(), value);
-    }
-    return text;
-}
-
 // What stands behind the product's name in the name of a log file, empty for other files.
 Text BehindProduct(const Text& name, const Text& product) {
     const bool fits = name.size() >= product.size() + LogExtension.size() &&
@@ -56,12 +49,12 @@ Text ProgramLog::FileName(const Text& pattern) const {
     const Text year = digits(now.Year, 4);
     const Text month = digits(now.Month, 2);
     const Text day = digits(now.Day, 2);
-    Text name = ReplaceToken(pattern, "{AppProductName}", m_App.Product.ProductName);
-    name = ReplaceToken(std::move(name), "{YYYY}", year);
-    name = ReplaceToken(std::move(name), "{MM}", month);
-    name = ReplaceToken(std::move(name), "{DD}", day);
-    name = ReplaceToken(std::move(name), "{YYYYMMDD}", year + month + day);
-    return ReplaceToken(std::move(name), "{YYYYMM}", year + month);
+    Text name = ReplaceAll(pattern, "{AppProductName}", m_App.Product.ProductName);
+    name = ReplaceAll(name, "{YYYY}", year);
+    name = ReplaceAll(name, "{MM}", month);
+    name = ReplaceAll(name, "{DD}", day);
+    name = ReplaceAll(name, "{YYYYMMDD}", year + month + day);
+    return ReplaceAll(name, "{YYYYMM}", year + month);
 }
 
 void ProgramLog::PruneLogFiles(const Text& folder, std::int32_t days) noexcept {
