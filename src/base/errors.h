@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <utility>
 
 #include "base/text.h"
 
@@ -63,6 +64,13 @@ void Trap(Body&& body, Handler&& handler) noexcept {
     } catch (...) {
         handler(CurrentError());
     }
+}
+
+// As Trap, for a body that gives a result: `neutral` when it throws.
+template <typename Result, typename Body, typename Handler>
+Result TrapOr(Result neutral, Body&& body, Handler&& handler) noexcept {
+    Trap([&] { neutral = body(); }, std::forward<Handler>(handler));
+    return neutral;
 }
 
 // `parts[index]`, index from 0; error 9 outside the bounds.

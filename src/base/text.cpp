@@ -2,6 +2,7 @@
 
 #include "base/codepage.h"
 #include "base/errors.h"
+#include "base/numbers.h"
 
 namespace tb {
 
@@ -99,11 +100,7 @@ namespace {
 
 bool IsPrintable(char character) { return character >= 0x20 && character < 0x7F; }
 
-Text Hexadecimal(char character) {
-    constexpr TextView digits = "0123456789ABCDEF";
-    const auto code = static_cast<std::uint8_t>(character);
-    return {'\\', 'x', digits[code >> 4], digits[code & 15]};
-}
+Text Hexadecimal(char character) { return "\\x" + ToHex(static_cast<std::uint8_t>(character), 2); }
 
 }  // namespace
 

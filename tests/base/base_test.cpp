@@ -3,6 +3,7 @@
 #include <limits>
 #include <new>
 
+#include "base/bytes.h"
 #include "base/date.h"
 #include "base/event.h"
 #include "base/numbers.h"
@@ -83,6 +84,24 @@ TEST(Errors, TrapCatchesWhateverIsThrown) {
     EXPECT_EQ(Raised([] { throw RuntimeError(1001, "Invalid key"); }), 1001);
     EXPECT_EQ(Raised([] { throw std::bad_alloc(); }), 7);
     EXPECT_EQ(Raised([] { throw 42; }), 51);
+
+    const auto number = [](TextView text) {
+        return TrapOr(
+            -1, [&] { return ToInt32(text); }, [](const RuntimeError&) {});
+    };
+    EXPECT_EQ(number("5"), 5);
+    EXPECT_EQ(number("five"), -1);
+}
+
+TEST(Bytes, AreNumbersWithTheLowestFirstAndPairsOfDigits) {
+    const Text bytes = "\x01\x80\xFF\x7E";
+    EXPECT_EQ(LittleEndian(bytes), 0x7EFF8001U);
+    char back[] = "....!";
+    PutLittleEndian(0x7EFF8001U, back, bytes.size());
+    EXPECT_EQ(Text(back), bytes + "!");
+    EXPECT_EQ(HexByte("9afx"), 0x9A);
+    EXPECT_EQ(HexByte("Fe"), 0xFE);
+    for (const char* none : {"", "1", "1g", "/0", "0:", "@1", "`1"}) EXPECT_EQ(HexByte(none), std::nullopt) << none;
 }
 
 TEST(Events, HandlersRunInOrderAndMayConnectMore) {
