@@ -2,12 +2,12 @@
 #include <cstdio>
 
 #include "base/errors.h"
+#include "commandline/InputFiles.h"
+#include "commandline/Options.h"
+#include "commandline/StandardStreams.h"
 #include "operator/Commands.h"
 #include "operator/LastLine.h"
-#include "operator/Options.h"
 #include "operator/ReferenceFile.h"
-#include "operator/SiteList.h"
-#include "operator/StandardStreams.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/SystemClock.h"
 #include "sitedb/OverDB.h"
@@ -147,7 +147,8 @@ void CheckCommand(const std::vector<Text>& words) {
 
     const auto loadStart = Stopwatch::now();
     if (options.Has("--list")) {
-        AddSiteList(evilDB, files, options.Require("--list"));
+        ForEachSiteLine(files, options.Require("--list"),
+                        [&](size_t, const std::vector<Text>& site) { evilDB.AddToDB(site[0], site[1], site[2]); });
     } else {
         LoadSnapshot(evilDB, options.Require("--snapshot"), log);
     }

@@ -1,7 +1,7 @@
+#include "commandline/Options.h"
+#include "commandline/StandardStreams.h"
 #include "operator/Commands.h"
 #include "operator/LastLine.h"
-#include "operator/Options.h"
-#include "operator/StandardStreams.h"
 #include "sitedb/codec/Encryption.h"
 
 namespace tb {

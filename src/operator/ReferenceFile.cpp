@@ -1,9 +1,10 @@
 #include "operator/ReferenceFile.h"
 
 #include "base/errors.h"
+#include "commandline/InputFiles.h"
+#include "commandline/Options.h"
 #include "components/tbXML/Document.h"
 #include "operator/LastLine.h"
-#include "operator/Options.h"
 #include "refdata/BuiltInReference.h"
 #include "sitedb/codec/Encryption.h"
 

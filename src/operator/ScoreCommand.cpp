@@ -1,10 +1,10 @@
 #include <cstdio>
 
 #include "base/errors.h"
+#include "commandline/Options.h"
+#include "commandline/StandardStreams.h"
 #include "operator/Commands.h"
-#include "operator/Options.h"
 #include "operator/ReferenceFile.h"
-#include "operator/StandardStreams.h"
 #include "platform/posix/PosixFiles.h"
 
 namespace tb {

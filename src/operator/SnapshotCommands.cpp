@@ -3,11 +3,11 @@
 #include "base/date.h"
 #include "base/errors.h"
 #include "base/numbers.h"
+#include "commandline/InputFiles.h"
+#include "commandline/Options.h"
+#include "commandline/StandardStreams.h"
 #include "operator/Commands.h"
 #include "operator/LastLine.h"
-#include "operator/Options.h"
-#include "operator/SiteList.h"
-#include "operator/StandardStreams.h"
 #include "platform/posix/PosixFiles.h"
 #include "sitedb/SnapshotFile.h"
 #include "sitedb/codec/Encryption.h"
@@ -62,7 +62,8 @@ void SnapshotSaveCommand(const std::vector<Text>& words) {
     LastLine log;
     StandaloneVerdictHost host(log);
     EvilDB evilDB(files, host, folder);
-    AddSiteList(evilDB, files, list);
+    ForEachSiteLine(files, list,
+                    [&](size_t, const std::vector<Text>& site) { evilDB.AddToDB(site[0], site[1], site[2]); });
     std::filesystem::create_directories(folder);
     evilDB.LogMessage.Connect([&](const Text& line, LogLevel level) { log.WriteLog(line, level); });
     const std::int32_t fingerprint = evilDB.LiveCount() == 0 ? 0 : evilDB.Fingerprint();

@@ -2,8 +2,8 @@
 #include <random>
 #include <thread>
 
+#include "commandline/InputFiles.h"
 #include "fakes/TestFolder.h"
-#include "operator/SiteList.h"
 #include "service/ReplayingClient.h"
 #include "service/web/FrameBuilder.h"
 #include "service/web/SiteFeed.h"
@@ -134,9 +134,9 @@ TEST_F(SiteFeedTest, GivesEntriesAsTheListsOfToolsHoldThem) {
     Folder.Write("list", lines);
     PosixFiles files;
     ListOfSites tool;
-    AddSiteList(tool.DB, files, (Folder.Path() / "list").string());
     std::vector<Site> sites;
     ForEachSiteLine(files, (Folder.Path() / "list").string(), [&](size_t, const std::vector<Text>& fields) {
+        tool.DB.AddToDB(fields[0], fields[1], fields[2]);
         for (Site& site : SitesOf(fields[0], fields[1], fields[2])) sites.push_back(std::move(site));
     });
     History.Import(sites);

@@ -1,5 +1,5 @@
 // The operator's tool: judges requests, frames data files, handles snapshots and signs updates from a command line.
-#include "operator/CommandLine.h"
+#include "commandline/CommandLine.h"
 #include "operator/Commands.h"
 
 namespace {

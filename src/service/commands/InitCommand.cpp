@@ -1,5 +1,5 @@
-#include "operator/Options.h"
-#include "operator/StandardStreams.h"
+#include "commandline/Options.h"
+#include "commandline/StandardStreams.h"
 #include "service/commands/ServiceCommands.h"
 #include "service/store/ServiceStore.h"
 

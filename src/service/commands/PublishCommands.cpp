@@ -1,6 +1,7 @@
 #include <cstdio>
 
-#include "operator/Options.h"
+#include "commandline/InputFiles.h"
+#include "commandline/Options.h"
 #include "platform/posix/PosixFiles.h"
 #include "service/commands/ServiceCommands.h"
 #include "service/commands/StoreToFill.h"

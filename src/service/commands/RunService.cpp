@@ -1,6 +1,6 @@
 #include <optional>
 
-#include "operator/Options.h"
+#include "commandline/Options.h"
 #include "service/commands/ServiceCommands.h"
 
 namespace tb {

@@ -3,7 +3,7 @@
 
 #include "base/errors.h"
 #include "base/numbers.h"
-#include "operator/Options.h"
+#include "commandline/Options.h"
 #include "platform/posix/SystemClock.h"
 #include "service/commands/ServiceCommands.h"
 #include "service/web/ClientPages.h"

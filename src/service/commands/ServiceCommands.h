@@ -6,7 +6,7 @@
 
 #include <filesystem>
 
-#include "operator/CommandLine.h"
+#include "commandline/CommandLine.h"
 
 namespace tb {
 

@@ -1,8 +1,8 @@
 #include <cstdio>
 
-#include "operator/Options.h"
-#include "operator/SiteList.h"
-#include "operator/StandardStreams.h"
+#include "commandline/InputFiles.h"
+#include "commandline/Options.h"
+#include "commandline/StandardStreams.h"
 #include "platform/posix/PosixFiles.h"
 #include "service/commands/ServiceCommands.h"
 #include "service/commands/StoreToFill.h"

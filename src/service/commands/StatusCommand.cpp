@@ -1,6 +1,6 @@
 #include <cstdio>
 
-#include "operator/Options.h"
+#include "commandline/Options.h"
 #include "service/commands/ServiceCommands.h"
 #include "service/store/Documents.h"
 #include "service/store/Reports.h"

@@ -1,7 +1,7 @@
 // The store for a command that publishes. One that is made says so on standard error: the folder may be mistyped.
 #pragma once
 
-#include "operator/CommandLine.h"
+#include "commandline/CommandLine.h"
 #include "service/store/ServiceStore.h"
 
 namespace tb {

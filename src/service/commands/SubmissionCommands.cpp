@@ -1,8 +1,8 @@
 #include <cstdio>
 
 #include "base/errors.h"
-#include "operator/Options.h"
-#include "operator/StandardStreams.h"
+#include "commandline/Options.h"
+#include "commandline/StandardStreams.h"
 #include "service/commands/ServiceCommands.h"
 #include "service/mail/MailTexts.h"
 #include "service/mail/UrlScan.h"

@@ -1,8 +1,9 @@
 #include <cstdio>
 
 #include "base/errors.h"
-#include "operator/Options.h"
-#include "operator/StandardStreams.h"
+#include "commandline/InputFiles.h"
+#include "commandline/Options.h"
+#include "commandline/StandardStreams.h"
 #include "platform/posix/PosixFiles.h"
 #include "refdata/manifest/SignedManifest.h"
 #include "service/commands/ServiceCommands.h"

@@ -1,4 +1,4 @@
-#include "operator/StandardStreams.h"
+#include "commandline/StandardStreams.h"
 
 #include <unistd.h>
 
@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "operator/Options.h"
+#include "commandline/Options.h"
 
 namespace tb {
 

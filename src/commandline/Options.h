@@ -1,4 +1,4 @@
-// The command line of the operator's tool.
+// What follows a command on the command line.
 #pragma once
 
 #include <map>
@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "base/errors.h"
-#include "platform/Files.h"
 
 namespace tb {
 
@@ -20,12 +19,7 @@ class InputError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The InputError of a file that cannot be read: `expected` says what it should be, "a list of sites" for one.
-InputError UnreadableFile(const Text& path, const RuntimeError& error, const char* expected);
-// The whole file, or that error.
-Text ReadInputFile(Files& files, const Text& path, const char* expected);
-
-// What follows a command: options with a value, flags, and other words.
+// Options with a value, flags, and other words.
 class Options {
 public:
     // `valued` and `flags` are the option names that the command knows, "--list" for one. Raises a UsageError for any

@@ -1,10 +1,10 @@
-#include "operator/CommandLine.h"
+#include "commandline/CommandLine.h"
 
 #include <algorithm>
 #include <cstdio>
 
-#include "operator/Options.h"
-#include "operator/StandardStreams.h"
+#include "commandline/Options.h"
+#include "commandline/StandardStreams.h"
 
 namespace tb {
 

@@ -1,4 +1,4 @@
-#include "operator/Options.h"
+#include "commandline/Options.h"
 
 #include <algorithm>
 
@@ -11,7 +11,7 @@ Options::Options(const std::vector<Text>& words, const std::vector<Text>& valued
     for (size_t index = 0; index < words.size(); ++index) {
         const Text& word = words[index];
         Text value;
-        if (word.rfind("--", 0) != 0) {
+        if (!word.starts_with("--")) {
             m_Words.push_back(word);
             continue;
         }
@@ -22,18 +22,6 @@ Options::Options(const std::vector<Text>& words, const std::vector<Text>& valued
             throw UsageError("unknown option " + word);
         }
         if (!m_Values.emplace(word, value).second) throw UsageError(word + " is given twice");
-    }
-}
-
-InputError UnreadableFile(const Text& path, const RuntimeError& error, const char* expected) {
-    return InputError(path + ": " + error.Description + "; " + expected + " is expected");
-}
-
-Text ReadInputFile(Files& files, const Text& path, const char* expected) {
-    try {
-        return ReadWholeFile(files, path);
-    } catch (const RuntimeError& error) {
-        throw UnreadableFile(path, error, expected);
     }
 }
 

@@ -1,8 +1,18 @@
-#include "operator/SiteList.h"
-
-#include "operator/Options.h"
+#include "commandline/InputFiles.h"
 
 namespace tb {
+
+InputError UnreadableFile(const Text& path, const RuntimeError& error, const char* expected) {
+    return InputError(path + ": " + error.Description + "; " + expected + " is expected");
+}
+
+Text ReadInputFile(Files& files, const Text& path, const char* expected) {
+    try {
+        return ReadWholeFile(files, path);
+    } catch (const RuntimeError& error) {
+        throw UnreadableFile(path, error, expected);
+    }
+}
 
 void ForEachSiteLine(Files& files, const Text& path,
                      const std::function<void(size_t number, const std::vector<Text>& fields)>& take) {
@@ -10,7 +20,7 @@ void ForEachSiteLine(Files& files, const Text& path,
     size_t number = 0;
     for (TextView line : SplitViews(content, '\n')) {
         ++number;
-        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        if (line.ends_with('\r')) line.remove_suffix(1);
         if (line.empty()) continue;
         const std::vector<Text> fields = Split(line, '\t');
         if (fields.size() != 3) {
@@ -19,11 +29,6 @@ void ForEachSiteLine(Files& files, const Text& path,
         }
         take(number, fields);
     }
-}
-
-void AddSiteList(EvilDB& evilDB, Files& files, const Text& path) {
-    ForEachSiteLine(files, path,
-                    [&](size_t, const std::vector<Text>& fields) { evilDB.AddToDB(fields[0], fields[1], fields[2]); });
 }
 
 }  // namespace tb
