@@ -47,6 +47,8 @@ RuntimeError Error(ErrorNumber number) {
     return {value, ErrorText(value)};
 }
 
+RuntimeError InputError(Text description) { return {InputErrorNumber, std::move(description)}; }
+
 RuntimeError CurrentError() noexcept {
     try {
         throw;

@@ -51,6 +51,10 @@ public:
 // The error of a number with its standard text, to be thrown.
 RuntimeError Error(ErrorNumber number);
 
+// What is wrong with something that somebody gave (a file, an entry, a key, an address), told for that person.
+inline constexpr std::int32_t InputErrorNumber = 1100;
+RuntimeError InputError(Text description);
+
 // The error that is being handled, whatever was thrown: a RuntimeError as it is, lack of memory as 7, any other as 51.
 // Call only inside a catch block.
 RuntimeError CurrentError() noexcept;

@@ -93,14 +93,15 @@ int RunCommandLine(const CommandLine& line, const Words& words) {
         Run(line, words);
         FlushStandardOutput();
         return 0;
-    } catch (const UsageError& error) {
-        WriteStandardError(line.Program, error.what());
+    } catch (const RuntimeError& error) {
+        WriteStandardError(line.Program, error.Description);
+        if (error.Number != UsageErrorNumber) return 1;
         std::fputs(HelpFor(line, words).c_str(), stderr);
         return 2;
     } catch (const std::exception& error) {
         WriteStandardError(line.Program, error.what());
+        return 1;
     }
-    return 1;
 }
 
 void WriteStandardError(const Text& program, const Text& message) {

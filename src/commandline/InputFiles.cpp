@@ -2,7 +2,7 @@
 
 namespace tb {
 
-InputError UnreadableFile(const Text& path, const RuntimeError& error, const char* expected) {
+RuntimeError UnreadableFile(const Text& path, const RuntimeError& error, const char* expected) {
     return InputError(path + ": " + error.Description + "; " + expected + " is expected");
 }
 

@@ -4,13 +4,13 @@
 #include <functional>
 #include <vector>
 
-#include "commandline/Options.h"
+#include "base/errors.h"
 #include "platform/Files.h"
 
 namespace tb {
 
 // The InputError of a file that cannot be read: `expected` says what it should be, "a list of sites" for one.
-InputError UnreadableFile(const Text& path, const RuntimeError& error, const char* expected);
+RuntimeError UnreadableFile(const Text& path, const RuntimeError& error, const char* expected);
 // The whole file, or that error.
 Text ReadInputFile(Files& files, const Text& path, const char* expected);
 

@@ -4,6 +4,8 @@
 
 namespace tb {
 
+RuntimeError UsageError(Text description) { return {UsageErrorNumber, std::move(description)}; }
+
 Options::Options(const std::vector<Text>& words, const std::vector<Text>& valued, const std::vector<Text>& flags) {
     const auto knows = [](const std::vector<Text>& names, const Text& name) {
         return std::find(names.begin(), names.end(), name) != names.end();

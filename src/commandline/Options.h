@@ -2,22 +2,15 @@
 #pragma once
 
 #include <map>
-#include <stdexcept>
 #include <vector>
 
 #include "base/errors.h"
 
 namespace tb {
 
-// A command line that cannot be carried out as it stands; the tool prints how it is used.
-class UsageError : public std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-// Input that is broken or cannot be read; the tool prints the one line.
-class InputError : public std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
+// What is wrong with a command line; the program tells it and how the command is used.
+inline constexpr std::int32_t UsageErrorNumber = 1101;
+RuntimeError UsageError(Text description);
 
 // Options with a value, flags, and other words.
 class Options {

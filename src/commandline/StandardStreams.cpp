@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "commandline/Options.h"
+#include "base/errors.h"
 
 namespace tb {
 

@@ -1,5 +1,5 @@
 // The commands of the operator's tool. Each takes the words behind its name, reads standard input and writes standard
-// output as the usage text tells, and raises a UsageError, an InputError or a RuntimeError.
+// output as the usage text tells, and raises a UsageError or an InputError.
 #pragma once
 
 #include <vector>
@@ -22,8 +22,7 @@ void UnframeCommand(const std::vector<Text>& words);
 void SnapshotSaveCommand(const std::vector<Text>& words);
 void SnapshotShowCommand(const std::vector<Text>& words);
 
-// Makes a pair of keys for program updates; writes the manifest of a staged folder; signs one. They also raise a
-// SigningError or a ReleaseError.
+// Makes a pair of keys for program updates; writes the manifest of a staged folder; signs one.
 void KeygenCommand(const std::vector<Text>& words);
 void ManifestCommand(const std::vector<Text>& words);
 void SignCommand(const std::vector<Text>& words);

@@ -19,14 +19,14 @@ ElementPtr Parse(TextView text) {
 }
 
 // The text of a document that may lie in its frame.
-Text Unframed(const Text& content) {
+Text Unframed(const Text& content, const Text& path) {
     // No frame begins with the sign that every document begins with.
     const TextView trimmed = Trim(content);
     if (!trimmed.empty() && trimmed.front() == '<') return content;
     LastLine log;
     Text plain;
     if (!ChkEncryptString(content, plain, log)) {
-        throw InputError("neither an XML document nor an intact frame around one");
+        throw InputError(path + ": neither an XML document nor an intact frame around one");
     }
     return plain;
 }
@@ -36,12 +36,12 @@ Text Unframed(const Text& content) {
 ReferenceFile::ReferenceFile() : m_Root(Parse(BuiltInReference())), m_Path("the built-in document") {}
 
 ReferenceFile::ReferenceFile(Files& files, const Text& path) : m_Path(path) {
+    constexpr const char* expected = "a reference document";
+    const Text plain = Unframed(ReadInputFile(files, path, expected), path);
     try {
-        m_Root = Parse(Unframed(ReadWholeFile(files, path)));
+        m_Root = Parse(plain);
     } catch (const RuntimeError& error) {
-        throw UnreadableFile(path, error, "a reference document");
-    } catch (const InputError& error) {
-        throw InputError(path + ": " + error.what());
+        throw UnreadableFile(path, error, expected);
     }
     if (const ElementPtr words = m_Root->FindElement("EVILWORDS")) m_Words = words->Body();
 }

@@ -76,9 +76,8 @@ void SnapshotShowCommand(const std::vector<Text>& words) {
     try {
         WriteStandardOutput(Describe(*files.OpenForReading(words.front())));
     } catch (const RuntimeError& error) {
-        throw UnreadableFile(words.front(), error, "a snapshot");
-    } catch (const InputError& error) {
-        throw InputError(words.front() + ": " + error.what());
+        if (error.Number != InputErrorNumber) throw UnreadableFile(words.front(), error, "a snapshot");
+        throw InputError(words.front() + ": " + error.Description);
     }
     FlushStandardOutput();
 }

@@ -67,7 +67,7 @@ TEST(SiteEntry, RefusesWhatClientsWould) {
         try {
             SitesOf(entry.Url, entry.Category, entry.Validated);
             ADD_FAILURE() << Quoted(entry.Url) << " was taken";
-        } catch (const EntryError& error) {
+        } catch (const RuntimeError& error) {
             EXPECT_THAT(error.what(), HasSubstr(entry.Message));
         }
     }
@@ -171,13 +171,13 @@ TEST_F(SiteHistoryTest, LiesInFilesOfItsOwnersAlone) {
 }
 
 TEST_F(SiteHistoryTest, RefusesFilesThatAreNotItsOwn) {
-    EXPECT_THROW(ServiceStore(Folder.Path() / "absent", ServiceStore::Opening::Existing), StoreError);
+    EXPECT_THROW(ServiceStore(Folder.Path() / "absent", ServiceStore::Opening::Existing), RuntimeError);
     Folder.Write("service.db", "this is no database, however long it may be, and it stays what it is");
     std::filesystem::permissions(Folder.Path() / "service.db", std::filesystem::perms(0644));
-    EXPECT_THROW(ServiceStore(Folder.Path(), ServiceStore::Opening::OrNew), StoreError);
+    EXPECT_THROW(ServiceStore(Folder.Path(), ServiceStore::Opening::OrNew), RuntimeError);
     EXPECT_EQ(RightsOf(Folder.Path() / "service.db") & 0077, 0044) << "another program's";
     Store.Run("PRAGMA user_version = 99");
-    EXPECT_THROW(ServiceStore(Folder.Path() / "new", ServiceStore::Opening::Existing), StoreError);
+    EXPECT_THROW(ServiceStore(Folder.Path() / "new", ServiceStore::Opening::Existing), RuntimeError);
 }
 
 TEST_F(SiteHistoryTest, KeepsDocumentsThatClientsCanUse) {
@@ -190,7 +190,7 @@ TEST_F(SiteHistoryTest, KeepsDocumentsThatClientsCanUse) {
     const Text reference = "<R><CATEGORIES/><SUBMISSIONS/><DISPOSITIONS/><COUNTRIES/></R>";
     documents.PublishReference(reference);
     for (const char* broken : {"", "<A>", "<A><B/></A>"}) EXPECT_ANY_THROW(documents.PublishDefaults(broken)) << broken;
-    EXPECT_THROW(documents.PublishReference("<R><CATEGORIES/><SUBMISSIONS/><DISPOSITIONS/></R>"), DocumentError);
+    EXPECT_THROW(documents.PublishReference("<R><CATEGORIES/><SUBMISSIONS/><DISPOSITIONS/></R>"), RuntimeError);
     const auto held = documents.Find(DefaultsFile);
     ASSERT_TRUE(held);
     EXPECT_EQ(held->Framed, EncryptStringChk(xml));

@@ -36,7 +36,7 @@ TEST(FileVersionOf, ReadsTheFirstLanguageAndNothingBehindTheEnd) {
         const std::vector<char> exact(bytes.begin(), bytes.end());
         try {
             return FileVersionOf({exact.data(), exact.size()}).value_or("none");
-        } catch (const ReleaseError&) {
+        } catch (const RuntimeError&) {
             ++refused;
             return Text("refused");
         }

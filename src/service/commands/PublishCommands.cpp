@@ -25,8 +25,9 @@ void Publish(const std::filesystem::path& folder, const Words& words, TextView n
         const StoredDocument document = (documents.*publish)(xml);
         std::printf("published %s, version %s, %zu bytes\n", Text(name).c_str(), Quoted(document.Version).c_str(),
                     document.Framed.size());
-    } catch (const DocumentError& error) {
-        throw InputError(path + ": " + error.what());
+    } catch (const RuntimeError& error) {
+        if (error.Number != InputErrorNumber) throw;
+        throw InputError(path + ": " + error.Description);
     }
 }
 

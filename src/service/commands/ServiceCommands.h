@@ -1,7 +1,6 @@
 // The commands of the web service's program. Each works on the store in `folder`, may be run while the service runs on
 // it, and does all of its work or none. `words` are those behind the command's name. Each raises a UsageError for a
-// wrong command line; an InputError, EntryError, DocumentError, ReleaseError, SigningError, StoreError, ListenError or
-// RuntimeError otherwise.
+// wrong command line, an InputError or a StoreError.
 #pragma once
 
 #include <filesystem>

@@ -19,8 +19,8 @@ std::vector<Site> ReadSites(const Text& path) {
     ForEachSiteLine(files, path, [&](size_t number, const std::vector<Text>& fields) {
         try {
             for (Site& site : SitesOf(fields[0], fields[1], fields[2])) sites.push_back(std::move(site));
-        } catch (const EntryError& error) {
-            throw InputError(path + ", line " + std::to_string(number) + ": " + error.what());
+        } catch (const RuntimeError& error) {
+            throw InputError(path + ", line " + std::to_string(number) + ": " + error.Description);
         }
     });
     return sites;

@@ -72,8 +72,8 @@ std::vector<Site> SitesIn(const Submission& submission) {
     for (const Text& url : UrlsOf(submission)) {
         try {
             for (Site& site : SitesOf(url, category, FormatDate(SystemUtcNow()))) sites.push_back(std::move(site));
-        } catch (const EntryError& error) {
-            WriteStandardError("tbservice", Text("passed over: ") + error.what());
+        } catch (const RuntimeError& error) {
+            WriteStandardError("tbservice", "passed over: " + error.Description);
         }
     }
     return sites;

@@ -5,7 +5,9 @@
 #include <cstdio>
 #include <string>
 
+#include "base/bytes.h"
 #include "base/codepage.h"
+#include "base/errors.h"
 
 namespace tb {
 
@@ -20,7 +22,7 @@ constexpr size_t ResourceDirectory = 2;
 constexpr std::uint32_t VersionType = 16;
 constexpr std::uint32_t IsSubdirectory = 0x80000000;
 
-[[noreturn]] void FailVersion() { throw ReleaseError("its version resource is damaged"); }
+[[noreturn]] void FailVersion() { throw InputError("its version resource is damaged"); }
 
 // Bytes that are read at places which the file itself tells.
 class Image {
@@ -28,22 +30,14 @@ public:
     explicit Image(TextView bytes) : m_Bytes(bytes) {}
 
     size_t Size() const { return m_Bytes.size(); }
-    // Low byte first.
-    std::uint32_t Word(size_t place) const { return Number(place, 2); }
-    std::uint32_t Long(size_t place) const { return Number(place, 4); }
+    std::uint32_t Word(size_t place) const { return static_cast<std::uint32_t>(LittleEndian(Part(place, 2))); }
+    std::uint32_t Long(size_t place) const { return static_cast<std::uint32_t>(LittleEndian(Part(place, 4))); }
     TextView Part(size_t place, size_t size) const {
-        if (place > m_Bytes.size() || size > m_Bytes.size() - place) throw ReleaseError("it ends too early");
+        if (place > m_Bytes.size() || size > m_Bytes.size() - place) throw InputError("it ends too early");
         return m_Bytes.substr(place, size);
     }
 
 private:
-    std::uint32_t Number(size_t place, size_t size) const {
-        const TextView bytes = Part(place, size);
-        std::uint32_t number = 0;
-        for (size_t index = size; index-- > 0;) number = number << 8 | static_cast<unsigned char>(bytes[index]);
-        return number;
-    }
-
     TextView m_Bytes;
 };
 
@@ -51,9 +45,9 @@ private:
 class Program {
 public:
     explicit Program(TextView file) : m_File(file) {
-        if (file.substr(0, 2) != "MZ") throw ReleaseError("it is no program file");
+        if (!file.starts_with("MZ")) throw InputError("it is no program file");
         const size_t header = m_File.Long(PlaceOfHeader);
-        if (m_File.Part(header, 4) != TextView("PE\0\0", 4)) throw ReleaseError("it is no program file for Windows");
+        if (m_File.Part(header, 4) != TextView("PE\0\0", 4)) throw InputError("it is no program file for Windows");
         m_SectionCount = m_File.Word(header + 6);
         const size_t optional = header + SizeOfFileHeader;
         m_Sections = optional + m_File.Word(header + 20);
@@ -75,7 +69,7 @@ public:
             if (address < begin || address - begin >= size) continue;
             return m_File.Part(m_File.Long(section + 20), size).substr(address - begin);
         }
-        throw ReleaseError("its resources lie outside of its sections");
+        throw InputError("its resources lie outside of its sections");
     }
 
 private:

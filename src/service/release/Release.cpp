@@ -39,16 +39,16 @@ Text VersionOf(const ReleaseFile& file) {
     try {
         Text version = FileVersionOf(file.Content).value_or(Text());
         if (!version.empty() && !IsVersion(version)) {
-            throw ReleaseError("its version " + Quoted(version) + " is not of the form 1.2.3");
+            throw InputError("its version " + Quoted(version) + " is not of the form 1.2.3");
         }
         return version;
-    } catch (const ReleaseError& error) {
-        throw ReleaseError(file.Name + ": " + error.what());
+    } catch (const RuntimeError& error) {
+        throw InputError(file.Name + ": " + error.what());
     }
 }
 
 ElementPtr DescriptionOf(const ReleaseFile& file) {
-    if (file.Content.size() > LongestFile) throw ReleaseError(file.Name + ": it is too long for clients");
+    if (file.Content.size() > LongestFile) throw InputError(file.Name + ": it is too long for clients");
     auto child = std::make_shared<Element>("FILE");
     child->AddAttribute({"FILE", file.Name});
     child->AddAttribute({"SIZE", std::to_string(file.Content.size())});
@@ -63,17 +63,25 @@ ElementPtr DescriptionOf(const ReleaseFile& file) {
 const ReleaseFile& Require(const std::vector<ReleaseFile>& files, const Text& name) {
     const auto found =
         std::find_if(files.begin(), files.end(), [&](const ReleaseFile& file) { return file.Name == name; });
-    if (found == files.end()) throw ReleaseError("there is no file " + Quoted(name) + ", which the manifest names");
+    if (found == files.end()) throw InputError("there is no file " + Quoted(name) + ", which the manifest names");
     return *found;
+}
+
+UpdateFile ReadEntry(const Element& entry, const Text& name) {
+    try {
+        return ReadFileElement(entry, {});
+    } catch (const RuntimeError& error) {
+        throw InputError(name + ": its size or a date is none (" + error.Description + ")");
+    }
 }
 
 void CheckFile(const UpdateFile& told, const ReleaseFile& file, bool isSigned) {
     if (file.Content.size() != static_cast<size_t>(told.SIZE)) {
-        throw ReleaseError(told.FILE + ": its size is not the one of the manifest");
+        throw InputError(told.FILE + ": its size is not the one of the manifest");
     }
     if (told.SHA256.empty() && !isSigned) return;
     if (told.SHA256 != FileHash(Sha256Of(file.Content))) {
-        throw ReleaseError(told.FILE + ": its hash is not the one of the manifest");
+        throw InputError(told.FILE + ": its hash is not the one of the manifest");
     }
 }
 
@@ -82,7 +90,7 @@ void CheckFile(const UpdateFile& told, const ReleaseFile& file, bool isSigned) {
 Release ReadRelease(Files& files, const std::filesystem::path& folder) {
     Release release;
     if (!files.FolderExists(folder))
-        throw ReleaseError(folder.string() + ": no such folder; the one of the program's files is expected");
+        throw InputError(folder.string() + ": no such folder; the one of the program's files is expected");
     std::vector<std::filesystem::path> names = files.List(folder);
     std::sort(names.begin(), names.end());
     for (const std::filesystem::path& path : names) {
@@ -93,15 +101,15 @@ Release ReadRelease(Files& files, const std::filesystem::path& folder) {
         }
         const bool isAscii = std::none_of(name.begin(), name.end(), [](char c) { return (c & 0x80) != 0; });
         if (!isAscii || !IsPlainFileName(name)) {
-            throw ReleaseError(Quoted(name) + " is no name that clients take for a file");
+            throw InputError(Quoted(name) + " is no name that clients take for a file");
         }
         try {
             release.Files.push_back({name, ReadWholeFile(files, folder / path), files.Times(folder / path)});
         } catch (const RuntimeError& error) {
-            throw ReleaseError((folder / path).string() + ": " + error.Description);
+            throw InputError((folder / path).string() + ": " + error.Description);
         }
     }
-    if (release.Files.empty()) throw ReleaseError(folder.string() + ": there is nothing to install in it");
+    if (release.Files.empty()) throw InputError(folder.string() + ": there is nothing to install in it");
     return release;
 }
 
@@ -109,7 +117,7 @@ std::int32_t ReadReleaseNumber(const Text& text) {
     const bool digits = !text.empty() && text.size() <= 10 && text.find_first_not_of("0123456789") == Text::npos;
     const std::int64_t number = digits ? std::stoll(text) : 0;
     if (number <= 0 || number > INT32_MAX) {
-        throw ReleaseError(Quoted(text) + " is no whole number from 1 to 2147483647");
+        throw InputError(Quoted(text) + " is no whole number from 1 to 2147483647");
     }
     return static_cast<std::int32_t>(number);
 }
@@ -134,20 +142,17 @@ Text SignManifest(Element& manifest, const std::vector<ReleaseFile>& files, cons
 void CheckManifest(const Element& manifest, const std::vector<ReleaseFile>& files, bool isSigned) {
     // The number's text is also a part of pages, so it has one form only.
     const Text number = manifest.FindAttributeValue("VERSION");
-    if (std::to_string(ReadReleaseNumber(number)) != number) throw ReleaseError("its number has leading zeros");
-    if (manifest.XML().size() > LongestManifest) throw ReleaseError("it is too long for clients");
+    if (std::to_string(ReadReleaseNumber(number)) != number) throw InputError("its number has leading zeros");
+    if (manifest.XML().size() > LongestManifest) throw InputError("it is too long for clients");
     std::set<Text> names;
     for (const ElementPtr& child : manifest) {
         if (!TakesPart(*child)) continue;
         const Text name = child->FindAttributeValue("FILE");
-        try {
-            CheckFile(ReadFileElement(*child, {}), Require(files, name), isSigned);
-        } catch (const RuntimeError& error) {
-            throw ReleaseError(name + ": its size or a date is none (" + error.Description + ")");
-        }
-        if (!names.insert(LowerCase(name)).second) throw ReleaseError(name + ": the manifest names it twice");
+        const ReleaseFile& file = Require(files, name);
+        CheckFile(ReadEntry(*child, name), file, isSigned);
+        if (!names.insert(LowerCase(name)).second) throw InputError(name + ": the manifest names it twice");
     }
-    if (names.empty()) throw ReleaseError("the manifest names no file");
+    if (names.empty()) throw InputError("the manifest names no file");
 }
 
 ElementPtr ReadManifest(Files& files, const std::filesystem::path& path) {
@@ -156,7 +161,7 @@ ElementPtr ReadManifest(Files& files, const std::filesystem::path& path) {
         document.Load(files, path);
         return document.Root();
     } catch (const RuntimeError& error) {
-        throw ReleaseError(path.string() + ": " + error.Description + "; the manifest of an update is expected");
+        throw InputError(path.string() + ": " + error.Description + "; the manifest of an update is expected");
     }
 }
 

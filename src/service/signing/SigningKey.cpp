@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/errors.h"
 #include "platform/Signatures.h"
 #include "service/signing/OpenSslHandles.h"
 #include "service/signing/OpenSslSignatures.h"
@@ -23,11 +24,11 @@ using OwnedBio = std::unique_ptr<BIO, OpenSslFree<BIO_free_all>>;
 [[noreturn]] void Fail(const Text& what) {
     char reason[256] = "";
     if (const unsigned long code = ERR_get_error()) ERR_error_string_n(code, reason, sizeof reason);
-    throw SigningError(reason[0] == '\0' ? what : what + " (" + reason + ")");
+    throw InputError(reason[0] == '\0' ? what : what + " (" + reason + ")");
 }
 
 [[noreturn]] void FailFile(const std::filesystem::path& path) {
-    throw SigningError(path.string() + ": " + std::strerror(errno));
+    throw InputError(path.string() + ": " + std::strerror(errno));
 }
 
 // All of it, to the disk.
@@ -68,7 +69,7 @@ SigningKey SigningKey::Read(const std::filesystem::path& path) {
     if (!file) FailFile(path);
     OwnedKey key(PEM_read_bio_PrivateKey(file.get(), nullptr, nullptr, nullptr));
     if (!key) Fail(path.string() + ": no private key that can be read");
-    if (!IsP256(key.get())) throw SigningError(path.string() + ": not a key of the curve P-256");
+    if (!IsP256(key.get())) throw InputError(path.string() + ": not a key of the curve P-256");
     return SigningKey(std::make_unique<Inside>(Inside{std::move(key)}));
 }
 
@@ -84,7 +85,7 @@ void SigningKey::Write(const std::filesystem::path& path) const {
     if (file < 0) FailFile(path);
     try {
         WriteOut(file, {pem, static_cast<size_t>(size)}, path);
-    } catch (const SigningError&) {
+    } catch (const RuntimeError&) {
         ::close(file);
         ::unlink(path.c_str());
         throw;

@@ -3,17 +3,13 @@
 
 #include <filesystem>
 #include <memory>
-#include <stdexcept>
 
 #include "base/text.h"
 
 namespace tb {
 
-// A key that cannot be made, read or written, or a signature that cannot be made; says why.
-class SigningError : public std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
+// Each operation raises an InputError for a key that cannot be made, read or written, or a signature that cannot be
+// made.
 class SigningKey {
 public:
     static SigningKey Generate();

@@ -16,6 +16,10 @@ constexpr int DefaultPatience = 10'000;
 
 }  // namespace
 
+RuntimeError StoreError(Text description) {
+    return {static_cast<std::int32_t>(ErrorNumber::DeviceIO), std::move(description)};
+}
+
 Statement::Statement(sqlite3* connection, TextView sql) : m_Connection(connection) {
     if (sqlite3_prepare_v2(connection, sql.data(), static_cast<int>(sql.size()), &m_Statement, nullptr) != SQLITE_OK) {
         Fail(connection);
@@ -70,7 +74,7 @@ Database::Database(const std::filesystem::path& file) {
         if (sqlite3_open_v2(file.c_str(), &m_Connection, flags, nullptr) != SQLITE_OK) Fail(m_Connection);
         Patience(DefaultPatience);
         KeepLog();
-    } catch (const StoreError& error) {
+    } catch (const RuntimeError& error) {
         sqlite3_close(m_Connection);
         throw StoreError(file.string() + ": " + error.what());
     }
@@ -89,7 +93,7 @@ void Database::KeepLog() {
     for (int attempt = 0;; ++attempt) {
         try {
             return Run("PRAGMA journal_mode=WAL; PRAGMA journal_size_limit=16777216");
-        } catch (const StoreError&) {
+        } catch (const RuntimeError&) {
             if (attempt == 200 || sqlite3_errcode(m_Connection) != SQLITE_BUSY) throw;
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
@@ -122,7 +126,7 @@ Transaction::~Transaction() {
     if (!m_IsOpen) return;
     try {
         m_Database.Run("ROLLBACK");
-    } catch (const StoreError&) {
+    } catch (const RuntimeError&) {
         // After some failures the library has rolled back itself.
     }
 }

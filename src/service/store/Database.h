@@ -6,9 +6,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
-#include <stdexcept>
 
-#include "base/text.h"
+#include "base/errors.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -16,9 +15,7 @@ struct sqlite3_stmt;
 namespace tb {
 
 // What the library reports: the file is no database, the disk is full, another writer did not end in time.
-class StoreError : public std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
+RuntimeError StoreError(Text description);
 
 // A prepared statement. Values are bound by their position, from 1 on, and stay bound until they are bound anew.
 class Statement {

@@ -15,9 +15,9 @@ ElementPtr RootOf(const Text& xml) {
     try {
         document.LoadXML(xml);
     } catch (const RuntimeError& error) {
-        throw DocumentError(error.Description);
+        throw InputError(error.Description);
     }
-    if (!document.Root()) throw DocumentError("no element in it");
+    if (!document.Root()) throw InputError("no element in it");
     return document.Root();
 }
 
@@ -29,7 +29,7 @@ StoredDocument Documents::PublishDefaults(const Text& xml) {
     const ElementPtr root = RootOf(xml);
     for (const ElementPtr& group : *root) {
         if (group->FindAttributeValue("NAME").empty()) {
-            throw DocumentError("a group <" + group->Name() + "> has no NAME, by which clients find it");
+            throw InputError("a group <" + group->Name() + "> has no NAME, by which clients find it");
         }
     }
     return Publish(DefaultsFile, root->FindAttributeValue("Version"), xml);
@@ -39,7 +39,7 @@ StoredDocument Documents::PublishReference(const Text& xml) {
     const ElementPtr root = RootOf(xml);
     for (const char* section : {"CATEGORIES", "SUBMISSIONS", "DISPOSITIONS", "COUNTRIES"}) {
         if (!root->FindElement(section)) {
-            throw DocumentError(Text("no section <") + section + ">, without which clients refuse it");
+            throw InputError(Text("no section <") + section + ">, without which clients refuse it");
         }
     }
     return Publish(ReferenceFile, root->FindAttributeValue("Version"), xml);

@@ -17,17 +17,12 @@ struct StoredDocument {
     Text Framed;
 };
 
-// A document that clients could not use; says why.
-class DocumentError : public std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
 // Raises a StoreError when the store cannot be read or written.
 class Documents {
 public:
     explicit Documents(Database& database, UtcNow now = SystemUtcNow);
 
-    // "defaults.bin" and "reference.bin", from their XML. Raises a DocumentError for a text that is no XML or lacks
+    // "defaults.bin" and "reference.bin", from their XML. Raises an InputError for a text that is no XML or lacks
     // what clients need to take it; the old document then stays.
     StoredDocument PublishDefaults(const Text& xml);
     StoredDocument PublishReference(const Text& xml);

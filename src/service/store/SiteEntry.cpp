@@ -28,7 +28,7 @@ Text CleanUrl(const Text& url) {
     Text clean(WithoutTrailingSlashes(LowerCase(url)));
     const Text decoded = UrlDecode(clean);
     const std::vector<TextView> parts = SplitViews(decoded, '/');
-    if (parts.size() < 3 || parts[2].empty()) throw EntryError("no host in the URL " + Quoted(url));
+    if (parts.size() < 3 || parts[2].empty()) throw InputError("no host in the URL " + Quoted(url));
     return clean;
 }
 
@@ -36,12 +36,12 @@ void RequireNumber(const Text& category) {
     try {
         ToDouble(category);
     } catch (const RuntimeError&) {
-        throw EntryError("the category " + Quoted(category) + " is no number");
+        throw InputError("the category " + Quoted(category) + " is no number");
     }
 }
 
 void RequireFit(const Text& field) {
-    if (field.find_first_of("\t\n") != Text::npos) throw EntryError("tab or line feed within " + Quoted(field));
+    if (field.find_first_of("\t\n") != Text::npos) throw InputError("tab or line feed within " + Quoted(field));
 }
 
 }  // namespace
@@ -59,7 +59,7 @@ std::vector<Site> SitesOf(const Text& url, const Text& category, const Text& val
     std::vector<Site> sites;
     for (Text& clean : SiteUrlsOf(url)) {
         if (clean.size() + category.size() + validated.size() + 2 > LongestEntry) {
-            throw EntryError("longer than " + std::to_string(LongestEntry) + " characters: " + Quoted(url));
+            throw InputError("longer than " + std::to_string(LongestEntry) + " characters: " + Quoted(url));
         }
         sites.push_back({std::move(clean), category, validated});
     }

@@ -1,17 +1,11 @@
 // A site as clients hold it, made from what a publisher writes.
 #pragma once
 
-#include <stdexcept>
 #include <vector>
 
 #include "base/text.h"
 
 namespace tb {
-
-// What is wrong with an entry, for whoever wrote it.
-class EntryError : public std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 struct Site {
     // Lower case, without trailing "/", percent-encoded as the publisher wrote it. Clients fold it the same way and
@@ -21,7 +15,7 @@ struct Site {
     Text Validated;
 };
 
-// The sites of a line: one, or two under http:// and https:// when the URL has no scheme. Raises an EntryError for what
+// The sites of a line: one, or two under http:// and https:// when the URL has no scheme. Raises an InputError for what
 // a client would refuse or could never match (no host, too long), for a category that is no number, which would spoil
 // the checks of all sites of its host, and for a tab or line feed, which the exchange has no room for.
 std::vector<Site> SitesOf(const Text& url, const Text& category, const Text& validated);

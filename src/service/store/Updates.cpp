@@ -21,8 +21,8 @@ void Updates::Publish(const PublishedUpdate& update, const std::vector<ReleaseFi
     Transaction transaction(m_Database, Transaction::Kind::Write);
     const std::int64_t last = LastNumber();
     if (update.Number <= last) {
-        throw ReleaseError("number " + std::to_string(update.Number) + " is not above " + std::to_string(last) +
-                           ", the last one published");
+        throw InputError("number " + std::to_string(update.Number) + " is not above " + std::to_string(last) +
+                         ", the last one published");
     }
     m_Database.Prepare("INSERT INTO updates(number, test, published, manifest, signature) VALUES(?1, ?2, ?3, ?4, ?5)")
         .Bind(1, std::int64_t{update.Number})

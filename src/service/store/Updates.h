@@ -32,8 +32,8 @@ public:
 
     explicit Updates(Database& database) : m_Database(database) {}
 
-    // Keeps those files that take part in the manifest, which must have passed CheckManifest with them. Raises a
-    // ReleaseError unless the number is above all that were published, test versions included: a number is also the
+    // Keeps those files that take part in the manifest, which must have passed CheckManifest with them. Raises an
+    // InputError unless the number is above all that were published, test versions included: a number is also the
     // address of its files.
     void Publish(const PublishedUpdate& update, const std::vector<ReleaseFile>& files);
 

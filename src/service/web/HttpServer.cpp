@@ -7,6 +7,7 @@
 #include <cstring>
 #include <thread>
 
+#include "base/errors.h"
 #include "service/web/Connection.h"
 #include "service/web/ConnectionThreads.h"
 #include "service/web/RequestCheck.h"
@@ -117,7 +118,7 @@ int HttpServer::Listener::Open(const Text& address, int port) {
     const int bound = port == 0 ? bind_to_any_port(address) : (bind_to_port(address, port) ? port : -1);
     if (bound < 0) {
         const Text reason = errno == 0 ? "no such address" : std::strerror(errno);
-        throw ListenError("cannot listen on " + address + " port " + std::to_string(port) + ": " + reason);
+        throw InputError("cannot listen on " + address + " port " + std::to_string(port) + ": " + reason);
     }
     // The library lets five connections wait.
     ::listen(svr_sock_, Backlog);
@@ -222,7 +223,7 @@ int HttpServer::Start(const std::vector<Text>& addresses, int port) {
         try {
             port = Open(addresses, port);
             break;
-        } catch (const ListenError&) {
+        } catch (const RuntimeError&) {
             m_Inside->Listeners.clear();
             // A free port of the first address may be taken on another one.
             if (port != 0 || attempt == PortAttempts) throw;

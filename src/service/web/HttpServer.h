@@ -2,17 +2,11 @@
 #pragma once
 
 #include <memory>
-#include <stdexcept>
 
 #include "base/log.h"
 #include "service/web/Page.h"
 
 namespace tb {
-
-// An address that cannot be listened on; says which one and why.
-class ListenError : public std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 class HttpServer {
 public:
@@ -23,7 +17,8 @@ public:
     ~HttpServer();
 
     // Listens on all addresses, one port; 0 takes one that is free on all of them. Returns the port; requests are
-    // answered from now on. Raises a ListenError, and listens nowhere then. Called once.
+    // answered from now on. Raises an InputError that tells which address cannot be listened on and why, and listens
+    // nowhere then. Called once.
     int Start(const std::vector<Text>& addresses, int port);
     // Ends what waits for requests, gives replies under way some seconds, and returns when nothing runs any more.
     void Stop();

@@ -15,20 +15,14 @@ constexpr size_t UrlForm = 64u << 10;
 // Some 40,000 identifiers, whose lines are still within what a client takes for a reply.
 constexpr size_t StatusForm = 450u << 10;
 
-// What a client cannot have sent; says what is wrong. It is no refusal by "-1", upon which a client would delete what
-// somebody handed in.
-class FormError : public std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
 Text Require(const Form& form, const char* name) {
     auto value = form.Find(name);
-    if (!value) throw FormError(Text("The field ") + name + " is missing.");
+    if (!value) throw InputError(Text("The field ") + name + " is missing.");
     return std::move(*value);
 }
 
 void RequireKind(const Form& form, TextView kind) {
-    if (Require(form, "TRN") != kind) throw FormError("The field TRN must be " + Text(kind) + " here.");
+    if (Require(form, "TRN") != kind) throw InputError("The field TRN must be " + Text(kind) + " here.");
 }
 
 std::int64_t RequireNumber(const Form& form, const char* name) {
@@ -36,14 +30,14 @@ std::int64_t RequireNumber(const Form& form, const char* name) {
     try {
         return ToInt16(value);
     } catch (const RuntimeError&) {
-        throw FormError(Text("The field ") + name + " is no number.");
+        throw InputError(Text("The field ") + name + " is no number.");
     }
 }
 
 Text RequireBase64(const Form& form, const char* name) {
     const Text value = Require(form, name);
     Text bytes = Base64Decode(value);
-    if (Base64Encode(bytes) != value) throw FormError(Text("The field ") + name + " is no Base64.");
+    if (Base64Encode(bytes) != value) throw InputError(Text("The field ") + name + " is no Base64.");
     return bytes;
 }
 
@@ -72,7 +66,7 @@ Submission ReadUrl(const Form& form) {
     url.What = Submission::Kind::Url;
     url.Content = Require(form, "Visible_URL");
     url.Head = Require(form, "Main_URL");
-    if (url.Content.empty()) throw FormError("The field Visible_URL is empty.");
+    if (url.Content.empty()) throw InputError("The field Visible_URL is empty.");
     return url;
 }
 
@@ -86,8 +80,8 @@ Reply Take(SubmissionBox& box, LogSink& log, const Submission& submission) {
         if (!isRepeat) return AnswerOf(id + " Thank you for your submission.");
         const char* what = submission.What == Submission::Kind::Email ? "e-mail" : "URL";
         return AnswerOf(Text("-1 Thank you. This ") + what + " is known already, by the number " + id + ".");
-    } catch (const StoreError& error) {
-        log.WriteLog(Text("a submission was not stored: ") + error.what(), LogLevel::Always);
+    } catch (const RuntimeError& error) {
+        log.WriteLog("a submission was not stored: " + error.Description, LogLevel::Always);
         return AnswerOf("Error: the submission cannot be stored at the moment.");
     }
 }
@@ -99,8 +93,10 @@ void AddSubmissionPages(Pages& pages, SubmissionBox& box, LogSink& log) {
         pages.push_back({path, false, true, limit, [answer = std::move(answer)](const Question& question) {
                              try {
                                  return answer(Form(question.Body));
-                             } catch (const FormError& error) {
-                                 return PlainReply(400, error.what());
+                             } catch (const RuntimeError& error) {
+                                 // It is no refusal by "-1", upon which a client would delete what somebody handed in.
+                                 if (error.Number != InputErrorNumber) throw;
+                                 return PlainReply(400, error.Description);
                              }
                          }});
     };
