@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "base/bytes.h"
 #include "components/tbBHOCfg/BHOSettings.h"
 #include "fakes/FakeFiles.h"
 #include "fakes/Raised.h"
@@ -49,7 +50,7 @@ BHOSettings Sample() {
 // The same bytes with a checksum that fits.
 Text Resealed(Text bytes) {
     const auto checksum = static_cast<std::uint32_t>(cCRC32().GetStringCrc32(TextView(bytes).substr(14), 0));
-    for (unsigned byte = 0; byte < 4; ++byte) bytes[10 + byte] = static_cast<char>(checksum >> (8 * byte));
+    PutLittleEndian(checksum, &bytes[10], 4);
     return bytes;
 }
 

@@ -40,7 +40,7 @@ protected:
 
     Text Order(const ElementPtr& service, double chance) {
         m_Random.Value = chance;
-        return Join(ServersByChance(service, m_Random), " ");
+        return Join(DrawServers(service, m_Random), " ");
     }
     Text Post(const ElementPtr& service, const Text& body = "a=b") {
         return m_Sender->PostRequest(service, "page", body, m_Reply, "");

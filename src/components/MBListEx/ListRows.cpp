@@ -21,7 +21,8 @@ struct SortKey {
 SortKey KeyOf(const Text& cell, ListOrder order, std::int32_t row) {
     SortKey key{{}, LowerCase(TextView(cell)), row};
     if (order == ListOrder::ByNumber) {
-        Trap([&] { key.Number = ToDouble(cell); }, [](const RuntimeError&) { /* no number */ });
+        const auto number = [&] { return std::optional(ToDouble(cell)); };
+        key.Number = TrapOr(std::optional<double>(), number, [](const RuntimeError&) {});
     }
     return key;
 }

@@ -28,9 +28,11 @@ Text AlertMessage(const Text& url, const Text& reason) {
 
 bool IsWebUrl(TextView url) {
     const Text folded = LowerCase(Left(url, 6));
-    return folded == "https:" || Left(folded, 5) == "http:";
+    return folded.starts_with("http:") || folded == "https:";
 }
 
+// Unlike the list's readers of a host (sitedb) it has to find what the browser will connect to: a "\\" ends the host as
+// "/" does, and the system is asked for addresses by a name without user and port.
 Text HostOfUrl(TextView url) {
     const size_t slashes = url.find("//");
     if (slashes == TextView::npos) return {};
@@ -43,10 +45,9 @@ Text HostOfUrl(TextView url) {
 }
 
 bool PageCheck::MustBlock(const Text& url) noexcept {
-    bool blocked = false;
-    Trap([&] { blocked = Judge(WithoutControls(url)); },
-         [&](const RuntimeError& error) { Trap([&] { Report(error); }, [](const RuntimeError&) { /* no memory */ }); });
-    return blocked;
+    return TrapOr(
+        false, [&] { return Judge(WithoutControls(url)); },
+        [&](const RuntimeError& error) { Trap([&] { Report(error); }, [](const RuntimeError&) { /* no memory */ }); });
 }
 
 bool PageCheck::Judge(const Text& url) {

@@ -1,3 +1,4 @@
+#include "base/bytes.h"
 #include "components/tbBHOCfg/BHOSettings.h"
 #include "platform/AtomicWrite.h"
 #include "sitedb/codec/cCRC32.h"
@@ -15,8 +16,9 @@ constexpr std::uint64_t LargestFile = std::uint64_t{64} << 20;
 
 RuntimeError Damaged(TextView what) { return {321, "Invalid file format: " + Text(what), "BHOSettings"}; }
 
-void AppendNumber(Text& bytes, std::size_t value, int size) {
-    for (int byte = 0; byte < size; ++byte) bytes += static_cast<char>(value >> (8 * byte) & 0xFFU);
+void AppendNumber(Text& bytes, std::size_t value, std::size_t size) {
+    bytes.append(size, '\0');
+    PutLittleEndian(value, bytes.data() + bytes.size() - size, size);
 }
 
 std::uint32_t Checksum(TextView body) { return static_cast<std::uint32_t>(cCRC32().GetStringCrc32(body, 0)); }
@@ -32,13 +34,7 @@ public:
         m_Left.remove_prefix(count);
         return taken;
     }
-    std::uint32_t TakeNumber(std::size_t size) {
-        std::uint32_t value = 0;
-        const TextView bytes = Take(size);
-        for (std::size_t byte = size; byte > 0; --byte)
-            value = value << 8 | static_cast<unsigned char>(bytes[byte - 1]);
-        return value;
-    }
+    std::uint32_t TakeNumber(std::size_t size) { return static_cast<std::uint32_t>(LittleEndian(Take(size))); }
     TextView Rest() const { return m_Left; }
 
 private:

@@ -48,9 +48,8 @@ private:
 
     static std::int32_t IsCancelled(void* context) noexcept {
         const auto& isCancelled = static_cast<const Link*>(context)->m_Parts.IsCancelled;
-        bool cancelled = false;
-        Trap([&] { cancelled = isCancelled && isCancelled(); }, [](const RuntimeError&) {});
-        return cancelled ? 1 : 0;
+        return TrapOr(
+            0, [&] { return isCancelled && isCancelled() ? 1 : 0; }, [](const RuntimeError&) {});
     }
 
     const Parts m_Parts;
@@ -81,9 +80,12 @@ public:
         return Run(&tbSenderFace::DownloadFile, Server, Page, nothing, file);
     }
     bool IsOnline() override {
-        std::int32_t isOnline = 1;
-        Trap([&] { m_Link->Call(&tbSenderFace::IsOnline, &isOnline); }, [](const RuntimeError&) {});
-        return isOnline != 0;
+        const auto ask = [&] {
+            std::int32_t isOnline = 0;
+            m_Link->Call(&tbSenderFace::IsOnline, &isOnline);
+            return isOnline != 0;
+        };
+        return TrapOr(true, ask, [](const RuntimeError&) {});
     }
 
 private:

@@ -18,8 +18,8 @@ struct Candidate {
 };
 
 double WeightOf(const Element& server) {
-    double weight = 0;
-    Trap([&] { weight = ToDouble(server.FindAttributeValue("WEIGHT")); }, [](const RuntimeError&) { /* a spare */ });
+    const double weight = TrapOr(
+        0.0, [&] { return ToDouble(server.FindAttributeValue("WEIGHT")); }, [](const RuntimeError&) { /* a spare */ });
     return std::clamp(weight, 0.0, HighestWeight);
 }
 
@@ -46,28 +46,28 @@ bool IsUsable(TextView address) {
     return !host.empty() && std::all_of(host.begin(), host.end(), IsHostCharacter);
 }
 
-// By weight; when no weight is left, all alike.
-size_t Draw(const std::vector<Candidate>& candidates, double chance) {
+// By weight; when no weight is left, all alike. `random` is from 0 to below 1.
+size_t Draw(const std::vector<Candidate>& candidates, double random) {
     double sum = 0;
     for (const Candidate& candidate : candidates) sum += candidate.Weight;
     const bool isEven = sum <= 0;
     if (isEven) sum = static_cast<double>(candidates.size());
-    double place = chance * sum;
-    // Rounding may carry the place past the end: then it is the last one that has a weight.
+    double left = random * sum;
+    // Rounding may carry it past the end: then it is the last one that has a weight.
     size_t drawn = 0;
     for (size_t index = 0; index < candidates.size(); ++index) {
         const double weight = isEven ? 1 : candidates[index].Weight;
         if (weight <= 0) continue;
         drawn = index;
-        if (place < weight) break;
-        place -= weight;
+        if (left < weight) break;
+        left -= weight;
     }
     return drawn;
 }
 
 }  // namespace
 
-std::vector<Text> ServersByChance(const ElementPtr& server, Random& random) {
+std::vector<Text> DrawServers(const ElementPtr& server, Random& random) {
     std::vector<Candidate> candidates;
     if (server == nullptr) return {};
     for (const ElementPtr& child : *server) {
@@ -92,6 +92,8 @@ Text JoinAddress(TextView base, TextView page) {
     return address;
 }
 
+// The list's readers of a host (sitedb) take apart what browsers ask for. This is an address that has been checked: it
+// has a scheme and no user name, and the port belongs to what failures name.
 Text HostOf(TextView address) {
     const TextView behind = address.substr(HostStart(address));
     return Text(behind.substr(0, behind.find('/')));

@@ -34,7 +34,7 @@ public:
 
     // Asks the servers until one has answered. Empty, or the reasons of all that were asked.
     Text AskServers(const ElementPtr& server, const Text& page, const Ask& ask) {
-        const std::vector<Text> servers = ServersByChance(server, m_Parts.Random);
+        const std::vector<Text> servers = DrawServers(server, m_Parts.Random);
         if (servers.empty()) return "no usable server";
         Text failures;
         for (const Text& base : servers) {
