@@ -1,6 +1,7 @@
 #include <cstdio>
 
 #include "commandline/Options.h"
+#include "commandline/StandardStreams.h"
 #include "service/commands/ServiceCommands.h"
 #include "service/store/Documents.h"
 #include "service/store/Reports.h"
@@ -60,6 +61,15 @@ void PrintReports(Database& store) {
 }
 
 }  // namespace
+
+void InitCommand(const std::filesystem::path& folder, const Words& words) {
+    const Options options(words, {});
+    if (!options.Words().empty()) throw UsageError("unexpected " + options.Words().front());
+    const ServiceStore store(folder, ServiceStore::Opening::OrNew);
+    const Text file = ServiceStoreFile(folder).string();
+    WriteStandardOutput(store.IsNew() ? "made a new store, " + file + "\n"
+                                      : file + " is there already and stays as it is\n");
+}
 
 void StatusCommand(const std::filesystem::path& folder, const Words& words) {
     if (!words.empty()) throw UsageError("unexpected " + words.front());

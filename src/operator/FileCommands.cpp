@@ -50,6 +50,25 @@ Text Describe(FileReader& file) {
 
 }  // namespace
 
+void FrameCommand(const std::vector<Text>& words) {
+    if (!words.empty()) throw UsageError("unexpected " + words.front());
+    const Text plain = ReadStandardInput();
+    if (plain.empty()) throw InputError("nothing on standard input, and a frame cannot be empty");
+    WriteStandardOutput(EncryptStringChk(plain));
+    FlushStandardOutput();
+}
+
+void UnframeCommand(const std::vector<Text>& words) {
+    if (!words.empty()) throw UsageError("unexpected " + words.front());
+    LastLine log;
+    Text plain;
+    if (!ChkEncryptString(ReadStandardInput(), plain, log)) {
+        throw InputError("no intact frame on standard input: " + log.Or("the checksum is wrong"));
+    }
+    WriteStandardOutput(plain);
+    FlushStandardOutput();
+}
+
 void SnapshotSaveCommand(const std::vector<Text>& words) {
     const Options options(words, {"--list", "--stamp", "--out"});
     if (!options.Words().empty()) throw UsageError("unexpected " + options.Words().front());
