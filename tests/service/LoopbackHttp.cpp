@@ -3,7 +3,7 @@
 #include <chrono>
 #include <exception>
 
-#include "service/web/HttpLibrary.h"
+#include <httplib.h>
 
 namespace tb {
 

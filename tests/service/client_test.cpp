@@ -6,9 +6,8 @@
 #include "refdata/RefDataRig.h"
 #include "refdata/cUpdate.h"
 #include "service/LoopbackHttp.h"
-#include "service/web/ClientPages.h"
 #include "service/web/HttpServer.h"
-#include "service/web/UpdatePages.h"
+#include "service/web/ServicePages.h"
 #include "sitedb/EvilDB.h"
 
 namespace tb {

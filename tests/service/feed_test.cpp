@@ -5,7 +5,6 @@
 #include "commandline/InputFiles.h"
 #include "fakes/TestFolder.h"
 #include "service/ReplayingClient.h"
-#include "service/web/FrameBuilder.h"
 #include "service/web/SiteFeed.h"
 #include "sitedb/ListOfSites.h"
 
@@ -150,17 +149,6 @@ TEST_F(SiteFeedTest, GivesEntriesAsTheListsOfToolsHoldThem) {
     EXPECT_TRUE(program.Log.Lines.empty()) << "a line was refused";
     EXPECT_EQ(program.DB.LiveCount(), 4);
     EXPECT_EQ(program.DB.Fingerprint(), tool.DB.Fingerprint());
-}
-
-TEST(FrameBuilder, MakesTheSameFrameFromPieces) {
-    Text plain;
-    FrameBuilder frame;
-    for (int piece = 0; piece < 3000; ++piece) {
-        const Text text = Text(static_cast<size_t>(piece % 97), 'x') + std::to_string(piece);
-        plain += text;
-        frame.Append(text);
-    }
-    EXPECT_EQ(frame.Finish(), EncryptStringChk(plain));
 }
 
 }  // namespace

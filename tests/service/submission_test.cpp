@@ -1,12 +1,12 @@
 #include <gmock/gmock.h>
 
+#include <httplib.h>
 #include "fakes/RecordedLog.h"
 #include "fakes/TestFolder.h"
 #include "service/mail/MailTexts.h"
 #include "service/mail/UrlScan.h"
-#include "service/web/HttpLibrary.h"
 #include "service/web/HttpServer.h"
-#include "service/web/SubmissionPages.h"
+#include "service/web/ServicePages.h"
 #include "sitedb/codec/Base64.h"
 #include "sitedb/codec/UrlEncode.h"
 

@@ -9,7 +9,7 @@
 #include "service/commands/ServiceCommands.h"
 #include "service/signing/OpenSslSignatures.h"
 #include "service/web/RequestCheck.h"
-#include "service/web/UpdatePages.h"
+#include "service/web/ServicePages.h"
 #include "sitedb/codec/Encryption.h"
 
 namespace tb {

@@ -6,11 +6,8 @@
 #include "commandline/Options.h"
 #include "platform/posix/SystemClock.h"
 #include "service/commands/ServiceCommands.h"
-#include "service/web/ClientPages.h"
 #include "service/web/HttpServer.h"
-#include "service/web/ShowPages.h"
-#include "service/web/SubmissionPages.h"
-#include "service/web/UpdatePages.h"
+#include "service/web/ServicePages.h"
 
 namespace tb {
 

@@ -1,9 +1,8 @@
 #include "service/mail/MailTexts.h"
 
 #include <cctype>
-#include <cstdint>
-#include <optional>
 
+#include "base/bytes.h"
 #include "sitedb/codec/Base64.h"
 
 namespace tb {
@@ -49,16 +48,6 @@ Text BoundaryOf(TextView contentType) {
     const TextView value = contentType.substr(start + name.size());
     return Text(value.starts_with('"') ? value.substr(1, value.find('"', 1) - 1)
                                        : value.substr(0, value.find_first_of("; \t")));
-}
-
-std::optional<std::uint8_t> HexByte(TextView digits) {
-    if (digits.size() < 2) return std::nullopt;
-    int value = 0;
-    for (const char digit : digits.substr(0, 2)) {
-        if (std::isxdigit(static_cast<unsigned char>(digit)) == 0) return std::nullopt;
-        value = value * 16 + (std::isdigit(static_cast<unsigned char>(digit)) != 0 ? digit - '0' : (digit | 32) - 87);
-    }
-    return static_cast<std::uint8_t>(value);
 }
 
 // The text itself when most of its "=" are not escapes, as in HTML that was decoded before.

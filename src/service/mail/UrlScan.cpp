@@ -28,16 +28,6 @@ TextView Whole(TextView text, size_t schemeSize) {
     return url;
 }
 
-Text WithPlainAmpersands(TextView url) {
-    const TextView entity = "&amp;";
-    Text plain;
-    for (size_t found = url.find(entity); found != TextView::npos; found = url.find(entity)) {
-        plain.append(url.substr(0, found + 1));
-        url.remove_prefix(found + entity.size());
-    }
-    return plain.append(url);
-}
-
 // Of "http://" or "https://" in lower case at the beginning, or 0.
 size_t SchemeSize(TextView lowered) {
     for (const TextView scheme : {"http://", "https://"}) {
@@ -60,7 +50,7 @@ std::vector<Text> UrlsIn(TextView text) {
         const TextView found = Whole(text.substr(start), schemeSize);
         next = start + found.size();
         if (found.size() == schemeSize || std::isalnum(static_cast<unsigned char>(found[schemeSize])) == 0) continue;
-        Text url = WithPlainAmpersands(found);
+        Text url = ReplaceAll(found, "&amp;", "&");
         url = NormalizeIP(url);
         if (known.insert(url).second) urls.push_back(std::move(url));
     }

@@ -1,8 +1,7 @@
-#include "service/web/ClientPages.h"
-
 #include <cstdio>
 
 #include "service/web/Form.h"
+#include "service/web/ServicePages.h"
 
 namespace tb {
 
@@ -12,13 +11,21 @@ constexpr size_t SmallForm = 4096;
 // Characters kept of a field of a report; longer ones are cut.
 constexpr size_t LongestField = 128;
 
-}  // namespace
-
-Reply PlainReply(int status, const Text& line) {
-    return {status, "text/plain", std::make_shared<const Text>(line + "\n"), {}};
+// The form of the header "Last-Modified": "Sun, 06 Nov 1994 08:49:37 GMT".
+Text HttpDate(const Date& utc) {
+    static constexpr const char* Days[] = {"Thu", "Fri", "Sat", "Sun", "Mon", "Tue", "Wed"};
+    static constexpr const char* Months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                             "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    const CivilDate civil = utc.Civil();
+    // 1 January 1970 was a Thursday.
+    const std::int64_t day = ((utc.Day().Seconds() / Date::SecondsPerDay) % 7 + 7) % 7;
+    char text[96];
+    std::snprintf(text, sizeof text, "%s, %02d %s %04d %02d:%02d:%02d GMT", Days[day], civil.Day,
+                  Months[civil.Month - 1], civil.Year, civil.Hour, civil.Minute, civil.Second);
+    return text;
 }
 
-Reply FramedReply(std::shared_ptr<const Text> frame) { return {200, "application/octet-stream", std::move(frame), {}}; }
+}  // namespace
 
 void AddSitePages(Pages& pages, SiteFeed& feed) {
     pages.push_back({"/MalDB.aspx", false, true, SmallForm, [&feed](const Question& question) {
@@ -41,30 +48,20 @@ void AddDocumentPages(Pages& pages, DocumentShelf& shelf) {
     }
 }
 
-void AddReportPages(Pages& pages, ReportBox& box) {
-    pages.push_back({"/Versions.aspx", false, true, SmallForm, [&box](const Question& question) {
-                         const Form form(question.Body);
-                         const auto field = [&](const char* name) {
-                             return Text(Left(form.Find(name).value_or(Text()), LongestField));
-                         };
-                         if (!form.Find("Key")) return PlainReply(400, "The field Key is missing.");
-                         const bool taken =
-                             box.Take({field("Key"), field("AppVer"), field("OSVer"), field("IEVer"), SystemUtcNow()});
-                         return taken ? PlainReply(200, "OK") : PlainReply(503, "Too many reports wait; try again.");
-                     }});
+std::optional<VersionReport> ReadReport(TextView body) {
+    const Form form(body);
+    if (!form.Find("Key")) return std::nullopt;
+    const auto field = [&](const char* name) { return Text(Left(form.Find(name).value_or(Text()), LongestField)); };
+    return VersionReport{field("Key"), field("AppVer"), field("OSVer"), field("IEVer"), SystemUtcNow()};
 }
 
-Text HttpDate(const Date& utc) {
-    static constexpr const char* Days[] = {"Thu", "Fri", "Sat", "Sun", "Mon", "Tue", "Wed"};
-    static constexpr const char* Months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                             "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    const CivilDate civil = utc.Civil();
-    // 1 January 1970 was a Thursday.
-    const std::int64_t day = ((utc.Day().Seconds() / Date::SecondsPerDay) % 7 + 7) % 7;
-    char text[96];
-    std::snprintf(text, sizeof text, "%s, %02d %s %04d %02d:%02d:%02d GMT", Days[day], civil.Day,
-                  Months[civil.Month - 1], civil.Year, civil.Hour, civil.Minute, civil.Second);
-    return text;
+void AddReportPages(Pages& pages, ReportBox& box) {
+    pages.push_back({"/Versions.aspx", false, true, SmallForm, [&box](const Question& question) {
+                         auto report = ReadReport(question.Body);
+                         if (!report) return PlainReply(400, "The field Key is missing.");
+                         return box.Take(std::move(*report)) ? PlainReply(200, "OK")
+                                                             : PlainReply(503, "Too many reports wait; try again.");
+                     }});
 }
 
 }  // namespace tb

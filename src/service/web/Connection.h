@@ -2,11 +2,12 @@
 // take.
 #pragma once
 
+#include <httplib.h>
+
 #include <atomic>
 
 #include "base/text.h"
 #include "service/web/ConnectionThreads.h"
-#include "service/web/HttpLibrary.h"
 
 namespace tb {
 

@@ -28,9 +28,13 @@ struct Reply {
 };
 
 // A reply of one line of plain text, for whoever reads it.
-Reply PlainReply(int status, const Text& line);
+inline Reply PlainReply(int status, const Text& line) {
+    return {status, "text/plain", std::make_shared<const Text>(line + "\n"), {}};
+}
 // A frame.
-Reply FramedReply(std::shared_ptr<const Text> frame);
+inline Reply FramedReply(std::shared_ptr<const Text> frame) {
+    return {200, "application/octet-stream", std::move(frame), {}};
+}
 
 struct Page {
     Text Path;

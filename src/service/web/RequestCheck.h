@@ -1,9 +1,10 @@
 // What is decided about a request by its head alone.
 #pragma once
 
+#include <httplib.h>
+
 #include <optional>
 
-#include "service/web/HttpLibrary.h"
 #include "service/web/Page.h"
 
 namespace tb {

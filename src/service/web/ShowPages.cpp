@@ -1,6 +1,6 @@
-#include "service/web/ShowPages.h"
-
 #include <algorithm>
+
+#include "service/web/ServicePages.h"
 
 namespace tb {
 

@@ -1,8 +1,7 @@
-#include "service/web/SubmissionPages.h"
-
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "service/web/Form.h"
+#include "service/web/ServicePages.h"
 #include "sitedb/codec/Base64.h"
 
 namespace tb {

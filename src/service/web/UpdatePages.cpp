@@ -1,9 +1,8 @@
-#include "service/web/UpdatePages.h"
-
 #include <algorithm>
 #include <array>
 
 #include "refdata/manifest/SignedManifest.h"
+#include "service/web/ServicePages.h"
 
 namespace tb {
 
@@ -37,7 +36,7 @@ Reply Show(UpdateShelf& shelf, const Text& test, Sheet sheet) {
 
 // The two words of "/Versions/NAME/PAGE", or the first of "/N/FILE" and its second; nothing for any other path.
 std::optional<std::pair<Text, Text>> TwoWords(TextView path, TextView folder) {
-    if (path.substr(0, folder.size()) != folder) return std::nullopt;
+    if (!path.starts_with(folder)) return std::nullopt;
     path.remove_prefix(folder.size());
     const size_t end = path.find('/');
     if (end == 0 || end == TextView::npos || path.find('/', end + 1) != TextView::npos) return std::nullopt;

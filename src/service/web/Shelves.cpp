@@ -1,8 +1,23 @@
-#include "service/web/UpdateShelf.h"
+#include "service/web/Shelves.h"
 
 #include "sitedb/codec/Encryption.h"
 
 namespace tb {
+
+DocumentShelf::DocumentShelf(const std::filesystem::path& folder) : m_Store(folder, ServiceStore::Opening::Existing) {}
+
+std::shared_ptr<const StoredDocument> DocumentShelf::Find(const Text& name) {
+    const std::lock_guard lock(m_Mutex);
+    Documents documents(m_Store);
+    const auto modified = documents.ModifiedOf(name);
+    if (!modified) return nullptr;
+    std::shared_ptr<const StoredDocument>& held = m_Documents[name];
+    if (!held || held->Modified != *modified) {
+        auto latest = documents.Find(name);
+        held = latest ? std::make_shared<const StoredDocument>(std::move(*latest)) : nullptr;
+    }
+    return held;
+}
 
 UpdateShelf::UpdateShelf(const std::filesystem::path& folder) : m_Store(folder, ServiceStore::Opening::Existing) {}
 

@@ -1,4 +1,4 @@
-// The published versions of the program, kept in memory once they have been asked for.
+// What is published, kept in memory once it has been asked for and as long as it is the latest.
 // Threads: any.
 #pragma once
 
@@ -6,11 +6,28 @@
 #include <memory>
 #include <mutex>
 
+#include "service/store/Documents.h"
 #include "service/store/ServiceStore.h"
 #include "service/store/Updates.h"
 
 namespace tb {
 
+// The data files.
+class DocumentShelf {
+public:
+    // Raises a StoreError when the store cannot be read; so does Find.
+    explicit DocumentShelf(const std::filesystem::path& folder);
+
+    // The latest document of the name, or null.
+    std::shared_ptr<const StoredDocument> Find(const Text& name);
+
+private:
+    std::mutex m_Mutex;
+    ServiceStore m_Store;
+    std::map<Text, std::shared_ptr<const StoredDocument>> m_Documents;
+};
+
+// The versions of the program.
 class UpdateShelf {
 public:
     // A version as its pages have it.

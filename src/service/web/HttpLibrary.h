@@ -1,4 +1,0 @@
-// The HTTP library, included in this one place.
-#pragma once
-
-#include <httplib.h>
