@@ -2,6 +2,7 @@
 // was loaded is the same after it was saved and loaded again. The body is also tried under a header made to fit.
 #include <cstdlib>
 
+#include "base/bytes.h"
 #include "components/tbBHOCfg/BHOSettings.h"
 #include "fakes/FakeFiles.h"
 #include "sitedb/codec/cCRC32.h"
@@ -11,9 +12,9 @@ namespace {
 constexpr std::int32_t Damaged = 321;
 constexpr std::size_t HeaderSize = 14;
 
-tb::Text Number(std::uint32_t value) {
-    tb::Text bytes;
-    for (unsigned byte = 0; byte < 4; ++byte) bytes += static_cast<char>(value >> (8 * byte));
+tb::Text Number(std::uint64_t value) {
+    tb::Text bytes(4, '\0');
+    tb::PutLittleEndian(value, bytes.data(), bytes.size());
     return bytes;
 }
 
@@ -43,6 +44,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size < HeaderSize) return 0;
     const tb::Text body = content.substr(HeaderSize);
     const auto checksum = static_cast<std::uint32_t>(tb::cCRC32().GetStringCrc32(body, 0));
-    Load(content.substr(0, 6) + Number(static_cast<std::uint32_t>(body.size())) + Number(checksum) + body);
+    Load(content.substr(0, 6) + Number(body.size()) + Number(checksum) + body);
     return 0;
 }
