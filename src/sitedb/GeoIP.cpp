@@ -72,6 +72,7 @@ struct HostBounds {
     size_t End = 0;
 };
 
+// For a score of how a URL looks, not for finding it: UrlAuthority keeps the user name and wants a scheme.
 HostBounds FindHost(TextView url, UrlTraits& traits) {
     HostBounds host;
     const size_t slashes = url.find("//");

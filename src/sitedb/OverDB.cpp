@@ -7,6 +7,7 @@
 #include "platform/BadFile.h"
 #include "sitedb/HostSuffixes.h"
 #include "sitedb/OverridesFile.h"
+#include "urlcheck/url/UrlAuthority.h"
 #include "urlcheck/url/UrlDecode.h"
 
 namespace tb {
@@ -18,12 +19,10 @@ constexpr const char* LoadError = "Override Database Load Error: ";
 
 // True when no suffix of the URL's host can fail as a key: all of it is ASCII, no label is empty.
 bool HasPlainHost(TextView url) {
-    const size_t scheme = url.find('/');
-    const size_t authority = scheme == TextView::npos ? scheme : url.find('/', scheme + 1);
-    if (authority == TextView::npos) return false;
+    const std::optional<TextView> host = UrlAuthority(url);
+    if (!host) return false;
     char last = '.';
-    for (const char character : url.substr(authority + 1)) {
-        if (character == '/') break;
+    for (const char character : *host) {
         if (static_cast<std::uint8_t>(character) >= 0x80 || (character == '.' && last == '.')) return false;
         last = character;
     }
@@ -50,9 +49,8 @@ std::vector<Text> OverDB::URLS() const {
 }
 
 bool OverDB::IsOverride(const Text& URL) noexcept {
-    bool result = false;
-    Trap([&] { result = FindHit(URL); }, Failure("Override Database IsOverride Error: "));
-    return result;
+    return TrapOr(
+        false, [&] { return FindHit(URL); }, Failure("Override Database IsOverride Error: "));
 }
 
 bool OverDB::FindHit(TextView text) const {
@@ -73,9 +71,9 @@ void OverDB::AddToDB(const Text& URL) noexcept {
         [&] {
             Text url = StoredForm(URL);
             if (Left(url, SchemeLetters) != "http") url.insert(0, "http://");
-            const std::vector<Text> parts = Split(url, '/');
-            if (parts.size() < 3) return Log("OverDB.AddToDB: bad entry (" + url + ")");
-            const Text& domain = parts[2];
+            const std::optional<TextView> host = UrlAuthority(url);
+            if (!host) return Log("OverDB.AddToDB: bad entry (" + url + ")");
+            const Text domain(*host);
             UrlListPtr list = m_Domains.Item(domain);
             if (!list) {
                 m_Domains.Add(domain, std::make_shared<UrlList>(1, url));
@@ -94,9 +92,9 @@ void OverDB::DelFromDB(const Text& URL) noexcept {
     Trap(
         [&] {
             const Text url = StoredForm(URL);
-            const std::vector<Text> parts = Split(url, '/');
-            if (parts.size() < 3) return Log("OverDB.DelFromDB: bad entry (" + url + ")");
-            const Text& domain = parts[2];
+            const std::optional<TextView> host = UrlAuthority(url);
+            if (!host) return Log("OverDB.DelFromDB: bad entry (" + url + ")");
+            const Text domain(*host);
             const UrlListPtr list = m_Domains.Item(domain);
             if (!list) return Log("OverDB.DelFromDB: no domain (" + domain + ")");
             const auto found = std::find(list->begin(), list->end(), url);

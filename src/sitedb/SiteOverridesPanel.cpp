@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "urlcheck/url/UrlAuthority.h"
+
 namespace tb {
 
 namespace {
@@ -10,15 +12,20 @@ constexpr std::int32_t OKCancel = 1;
 constexpr std::int32_t InformationIcon = 64;
 constexpr std::int32_t AnswerOK = 1;
 
-constexpr size_t HostPart = 2;
 constexpr size_t SchemeLetters = 4;
+
+// Error 9 for a URL without one.
+TextView HostOf(TextView url) {
+    const std::optional<TextView> host = UrlAuthority(url);
+    if (!host) throw Error(ErrorNumber::Subscript);
+    return *host;
+}
 
 }  // namespace
 
 Text SiteRootOf(const Text& url) {
-    const std::vector<TextView> parts = SplitViews(url, '/');
-    const TextView host = At(parts, HostPart);
-    return Text(parts.front()) + "//" + Text(host);
+    const TextView host = HostOf(url);
+    return url.substr(0, url.find('/')) + "//" + Text(host);
 }
 
 void SiteOverridesPanel::Setup() noexcept {
@@ -46,11 +53,11 @@ void SiteOverridesPanel::MakeActions() noexcept {
             if (!ListSites.empty()) ListEnabled = true;
             if (!HasSelection()) return DisableActions();
             const Text& url = SelectedUrl();
-            const std::vector<TextView> parts = SplitViews(url, '/');
-            Change.Caption = "Allow site override access to the full site URL: " + Text(At(parts, HostPart));
+            const TextView host = HostOf(url);
+            Change.Caption = "Allow site override access to the full site URL: " + Text(host);
             Remove = {"Remove site override access to URL: " + url, true};
             // What is a whole site already cannot be widened.
-            Change.Enabled = parts.size() > HostPart + 1;
+            Change.Enabled = host.data() + host.size() != url.data() + url.size();
         },
         [this](const RuntimeError& error) {
             m_Log.WriteLog("Site Overrides MakeActions Error: " + error.Line(), LogLevel::Always);

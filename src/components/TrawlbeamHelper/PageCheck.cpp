@@ -31,8 +31,7 @@ bool IsWebUrl(TextView url) {
     return folded.starts_with("http:") || folded == "https:";
 }
 
-// Unlike the list's readers of a host (sitedb) it has to find what the browser will connect to: a "\\" ends the host as
-// "/" does, and the system is asked for addresses by a name without user and port.
+// As the browser reads it, which goes there: the databases' UrlAuthority takes a "?" or "\" for a part of the host.
 Text HostOfUrl(TextView url) {
     const size_t slashes = url.find("//");
     if (slashes == TextView::npos) return {};

@@ -92,8 +92,7 @@ Text JoinAddress(TextView base, TextView page) {
     return address;
 }
 
-// The list's readers of a host (sitedb) take apart what browsers ask for. This is an address that has been checked: it
-// has a scheme and no user name, and the port belongs to what failures name.
+// Behind one of the two schemes, where UrlAuthority would take any.
 Text HostOf(TextView address) {
     const TextView behind = address.substr(HostStart(address));
     return Text(behind.substr(0, behind.find('/')));

@@ -35,7 +35,7 @@ bool HasControls(TextView text) {
     return std::any_of(text.begin(), text.end(), [](char one) { return (one >= 0 && one < ' ') || one == '\x7f'; });
 }
 
-// The parts of an address, as wide text.
+// The parts of an address as the system reads them, which connects to it, as wide text.
 struct Address {
     explicit Address(const Text& url) {
         const std::wstring wide = ToSystem(url);

@@ -1,8 +1,7 @@
 #include "urlcheck/url/NormalizeIP.h"
 
-#include <optional>
-
 #include "base/errors.h"
+#include "urlcheck/url/UrlAuthority.h"
 #include "urlcheck/url/inet_addr.h"
 
 namespace tb {
@@ -37,16 +36,6 @@ std::optional<Text> NormalizeAuthority(TextView authority) {
            Text(authority.substr(static_cast<size_t>(last)));
 }
 
-// The third part between "/", where there is one.
-std::optional<TextView> FindAuthority(TextView url) {
-    const size_t scheme = url.find('/');
-    if (scheme == TextView::npos) return std::nullopt;
-    const size_t authority = url.find('/', scheme + 1);
-    if (authority == TextView::npos) return std::nullopt;
-    url.remove_prefix(authority + 1);
-    return url.substr(0, url.find('/'));
-}
-
 // `letters` are small ones.
 bool StartsWith(TextView url, TextView letters) {
     const TextView start = Left(url, letters.size());
@@ -66,7 +55,7 @@ bool Complete(Text& url) {
 void RewriteHost(Text& url, const std::function<void(const Text&)>& debugMessage) {
     Trap(
         [&] {
-            const std::optional<TextView> authority = FindAuthority(url);
+            const std::optional<TextView> authority = UrlAuthority(url);
             const std::optional<Text> normal = authority ? NormalizeAuthority(*authority) : std::nullopt;
             if (!normal || *normal == *authority) return;
             Text joined = url;
