@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "base/text.h"
+#include "platform/LargeBlock.h"
 #include "sitedb/AskFor.h"
-#include "sitedb/LargeBlock.h"
 
 namespace tb {
 
