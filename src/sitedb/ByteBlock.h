@@ -68,7 +68,7 @@ private:
 #endif
 };
 
-// Runs `visit(place)` for the bits of a mask, lowest first, as long as it says so.
+// Runs `visit(bit)` for the bits of a mask, lowest first, as long as it says so.
 template <typename Visit>
 bool ForEachBit(ByteBlock::Mask mask, Visit visit) {
     for (; mask != 0; mask &= mask - 1) {

@@ -6,6 +6,8 @@
 
 #include "base/codepage.h"
 #include "base/numbers.h"
+#include "sitedb/SiteUrl.h"
+#include "sitedb/codec/Encryption.h"
 
 namespace tb {
 
@@ -34,8 +36,8 @@ std::uint64_t LastBytes(TextView text, size_t count) {
         return WordAt<std::uint32_t>(end - count) | WordAt<std::uint32_t>(end - 4) << 8 * (count - 4);
     }
     std::uint64_t word = 0;
-    for (size_t place = 1; place <= count; ++place)
-        word = word << 8 | static_cast<std::uint8_t>(end[-static_cast<std::ptrdiff_t>(place)]);
+    for (size_t back = 1; back <= count; ++back)
+        word = word << 8 | static_cast<std::uint8_t>(end[-static_cast<std::ptrdiff_t>(back)]);
     return word;
 }
 
@@ -63,25 +65,24 @@ inline std::uint64_t UpperWord(std::uint64_t word) {
 template <typename Visit>
 void ForEachKeyWord(TextView domain, Visit visit) {
     const char* const key = KeyFrom(domain.size());
-    size_t place = 0;
-    for (; place + 8 <= domain.size(); place += 8)
-        visit(UpperWord(WordAt(domain.data() + place) ^ WordAt(key + place)));
-    const size_t left = domain.size() - place;
+    size_t offset = 0;
+    for (; offset + 8 <= domain.size(); offset += 8)
+        visit(UpperWord(WordAt(domain.data() + offset) ^ WordAt(key + offset)));
+    const size_t left = domain.size() - offset;
     if (left == 0) return;
-    const std::uint64_t ofKey = WordAt(key + place) & ((std::uint64_t{1} << 8 * left) - 1);
+    const std::uint64_t ofKey = WordAt(key + offset) & ((std::uint64_t{1} << 8 * left) - 1);
     visit(UpperWord(LastBytes(domain, left) ^ ofKey));
 }
 
 bool IsNumber(TextView category) {
     if (category.size() == 1 && category[0] >= '0' && category[0] <= '9') return true;
-    bool isNumber = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             ToDouble(category);
-            isNumber = true;
+            return true;
         },
         [](const RuntimeError&) { /* no number: that is the answer */ });
-    return isNumber;
 }
 
 }  // namespace
@@ -108,16 +109,16 @@ TextView DomainKey::Checked(TextView domain) {
 bool DomainKey::HaveOneKey(TextView one, TextView other) {
     if (one.size() != other.size()) return false;
     const char* const key = KeyFrom(one.size());
-    for (size_t place = 0; place < one.size(); ++place) {
-        const auto folded = [&](TextView domain) { return UpperByte(static_cast<char>(domain[place] ^ key[place])); };
+    for (size_t offset = 0; offset < one.size(); ++offset) {
+        const auto folded = [&](TextView domain) { return UpperByte(static_cast<char>(domain[offset] ^ key[offset])); };
         if (folded(one) != folded(other)) return false;
     }
     return true;
 }
 
-DomainTable::Place DomainTable::Find(const DomainKey& key, TextView url, TextView decoded) const {
-    Place found;
-    found.Slot = m_Slots.Find(key.Place(), [&](std::int32_t slot) {
+DomainTable::Location DomainTable::Find(const DomainKey& key, TextView url, TextView decoded) const {
+    Location found;
+    found.Slot = m_Slots.Find(key.Hash(), [&](std::int32_t slot) {
         if (HasUrl(FirstOf(slot), url)) found.Entry = FirstOf(slot);
         return found.Entry != 0 || IsKeyOf(key, slot);
     });
@@ -125,30 +126,30 @@ DomainTable::Place DomainTable::Find(const DomainKey& key, TextView url, TextVie
     return found;
 }
 
-std::int32_t DomainTable::FindList(const DomainKey& key, std::optional<Record>& first) const {
-    return m_Slots.Find(key.Place(), [&](std::int32_t slot) {
+std::int32_t DomainTable::FindList(const DomainKey& key, std::optional<SiteRecord>& first) const {
+    return m_Slots.Find(key.Hash(), [&](std::int32_t slot) {
         first.emplace(Scrambled(FirstOf(slot)));
         return key.IsKeyOf(DecodedUrl(*first).Host());
     });
 }
 
-void DomainTable::AskForLists(const std::vector<DomainHash>& domains) const {
+void DomainTable::PrefetchLists(const std::vector<DomainHash>& domains) const {
     std::vector<std::int32_t> slots;
     slots.reserve(domains.size());
     for (const DomainHash& hash : domains) {
         const std::int32_t slot = m_Slots.FindAny(hash.OfKey, hash.OfIndex);
         if (slot == 0) continue;
-        m_Slots.AskFor(slot);
+        m_Slots.Prefetch(slot);
         slots.push_back(slot);
     }
-    for (const std::int32_t slot : slots) m_Entries.AskFor(FirstOf(slot));
+    for (const std::int32_t slot : slots) m_Entries.Prefetch(FirstOf(slot));
 }
 
 bool DomainTable::IsKeyOf(const DomainKey& key, std::int32_t slot) const {
-    return key.IsKeyOf(DecodedUrl(Record(Scrambled(FirstOf(slot)))).Host());
+    return key.IsKeyOf(DecodedUrl(SiteRecord(Scrambled(FirstOf(slot)))).Host());
 }
 
-void DomainTable::FindInList(Place& found, TextView url, TextView decoded) const {
+void DomainTable::FindInList(Location& found, TextView url, TextView decoded) const {
     if (IsLong(found.Slot)) {
         found.Hash = HashOfUrl(decoded);
         found.Entry = m_Urls.Find(found.Hash, [&](Position entry) { return HasUrl(entry, url); });
@@ -164,25 +165,25 @@ bool DomainTable::HasUrl(Position entry, TextView url) const {
     const TextView scrambled = Scrambled(entry);
     if (url.size() >= scrambled.size()) return false;
     const char* const key = KeyFrom(scrambled.size());
-    const auto isPlain = [&](size_t place, char character) { return (scrambled[place] ^ key[place]) == character; };
+    const auto isPlain = [&](size_t offset, char character) { return (scrambled[offset] ^ key[offset]) == character; };
     if (!isPlain(url.size(), FieldEnd)) return false;
-    size_t place = 0;
-    for (; place + 8 <= url.size(); place += 8) {
-        if ((WordAt(scrambled.data() + place) ^ WordAt(key + place)) != WordAt(url.data() + place)) return false;
+    size_t offset = 0;
+    for (; offset + 8 <= url.size(); offset += 8) {
+        if ((WordAt(scrambled.data() + offset) ^ WordAt(key + offset)) != WordAt(url.data() + offset)) return false;
     }
-    for (; place < url.size(); ++place) {
-        if (!isPlain(place, url[place])) return false;
+    for (; offset < url.size(); ++offset) {
+        if (!isPlain(offset, url[offset])) return false;
     }
     return url.find(FieldEnd) == TextView::npos;
 }
 
-void DomainTable::Add(const DomainKey& key, const Place& found, TextView decoded, TextView category,
+void DomainTable::Add(const DomainKey& key, const Location& found, TextView decoded, TextView category,
                       TextView scrambled) {
     std::int32_t slot = found.Slot;
     // Room first: behind it nothing fails.
     m_Entries.Reserve(scrambled.size());
     if (slot == 0) {
-        slot = m_Slots.Create(key.Place());
+        slot = m_Slots.Create(key.Hash());
         m_Slots.Number(slot, m_Entries.Append(scrambled, 0));
     } else if (IsLong(slot) || MakeLong(slot)) {
         const std::uint32_t hash = found.Hash != 0 ? found.Hash : HashOfUrl(decoded);
@@ -195,12 +196,12 @@ void DomainTable::Add(const DomainKey& key, const Place& found, TextView decoded
     ++m_EntryCount;
 }
 
-bool DomainTable::Remove(const DomainKey& key, const Place& found) {
+bool DomainTable::Remove(const DomainKey& key, const Location& found) {
     if (IsLong(found.Slot)) RemoveFromIndex(found);
     const Position first = m_Entries.Remove(found.Entry, FirstOf(found.Slot));
     --m_EntryCount;
     if (first == 0) {
-        m_Slots.Remove(found.Slot, key.Place());
+        m_Slots.Remove(found.Slot, key.Hash());
     } else {
         BeginAt(found.Slot, first);
     }
@@ -241,10 +242,10 @@ void DomainTable::PackIfSparse() {
 
 std::uint32_t DomainTable::HashOfUrl(TextView decoded) {
     UrlHash hash;
-    size_t place = 0;
-    for (; place + 8 <= decoded.size(); place += 8) hash.Add(decoded.data() + place);
+    size_t offset = 0;
+    for (; offset + 8 <= decoded.size(); offset += 8) hash.Add(decoded.data() + offset);
     char rest[8] = {};
-    std::copy(decoded.begin() + static_cast<std::ptrdiff_t>(place), decoded.end(), rest);
+    std::copy(decoded.begin() + static_cast<std::ptrdiff_t>(offset), decoded.end(), rest);
     return hash.WithRest(rest, decoded.size());
 }
 
@@ -252,7 +253,7 @@ DomainTable::Pattern::Pattern(std::uint32_t hash, size_t length, TextView catego
     : Hash(hash), Length(length), IsCounted(IsNumber(category)) {}
 
 DomainTable::Pattern DomainTable::PatternOf(TextView scrambled) {
-    const Record record(scrambled);
+    const SiteRecord record(scrambled);
     const DecodedUrl url(record);
     return {HashOfUrl(url.Whole()), url.Whole().size(), record.Category()};
 }
@@ -287,7 +288,7 @@ void DomainTable::AddToIndex(std::int32_t slot, const Pattern& pattern, Position
     if (first == 0) first = entry;
 }
 
-void DomainTable::RemoveFromIndex(const Place& found) {
+void DomainTable::RemoveFromIndex(const Location& found) {
     const Pattern pattern = PatternOf(Scrambled(found.Entry));
     --m_Lengths[pattern.Length];
     m_Urls.Remove(pattern.Hash, found.Entry);
@@ -296,7 +297,7 @@ void DomainTable::RemoveFromIndex(const Place& found) {
     Position next = found.Entry;
     do {
         next = Next(next, FirstOf(found.Slot));
-    } while (next != 0 && IsNumber(Record(Scrambled(next)).Category()));
+    } while (next != 0 && IsNumber(SiteRecord(Scrambled(next)).Category()));
     m_Uncounted.erase(found.Slot);
     if (next != 0) m_Uncounted.emplace(found.Slot, next);
 }

@@ -10,8 +10,8 @@
 #include <optional>
 
 #include "sitedb/EntryLists.h"
-#include "sitedb/EvilDB_record.h"
 #include "sitedb/HashSlots.h"
+#include "sitedb/SiteRecord.h"
 
 namespace tb {
 
@@ -31,27 +31,28 @@ public:
     // Views the domain, which must outlive it.
     explicit DomainKey(TextView domain) : DomainKey(Checked(domain), DomainHash(domain)) {}
     // With the hash of the domain, which is checked already.
-    DomainKey(TextView domain, const DomainHash& hash) : m_Domain(domain), m_Place(hash.OfKey, hash.OfIndex) {}
+    DomainKey(TextView domain, const DomainHash& hash) : m_Domain(domain), m_Hash(hash.OfKey, hash.OfIndex) {}
 
     // False for a domain that can have no key.
     static bool HasHash(TextView domain) { return !domain.empty() && domain.size() >> 15 == 0; }
 
     bool IsKeyOf(TextView domain) const { return domain == m_Domain || HaveOneKey(domain, m_Domain); }
-    const SlotPlace& Place() const { return m_Place; }
+    const KeyHash& Hash() const { return m_Hash; }
 
 private:
     static TextView Checked(TextView domain);
     static bool HaveOneKey(TextView one, TextView other);
 
     TextView m_Domain;
-    SlotPlace m_Place;
+    KeyHash m_Hash;
 };
 
 class DomainTable {
 public:
     using Position = EntryLists::Position;
-    // The list of a key, and an entry of it; 0 each when there is none. In a long list also what a URL hashes to.
-    struct Place {
+    // Where an entry lies: the list of a key, and the entry in it; 0 each when there is none. In a long list also what
+    // the URL hashes to.
+    struct Location {
         std::int32_t Slot = 0;
         Position Entry = 0;
         std::uint32_t Hash = 0;
@@ -59,14 +60,14 @@ public:
 
     // Where a stored URL is, or would be, which is given encoded and decoded; empty instead of decoded where that is
     // not what its record says.
-    Place Find(const DomainKey& key, TextView url, TextView decoded) const;
+    Location Find(const DomainKey& key, TextView url, TextView decoded) const;
     // The list of a key, with the record of its first entry; 0 when there is none.
-    std::int32_t FindList(const DomainKey& key, std::optional<Record>& first) const;
-    // Lets the machine fetch where the search for a domain begins.
-    void AskFor(const DomainHash& domain) const { m_Slots.AskFor(domain.OfKey, domain.OfIndex); }
-    // For domains of which that is on its way: what the rest of the search and a look at the lists will read, one step
-    // of it for all domains, then the next.
-    void AskForLists(const std::vector<DomainHash>& domains) const;
+    std::int32_t FindList(const DomainKey& key, std::optional<SiteRecord>& first) const;
+    // Prefetches where the search for a domain begins.
+    void Prefetch(const DomainHash& domain) const { m_Slots.Prefetch(domain.OfKey, domain.OfIndex); }
+    // For domains of which that is on its way: prefetches what the rest of the search and a look at the lists will
+    // read, one step of it for all domains, then the next.
+    void PrefetchLists(const std::vector<DomainHash>& domains) const;
     // The first entry of a list, and the one behind an entry, 0 at the end.
     Position FirstOf(std::int32_t slot) const { return m_Slots.Number(slot) & ~Indexed; }
     Position Next(Position entry, Position first) const { return m_Entries.Next(entry, first); }
@@ -96,9 +97,9 @@ public:
 
     // Appends the scrambled entry of a URL that is not there to the list of a key; `found` is what Find says. Raises
     // error 7 when there is no room; nothing has changed then.
-    void Add(const DomainKey& key, const Place& found, TextView decoded, TextView category, TextView scrambled);
+    void Add(const DomainKey& key, const Location& found, TextView decoded, TextView category, TextView scrambled);
     // Takes out what Find has found. True when it was the last entry of its list: the key is gone, too.
-    bool Remove(const DomainKey& key, const Place& found);
+    bool Remove(const DomainKey& key, const Location& found);
     void RemoveAll();
     // Gives the room of removed entries back once they take more than those that are left. Entries move.
     void PackIfSparse();
@@ -110,19 +111,19 @@ public:
     // Runs `visit(scrambled)` for all entries, in walk order of the keys and in list order inside a key.
     template <typename Visit>
     void Walk(Visit visit) const {
-        // Lists that have changed lie anywhere in memory: each is asked for some steps before its turn.
-        std::array<Position, 8> asked{};
+        // Lists that have changed lie anywhere in memory: each is prefetched some steps before its turn.
+        std::array<Position, 8> coming{};
         size_t step = 0;
         const auto exchange = [&](Position first) {
-            Position& place = asked[step++ % asked.size()];
-            m_Entries.Walk(place, visit);
-            place = first;
+            Position& begin = coming[step++ % coming.size()];
+            m_Entries.Walk(begin, visit);
+            begin = first;
         };
         m_Slots.Walk([&](std::int32_t slot) {
-            m_Entries.AskFor(FirstOf(slot));
+            m_Entries.Prefetch(FirstOf(slot));
             exchange(FirstOf(slot));
         });
-        for (size_t left = 0; left < asked.size(); ++left) exchange(0);
+        for (size_t left = 0; left < coming.size(); ++left) exchange(0);
     }
 
 private:
@@ -169,14 +170,14 @@ private:
     // The list of a slot begins elsewhere now.
     void BeginAt(std::int32_t slot, Position first) { m_Slots.Number(slot, first | (m_Slots.Number(slot) & Indexed)); }
     bool IsKeyOf(const DomainKey& key, std::int32_t slot) const;
-    void FindInList(Place& found, TextView url, TextView decoded) const;
+    void FindInList(Location& found, TextView url, TextView decoded) const;
     bool HasUrl(Position entry, TextView url) const;
     // True when the list is a long one now.
     bool MakeLong(std::int32_t slot);
     // With room made, adding does not fail.
     void MakeRoom(std::int32_t slot, const Pattern& pattern);
     void AddToIndex(std::int32_t slot, const Pattern& pattern, Position entry);
-    void RemoveFromIndex(const Place& found);
+    void RemoveFromIndex(const Location& found);
 
     HashSlots m_Slots;
     EntryLists m_Entries;

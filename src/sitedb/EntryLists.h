@@ -8,7 +8,7 @@
 
 #include "base/text.h"
 #include "platform/LargeBlock.h"
-#include "sitedb/AskFor.h"
+#include "sitedb/Prefetch.h"
 
 namespace tb {
 
@@ -48,10 +48,10 @@ public:
         }
     }
 
-    // Lets the machine fetch an entry that is wanted soon, and what lies behind it: of most lists that is all.
-    void AskFor(Position entry) const {
+    // Prefetches an entry, and what lies behind it: of most lists that is all.
+    void Prefetch(Position entry) const {
         const char* const at = At(entry);
-        for (size_t line = 0; line < 3; ++line) AskForMemory(at + 64 * line);
+        for (size_t line = 0; line < 3; ++line) PrefetchMemory(at + 64 * line);
     }
 
     // Bytes in use and bytes of removed entries, both with what an entry costs beside its own.

@@ -1,6 +1,8 @@
 #include "sitedb/EvilDB.h"
 
 #include "base/numbers.h"
+#include "sitedb/SiteUrl.h"
+#include "sitedb/SnapshotFile.h"
 
 namespace tb {
 
@@ -20,9 +22,8 @@ EvilDB::EvilDB(Files& files, EvilDBHost& host, std::filesystem::path folder, std
 }
 
 std::int32_t EvilDB::Timeout() const noexcept {
-    std::int32_t result = 0;
-    Trap([&] { result = TheSender().Timeout(); }, Failure("Malicious Database Timeout: "));
-    return result;
+    return TrapOr(
+        0, [&] { return TheSender().Timeout(); }, Failure("Malicious Database Timeout: "));
 }
 
 void EvilDB::Timeout(std::int32_t milliseconds) noexcept {
@@ -39,34 +40,37 @@ void EvilDB::AddToDB(TextView URL, TextView Category, TextView Validated) noexce
             // A field ends at a tab, wherever that came from.
             const bool hasTab = url.Clean().find(FieldEnd) != TextView::npos;
             const TextView category = Category.substr(0, Category.find(FieldEnd));
-            Store({url.Clean(), hasTab ? TextView() : url.Decoded().Whole(), url.Decoded().Host(), category},
-                  [&] { return ScrambledRecord(url.Clean(), Category, Validated); });
+            const TextView decoded = hasTab ? TextView() : url.Decoded().Whole();
+            const DomainKey key(url.Decoded().Host());
+            const auto room = FindRoom(key, url.Clean(), decoded);
+            if (!room) return;
+            m_Domains.Add(key, *room, decoded, category, ScrambledRecord(url.Clean(), Category, Validated).Bytes());
         },
         Failure("MalDB.AddToDB Error: "));
 }
 
 void EvilDB::AddLoaded(TextView entry) {
-    const Record record(entry);
+    const SiteRecord record(entry);
     if (record.FieldCount() != 3) return Log("MalDB.LoadDB: bad entry (" + Text(record.Plain()) + ")");
-    TextView domain;
     const TextView url = record.Url();
     // Nearly every entry is as it would be stored anew, down to its scrambled bytes.
     const bool isClean = !record.MayDecode() && !record.MayFold() && WithoutTrailingSlashes(url) == url;
-    if (!isClean || !record.FindHost(domain)) return AddToDB(url, record.Category(), record.Validated());
+    const auto domain = record.Authority();
+    if (!isClean || !domain) return AddToDB(url, record.Category(), record.Validated());
     Trap(
         [&] {
-            Store({url, url, domain, record.Category()}, [&] { return StoredRecord(entry); });
+            const DomainKey key(*domain);
+            if (const auto room = FindRoom(key, url, url)) m_Domains.Add(key, *room, url, record.Category(), entry);
         },
         Failure("MalDB.AddToDB Error: "));
 }
 
-template <typename Scrambled>
-void EvilDB::Store(const NewSite& site, Scrambled scrambled) {
-    const DomainKey key(site.Domain);
-    const DomainTable::Place place = m_Domains.Find(key, site.Url, site.Decoded);
-    if (place.Entry == 0) return m_Domains.Add(key, place, site.Decoded, site.Category, scrambled().Bytes());
-    const Record held(m_Domains.Scrambled(place.Entry));
+std::optional<DomainTable::Location> EvilDB::FindRoom(const DomainKey& key, TextView url, TextView decoded) const {
+    const DomainTable::Location found = m_Domains.Find(key, url, decoded);
+    if (found.Entry == 0) return found;
+    const SiteRecord held(m_Domains.Scrambled(found.Entry));
     Log("MalDB.AddToDB: dup entry - " + Text(held.Url()) + " (" + Text(held.Category()) + ")");
+    return std::nullopt;
 }
 
 void EvilDB::DelFromDB(TextView URL, TextView /*Category*/, TextView /*Validated*/) noexcept {
@@ -77,9 +81,9 @@ void EvilDB::DelFromDB(TextView URL, TextView /*Category*/, TextView /*Validated
                 return Log("MalDB.DelFromDB: bad entry (" + Text(url.Decoded().Whole()) + ")");
             const TextView domain = url.Decoded().Host();
             const DomainKey key(domain);
-            const DomainTable::Place place = m_Domains.Find(key, url.Clean(), url.Decoded().Whole());
-            if (place.Slot == 0) return Log("MalDB.DelFromDB: no domain (" + Text(domain) + ")");
-            if (place.Entry == 0 || !m_Domains.Remove(key, place)) return;
+            const DomainTable::Location found = m_Domains.Find(key, url.Clean(), url.Decoded().Whole());
+            if (found.Slot == 0) return Log("MalDB.DelFromDB: no domain (" + Text(domain) + ")");
+            if (found.Entry == 0 || !m_Domains.Remove(key, found)) return;
             Log("MalDB.DelFromDB: domain removed (" + Text(domain) + ")");
         },
         Failure("MalDB.DelFromDB Error: "));

@@ -81,8 +81,8 @@ public:
     // only.
     bool IsEvil(const Text& URL, Text& Category, Text& Validated) noexcept;
 
-    // Lets the machine fetch what IsEvil will look at for these URLs, and takes them apart for it already. One after
-    // another each waits for memory several times; together they wait as long as one. No answer depends on it.
+    // Prefetches what IsEvil will look at for these URLs, and takes them apart for it already. One after another each
+    // waits for memory several times; together they wait as long as one. No answer depends on it.
     void Expect(const std::vector<TextView>& urls) noexcept;
 
     // Adds one entry behind those of its host. A duplicate of the URL is refused (one line of level 1), the stored one
@@ -124,24 +124,15 @@ private:
         std::int32_t Deleted = 0;
     };
 
-    // What the list goes by when it takes an entry in: the URL as it is stored, decoded, and the host of that.
-    struct NewSite {
-        TextView Url;
-        TextView Decoded;
-        TextView Domain;
-        TextView Category;
-    };
-
     // Error 91 without one.
     Sender& TheSender() const;
     bool FindHit(HashedUrl& url, Text& Category, Text& Validated);
     // True when an entry of the list hits, which is in `record` then; it comes with that of the first.
-    bool FindInList(std::int32_t list, const HostSuffixes& url, std::optional<Record>& record) const;
+    bool FindInList(std::int32_t list, const HostSuffixes& url, std::optional<SiteRecord>& record) const;
     bool FindInLong(std::int32_t list, const DomainKey& key, const HostSuffixes& url,
-                    std::optional<Record>& record) const;
-    // `scrambled()` makes the entry when it is needed.
-    template <typename Scrambled>
-    void Store(const NewSite& site, Scrambled scrambled);
+                    std::optional<SiteRecord>& record) const;
+    // Where a URL that is new goes; nothing, with a line, for one that is there.
+    std::optional<DomainTable::Location> FindRoom(const DomainKey& key, TextView url, TextView decoded) const;
     void LoadEntries(SnapshotReader& reader, std::int16_t Attempt);
     void AddLoaded(TextView entry);
     std::vector<FileName> SnapshotNames();
@@ -152,11 +143,6 @@ private:
     void TakeChanges(TextView plain);
     void Apply(TextView line, bool logged, Changes& changes);
     bool PassesGuard(const Text& stamp, bool anew, TextView changes);
-    // How many of the entries held would stay after the changes of a reply; exact when fewer than `enough`, else at
-    // least that.
-    std::int64_t CountKept(bool anew, TextView changes, std::int64_t enough) const;
-    // The entry of a URL from outside; 0 when there is none.
-    DomainTable::Position FindEntry(TextView url) const;
     Text SinceStamp() const { return " - TS=" + m_LastTimestamp; }
     void Log(const Text& message, LogLevel level = LogLevel::Debug) const { LogMessage.Raise(message, level); }
     // The handler of an operation's trap.

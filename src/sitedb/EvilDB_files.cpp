@@ -24,28 +24,30 @@ std::vector<EvilDB::FileName> EvilDB::SnapshotNames() {
 }
 
 EvilDB::FileName EvilDB::MaxFileVersion() noexcept {
-    FileName largest;
-    Trap(
+    return TrapOr(
+        FileName(),
         [&] {
+            FileName largest;
             for (const FileName& name : SnapshotNames()) {
                 if (NameText(name) > NameText(largest)) largest = name;
             }
+            return largest;
         },
         Failure("Malicious Database MaxFileVersion Error: "));
-    return largest;
 }
 
 EvilDB::FileName EvilDB::MinFileVersion(const FileName& Exclude) noexcept {
-    FileName smallest;
-    Trap(
+    return TrapOr(
+        FileName(),
         [&] {
+            FileName smallest;
             for (const FileName& name : SnapshotNames()) {
                 if (name == Exclude || (m_Guard && IsInUse(name))) continue;
                 if (smallest.empty() || NameText(name) < NameText(smallest)) smallest = name;
             }
+            return smallest;
         },
         Failure("Malicious Database MinFileVersion Error: "));
-    return smallest;
 }
 
 bool EvilDB::IsInUse(const FileName& name) const {

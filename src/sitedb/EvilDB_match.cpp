@@ -2,7 +2,7 @@
 
 #include "base/numbers.h"
 #include "sitedb/EvilDB.h"
-#include "sitedb/EvilDB_record.h"
+#include "sitedb/SiteUrl.h"
 
 namespace tb {
 
@@ -28,19 +28,15 @@ bool BeginsWith(const HostSuffixes& url, TextView pattern) {
 }  // namespace
 
 bool EvilDB::IsEvil(const Text& URL, Text& Category, Text& Validated) noexcept {
-    bool result = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
-            if (HashedUrl* const expected = m_Expected.Take(URL)) {
-                result = FindHit(*expected, Category, Validated);
-                return;
-            }
-            // The places of all suffixes are on their way while the first one is looked up.
-            HashedUrl url(URL, [this](const DomainHash& domain) { m_Domains.AskFor(domain); });
-            result = FindHit(url, Category, Validated);
+            if (HashedUrl* const expected = m_Expected.Take(URL)) return FindHit(*expected, Category, Validated);
+            // The index cells of all suffixes are on their way while the first one is looked up.
+            HashedUrl url(URL, [this](const DomainHash& domain) { m_Domains.Prefetch(domain); });
+            return FindHit(url, Category, Validated);
         },
         Failure("Malicious Database IsEvil Error:: "));
-    return result;
 }
 
 void EvilDB::Expect(const std::vector<TextView>& urls) noexcept {
@@ -50,10 +46,10 @@ void EvilDB::Expect(const std::vector<TextView>& urls) noexcept {
             std::vector<DomainHash> domains;
             domains.reserve(4 * urls.size());
             m_Expected.Replace(urls, [&](const DomainHash& domain) {
-                m_Domains.AskFor(domain);
+                m_Domains.Prefetch(domain);
                 domains.push_back(domain);
             });
-            m_Domains.AskForLists(domains);
+            m_Domains.PrefetchLists(domains);
         },
         [](const RuntimeError&) {});
 }
@@ -62,7 +58,7 @@ bool EvilDB::FindHit(HashedUrl& url, Text& Category, Text& Validated) {
     HostSuffixes& suffixes = url.Suffixes();
     for (size_t suffix = 0; suffixes.Next(); ++suffix) {
         const DomainKey key = url.KeyOf(suffix);
-        std::optional<Record> record;
+        std::optional<SiteRecord> record;
         const std::int32_t list = m_Domains.FindList(key, record);
         if (list == 0) continue;
         if (!(m_Domains.IsLong(list) ? FindInLong(list, key, suffixes, record) : FindInList(list, suffixes, record)))
@@ -75,7 +71,7 @@ bool EvilDB::FindHit(HashedUrl& url, Text& Category, Text& Validated) {
     return false;
 }
 
-bool EvilDB::FindInList(std::int32_t list, const HostSuffixes& url, std::optional<Record>& record) const {
+bool EvilDB::FindInList(std::int32_t list, const HostSuffixes& url, std::optional<SiteRecord>& record) const {
     const DomainTable::Position first = m_Domains.FirstOf(list);
     for (auto entry = first;;) {
         // The number is read whether or not the URL matches: one that is none fails the whole search.
@@ -87,19 +83,19 @@ bool EvilDB::FindInList(std::int32_t list, const HostSuffixes& url, std::optiona
 }
 
 bool EvilDB::FindInLong(std::int32_t list, const DomainKey& key, const HostSuffixes& url,
-                        std::optional<Record>& record) const {
+                        std::optional<SiteRecord>& record) const {
     // The same answer as from a walk: the first entry that matches, or the failure of one before it.
     DomainTable::Position hit = 0;
     const DomainTable::Position failing = m_Domains.FirstUncounted(list);
     m_Domains.ForEachPrefix(url.BeforeHost(), url.FromSuffix(), [&](DomainTable::Position entry) {
         if ((hit != 0 && entry > hit) || (failing != 0 && entry >= failing)) return;
-        const Record member(m_Domains.Scrambled(entry));
+        const SiteRecord member(m_Domains.Scrambled(entry));
         const DecodedUrl pattern(member);
         // Of another list, one entry could be a prefix, too.
         if (!BeginsWith(url, pattern.Whole()) || !key.IsKeyOf(pattern.Host())) return;
         if (!IsPassedOver(member.Category())) hit = entry;
     });
-    if (hit == 0 && failing != 0) IsPassedOver(Record(m_Domains.Scrambled(failing)).Category());
+    if (hit == 0 && failing != 0) IsPassedOver(SiteRecord(m_Domains.Scrambled(failing)).Category());
     if (hit != 0) record.emplace(m_Domains.Scrambled(hit));
     return hit != 0;
 }

@@ -3,7 +3,6 @@
 #include "base/numbers.h"
 #include "platform/AtomicWrite.h"
 #include "sitedb/EvilDB.h"
-#include "sitedb/EvilDB_record.h"
 #include "sitedb/SnapshotFile.h"
 #include "sitedb/codec/cCRC32.h"
 
@@ -81,8 +80,8 @@ bool EvilDB::RestoreDB(bool& Corrupt) noexcept {
 }
 
 bool EvilDB::LoadDB(const std::filesystem::path& Path, std::int16_t Attempt) noexcept {
-    bool result = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             m_Domains.RemoveAll();
             m_OpenFile.reset();
@@ -91,20 +90,19 @@ bool EvilDB::LoadDB(const std::filesystem::path& Path, std::int16_t Attempt) noe
             const SnapshotHeader header = reader.ReadHeader();
             // Of another version, or ending too early: the file stays open, so that RestoreDB does not delete it. It
             // may be the work of a newer program.
-            if (header.Version != SnapshotHeader::KnownVersion) return;
+            if (header.Version != SnapshotHeader::KnownVersion) return false;
             m_Count = header.EntryCount;
             LoadEntries(reader, Attempt);
             if (Attempt == 0) EvilLoadPercent.Raise(100);
             m_OpenFile.reset();
             if (Fingerprint() != header.Fingerprint || !HasStampOfItsName(Path, header.Stamp)) {
                 m_Domains.RemoveAll();
-                return;
+                return false;
             }
             m_LastTimestamp = header.Stamp;
-            result = true;
+            return true;
         },
         Failure("Malicious Database Load Error: "));
-    return result;
 }
 
 void EvilDB::LoadEntries(SnapshotReader& reader, std::int16_t Attempt) {
@@ -117,8 +115,8 @@ void EvilDB::LoadEntries(SnapshotReader& reader, std::int16_t Attempt) {
 }
 
 bool EvilDB::SaveDB(const Text& Stamp, std::int32_t Fingerprint) noexcept {
-    bool saved = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             // A stamp comes from a service: it names a file of this folder and nothing else.
             if (!IsStamp(Stamp)) throw Error(ErrorNumber::PathFileAccess);
@@ -130,23 +128,21 @@ bool EvilDB::SaveDB(const Text& Stamp, std::int32_t Fingerprint) noexcept {
                 writer.Flush();
             });
             m_Count = count;
-            saved = true;
+            return true;
         },
         Failure("Malicious Database Save Error: "));
-    return saved;
 }
 
 std::int32_t EvilDB::Fingerprint() noexcept {
-    std::int32_t running = 0;
-    Trap(
+    return TrapOr(
+        0,
         [&] {
             if (m_Domains.Count() == 0) throw Error(ErrorNumber::Subscript);
             JoinedCrc crc;
             m_Domains.Walk([&](TextView entry) { crc.Add(entry); });
-            running = crc.Value();
+            return crc.Value();
         },
         Failure("Malicious Database Fingerprint Error: "));
-    return running;
 }
 
 }  // namespace tb

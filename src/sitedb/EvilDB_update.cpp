@@ -1,4 +1,5 @@
 #include "sitedb/EvilDB.h"
+#include "sitedb/KeptEntries.h"
 #include "sitedb/UpdateReply.h"
 #include "sitedb/codec/Encryption.h"
 #include "sitedb/codec/UrlEncode.h"
@@ -97,6 +98,12 @@ void EvilDB::TakeChanges(TextView plain) {
     if (m_Guard) m_Guard->Holds(stamp, m_Domains.EntryCount());
     PruneFiles(SnapshotsKept, stamp);
     EvilAdded.Raise(changes.Added, changes.Deleted);
+}
+
+bool EvilDB::PassesGuard(const Text& stamp, bool anew, TextView changes) {
+    if (!m_Guard->TakesStamp(stamp)) return false;
+    const std::int64_t held = m_Domains.EntryCount();
+    return m_Guard->Passes(CountKept(m_Domains, anew, changes, m_Guard->LeastKept(held)), held);
 }
 
 void EvilDB::Apply(TextView line, bool logged, Changes& changes) {

@@ -51,10 +51,10 @@ public:
     }
     // Null for a URL that is not among the next few.
     HashedUrl* Take(TextView url) {
-        for (size_t place = m_Next; place < m_Count && place < m_Next + LookAhead; ++place) {
-            if (m_Urls[place]->Text != url) continue;
-            m_Next = place + 1;
-            return &m_Urls[place]->Url;
+        for (size_t index = m_Next; index < m_Count && index < m_Next + LookAhead; ++index) {
+            if (m_Urls[index]->Text != url) continue;
+            m_Next = index + 1;
+            return &m_Urls[index]->Url;
         }
         return nullptr;
     }

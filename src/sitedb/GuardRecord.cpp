@@ -43,21 +43,20 @@ Text GuardRecord::Framed() const {
 }
 
 std::optional<GuardRecord> GuardRecord::Read(TextView framed) {
-    std::optional<GuardRecord> record;
-    Trap(
-        [&] {
+    return TrapOr(
+        std::optional<GuardRecord>(),
+        [&]() -> std::optional<GuardRecord> {
             Text plain;
             NoLog log;
-            if (!ChkEncryptString(framed, plain, log)) return;
+            if (!ChkEncryptString(framed, plain, log)) return std::nullopt;
             const std::vector<TextView> lines = SplitViews(plain, '\n');
-            if (At(lines, 0) != FirstLine || !lines.back().empty()) return;
+            if (At(lines, 0) != FirstLine || !lines.back().empty()) return std::nullopt;
             GuardRecord read;
             for (size_t index = 1; index + 1 < lines.size(); ++index) ReadLine(lines[index], read);
             if (!read.NewestStamp.empty()) StampToDate(read.NewestStamp);
-            record = std::move(read);
+            return read;
         },
         [](const RuntimeError&) { /* damaged */ });
-    return record;
 }
 
 }  // namespace tb

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/text.h"
-#include "sitedb/AskFor.h"
+#include "sitedb/Prefetch.h"
 
 namespace tb {
 
@@ -17,9 +17,9 @@ public:
     // The number under that hash for which `isSought(number)` holds, or 0.
     template <typename IsSought>
     std::uint32_t Find(std::uint32_t hash, IsSought isSought) const {
-        if (m_Places.empty()) return 0;
-        for (size_t place = Home(hash); m_Places[place].Number != 0; place = Behind(place)) {
-            if (m_Places[place].Hash == hash && isSought(m_Places[place].Number)) return m_Places[place].Number;
+        if (m_Cells.empty()) return 0;
+        for (size_t index = Home(hash); m_Cells[index].Number != 0; index = Behind(index)) {
+            if (m_Cells[index].Hash == hash && isSought(m_Cells[index].Number)) return m_Cells[index].Number;
         }
         return 0;
     }
@@ -31,9 +31,9 @@ public:
             return false;
         });
     }
-    // Lets the machine fetch the place where a search for that hash begins.
-    void AskFor(std::uint32_t hash) const {
-        if (!m_Places.empty()) AskForMemory(&m_Places[Home(hash)]);
+    // Prefetches the cell where a search for that hash begins.
+    void Prefetch(std::uint32_t hash) const {
+        if (!m_Cells.empty()) PrefetchMemory(&m_Cells[Home(hash)]);
     }
     // Makes room, so that as many more can be added without a failure.
     void Reserve(size_t more);
@@ -43,23 +43,23 @@ public:
     void Remove(std::uint32_t hash, std::uint32_t number);
 
 private:
-    struct Place {
+    struct Cell {
         std::uint32_t Hash = 0;
-        std::uint32_t Number = 0;  // 0 is a free place
+        std::uint32_t Number = 0;  // 0 is a free cell
     };
 
-    // Any size goes, so that it can grow by less than doubling: places are half of what the list costs beside its
+    // Any size goes, so that it can grow by less than doubling: cells are half of what the list costs beside its
     // bytes.
     static size_t HomeOf(std::uint32_t hash, size_t size) {
         return static_cast<size_t>(std::uint64_t{hash} * size >> 32);
     }
-    size_t Home(std::uint32_t hash) const { return HomeOf(hash, m_Places.size()); }
-    size_t Behind(size_t place) const { return place + 1 < m_Places.size() ? place + 1 : 0; }
-    // Steps from one place on to another.
-    size_t Distance(size_t from, size_t to) const { return to >= from ? to - from : to + m_Places.size() - from; }
-    static void Put(std::vector<Place>& places, const Place& added);
+    size_t Home(std::uint32_t hash) const { return HomeOf(hash, m_Cells.size()); }
+    size_t Behind(size_t index) const { return index + 1 < m_Cells.size() ? index + 1 : 0; }
+    // Steps from one cell on to another.
+    size_t Distance(size_t from, size_t to) const { return to >= from ? to - from : to + m_Cells.size() - from; }
+    static void Put(std::vector<Cell>& cells, const Cell& added);
 
-    std::vector<Place> m_Places;  // linear probing, at least a quarter free
+    std::vector<Cell> m_Cells;  // linear probing, at least a quarter free
     size_t m_Count = 0;
 };
 

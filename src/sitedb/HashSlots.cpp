@@ -1,5 +1,6 @@
 #include "sitedb/HashSlots.h"
 
+#include "base/bytes.h"
 #include "base/errors.h"
 
 namespace tb {
@@ -15,26 +16,26 @@ std::int32_t HashOf(TextView key) {
 
 }  // namespace
 
-SlotPlace::SlotPlace(TextView key) : SlotPlace(HashOf(key), HashIndex::HashOf(key)) {}
+KeyHash::KeyHash(TextView key) : KeyHash(HashOf(key), HashIndex::HashOf(key)) {}
 
-SlotPlace::SlotPlace(std::int32_t hash, std::uint32_t indexHash)
+KeyHash::KeyHash(std::int32_t hash, std::uint32_t indexHash)
     : Bucket(hash % HashSlots::HashSize), IndexHash(indexHash) {
     // The remainder of signed division: a negative hash is out of bounds unless nothing remains.
     if (Bucket < 0) throw Error(ErrorNumber::Subscript);
 }
 
-std::int32_t HashSlots::Create(const SlotPlace& place) {
+std::int32_t HashSlots::Create(const KeyHash& key) {
     if (m_FreeHead == 0) ExpandSlots(ChunkSize);
-    const auto bucket = static_cast<size_t>(place.Bucket);
-    m_Indices[bucket].Add(place.IndexHash, static_cast<std::uint32_t>(m_FreeHead));
+    const auto bucket = static_cast<size_t>(key.Bucket);
+    m_Indices[bucket].Add(key.IndexHash, static_cast<std::uint32_t>(m_FreeHead));
     const std::int32_t slot = TakeFreeSlot();
     LinkSlot(slot, bucket);
     return slot;
 }
 
-void HashSlots::Remove(std::int32_t slot, const SlotPlace& place) {
-    const auto bucket = static_cast<size_t>(place.Bucket);
-    m_Indices[bucket].Remove(place.IndexHash, static_cast<std::uint32_t>(slot));
+void HashSlots::Remove(std::int32_t slot, const KeyHash& key) {
+    const auto bucket = static_cast<size_t>(key.Bucket);
+    m_Indices[bucket].Remove(key.IndexHash, static_cast<std::uint32_t>(slot));
     Slot& removed = At(slot);
     (removed.Previous != 0 ? At(removed.Previous).NextSlot : m_BucketHeads[bucket]) = removed.NextSlot;
     (removed.NextSlot != 0 ? At(removed.NextSlot).Previous : m_BucketTails[bucket]) = removed.Previous;
@@ -54,14 +55,9 @@ void HashSlots::RemoveAll() {
 }
 
 std::int32_t HashSlots::HashOfKey(TextView key) {
-    std::uint32_t hash = 0;
-    const auto byteAt = [&](size_t index) { return std::uint32_t{static_cast<std::uint8_t>(key[index])}; };
-    size_t index = 0;
-    for (; index + 4 <= key.size(); index += 4) {
-        hash ^= byteAt(index) | byteAt(index + 1) << 8 | byteAt(index + 2) << 16 | byteAt(index + 3) << 24;
-    }
-    for (; index < key.size(); ++index) hash ^= byteAt(index) << (index % 4 * 8);
-    return static_cast<std::int32_t>(hash);
+    std::uint64_t hash = 0;
+    for (size_t start = 0; start < key.size(); start += 4) hash ^= LittleEndian(key.substr(start, 4));
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(hash));
 }
 
 void HashSlots::ExpandSlots(std::int32_t extra) {

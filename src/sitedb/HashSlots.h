@@ -10,13 +10,13 @@
 
 namespace tb {
 
-// Where a key belongs.
-struct SlotPlace {
+// What a key hashes to: its chain, and its hash in the index beside that.
+struct KeyHash {
     // Raises error 1001 for an empty key, error 9 for a key whose hash is negative and no multiple of the number of
     // buckets. The key is taken as it is compared.
-    explicit SlotPlace(TextView key);
+    explicit KeyHash(TextView key);
     // The same with a hash of the owner's own for the index, which equal keys share. `hash` is that of HashOfKey.
-    SlotPlace(std::int32_t hash, std::uint32_t indexHash);
+    KeyHash(std::int32_t hash, std::uint32_t indexHash);
 
     std::int32_t Bucket;
     std::uint32_t IndexHash;
@@ -30,26 +30,28 @@ public:
 
     HashSlots() { RemoveAll(); }
 
-    // The slot in use of that place for which `isKey(slot)` holds, or 0.
+    // The slot in use of that hash for which `isKey(slot)` holds, or 0.
     template <typename IsKey>
-    std::int32_t Find(const SlotPlace& place, IsKey isKey) const {
-        return static_cast<std::int32_t>(m_Indices[static_cast<size_t>(place.Bucket)].Find(
-            place.IndexHash, [&](std::uint32_t slot) { return isKey(static_cast<std::int32_t>(slot)); }));
+    std::int32_t Find(const KeyHash& key, IsKey isKey) const {
+        return static_cast<std::int32_t>(m_Indices[static_cast<size_t>(key.Bucket)].Find(
+            key.IndexHash, [&](std::uint32_t slot) { return isKey(static_cast<std::int32_t>(slot)); }));
     }
-    // For those who let the machine fetch what they will look at: a slot in use that may be that of the hashes (see
-    // SlotPlace), and 0 for a key hash that has no bucket; where the search for it begins; a slot itself.
+    // For those who prefetch what they will look at: a slot in use that may be that of the hashes (see KeyHash), and 0
+    // for a key hash that has no bucket.
     std::int32_t FindAny(std::int32_t hash, std::uint32_t indexHash) const {
         if (hash < 0) return 0;
         return static_cast<std::int32_t>(IndexOf(hash).Find(indexHash, [](std::uint32_t) { return true; }));
     }
-    void AskFor(std::int32_t hash, std::uint32_t indexHash) const {
-        if (hash >= 0) IndexOf(hash).AskFor(indexHash);
+    // Prefetches where the search for it begins.
+    void Prefetch(std::int32_t hash, std::uint32_t indexHash) const {
+        if (hash >= 0) IndexOf(hash).Prefetch(indexHash);
     }
-    void AskFor(std::int32_t slot) const { AskForMemory(&m_Slots[static_cast<size_t>(slot)]); }
+    // Prefetches a slot itself.
+    void Prefetch(std::int32_t slot) const { PrefetchMemory(&m_Slots[static_cast<size_t>(slot)]); }
     // Takes a slot for a key that has none and puts it at the end of its chain.
-    std::int32_t Create(const SlotPlace& place);
+    std::int32_t Create(const KeyHash& key);
     // Gives a key's slot back; it is the first to be used again.
-    void Remove(std::int32_t slot, const SlotPlace& place);
+    void Remove(std::int32_t slot, const KeyHash& key);
     // Empties the table and sets it up again.
     void RemoveAll();
 

@@ -47,7 +47,7 @@ public:
         const Text folded = Folded(key);
         const std::int32_t slot = Find(folded);
         if (slot == 0) throw Error(ErrorNumber::InvalidCall);
-        m_Slots.Remove(slot, SlotPlace(folded));
+        m_Slots.Remove(slot, KeyHash(folded));
     }
     void RemoveAll() {
         std::vector<KeyAndValue>().swap(m_Items);
@@ -84,12 +84,12 @@ private:
     Text Folded(const Text& key) const { return m_IgnoreCase ? UpperCase(key) : key; }
     const KeyAndValue& At(std::int32_t slot) const { return m_Items[static_cast<size_t>(slot)]; }
     std::int32_t Find(const Text& folded) const {
-        return m_Slots.Find(SlotPlace(folded), [&](std::int32_t slot) { return At(slot).Key == folded; });
+        return m_Slots.Find(KeyHash(folded), [&](std::int32_t slot) { return At(slot).Key == folded; });
     }
     void Create(const Text& folded, Value value) {
         // Room first, for the case that the slots have to grow by one more.
         if (m_Items.size() <= m_Slots.SlotCount()) m_Items.resize(m_Slots.SlotCount() + 1);
-        m_Items[static_cast<size_t>(m_Slots.Create(SlotPlace(folded)))] = {folded, std::move(value)};
+        m_Items[static_cast<size_t>(m_Slots.Create(KeyHash(folded)))] = {folded, std::move(value)};
     }
 
     HashSlots m_Slots;

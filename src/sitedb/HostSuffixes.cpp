@@ -31,7 +31,7 @@ void HostSuffixes::Fold(TextView url) {
         const ByteBlock::Mask used = FirstBits(url.size() - start);
         if ((block.WhereHigh() & used) != 0) {
             const size_t end = std::min(start + ByteBlock::Size, url.size());
-            for (size_t place = start; place < end; ++place) lowered[place] = LowerCase(lowered[place]);
+            for (size_t index = start; index < end; ++index) lowered[index] = LowerCase(lowered[index]);
         } else {
             block.LowerCapitals();
             block.Store(lowered + start);
@@ -48,12 +48,12 @@ void HostSuffixes::Fold(TextView url) {
     if (slashes < 3) m_HostEnd = slashes < 2 ? 0 : url.size();
 }
 
-size_t HostSuffixes::DotFrom(size_t place) const {
+size_t HostSuffixes::DotFrom(size_t index) const {
     if (m_HostEnd <= MarkedBytes) {
-        const std::uint64_t dots = place < MarkedBytes ? m_Dots >> place : 0;
-        return dots == 0 ? m_HostEnd : std::min(place + static_cast<size_t>(std::countr_zero(dots)), m_HostEnd);
+        const std::uint64_t dots = index < MarkedBytes ? m_Dots >> index : 0;
+        return dots == 0 ? m_HostEnd : std::min(index + static_cast<size_t>(std::countr_zero(dots)), m_HostEnd);
     }
-    const size_t dot = m_Lowered.substr(0, m_HostEnd).find('.', place);
+    const size_t dot = m_Lowered.substr(0, m_HostEnd).find('.', index);
     return dot == TextView::npos ? m_HostEnd : dot;
 }
 

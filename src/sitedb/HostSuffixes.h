@@ -29,7 +29,7 @@ public:
 
 private:
     void Fold(TextView url);
-    size_t DotFrom(size_t place) const;
+    size_t DotFrom(size_t index) const;
 
     ShortMemory m_Memory;
     TextView m_Lowered;

@@ -50,27 +50,26 @@ std::optional<std::vector<Text>> ReadWritten(TextView content) {
     return urls;
 }
 
-// Where an element begins from `place` on: behind a tag, or first on its line. Inside of a URL the tag begins none.
-size_t FindSite(TextView content, size_t place) {
-    for (;; ++place) {
-        place = content.find(SiteBegin, place);
-        if (place == TextView::npos) return content.size();
-        const size_t before = content.substr(0, place).find_last_not_of(" \t");
-        if (before == TextView::npos || content[before] == '\n' || content[before] == '>') return place;
+// Where an element begins from `index` on: behind a tag, or first on its line. Inside of a URL the tag begins none.
+size_t FindSite(TextView content, size_t index) {
+    for (;; ++index) {
+        index = content.find(SiteBegin, index);
+        if (index == TextView::npos) return content.size();
+        const size_t before = content.substr(0, index).find_last_not_of(" \t");
+        if (before == TextView::npos || content[before] == '\n' || content[before] == '>') return index;
     }
 }
 
 // What a person means who wrote XML; the text as it stands where that is none.
 Text SiteText(TextView text) {
-    Document site;
-    bool isXml = false;
-    Trap(
+    return TrapOr(
+        Text(text),
         [&] {
+            Document site;
             site.LoadXML(Text(SiteBegin) + Text(text) + Text(SiteEnd));
-            isXml = site.Root()->Count() == 0;
+            return site.Root()->Count() == 0 ? site.Root()->Body() : Text(text);
         },
         [](const RuntimeError&) { /* a "<" in the URL, most likely */ });
-    return isXml ? site.Root()->Body() : Text(text);
 }
 
 void ReadSites(TextView content, OverridesFile& file) {

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "base/bytes.h"
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "sitedb/codec/Encryption.h"
@@ -60,10 +61,7 @@ SnapshotHeader SnapshotReader::ReadHeader() {
 }
 
 std::int32_t SnapshotReader::ReadNumber(size_t bytes) {
-    const char* raw = Take(bytes);
-    std::uint32_t value = 0;
-    for (size_t index = bytes; index-- > 0;) value = value << 8 | static_cast<std::uint8_t>(raw[index]);
-    return static_cast<std::int32_t>(value);
+    return static_cast<std::int32_t>(LittleEndian({Take(bytes), bytes}));
 }
 
 TextView SnapshotReader::ReadCounted() {
@@ -109,9 +107,8 @@ void SnapshotWriter::Flush() {
 }
 
 void SnapshotWriter::AppendNumber(std::int32_t value, size_t bytes) {
-    const auto bits = static_cast<std::uint32_t>(value);
-    const char raw[] = {static_cast<char>(bits & 0xFFU), static_cast<char>(bits >> 8 & 0xFFU),
-                        static_cast<char>(bits >> 16 & 0xFFU), static_cast<char>(bits >> 24)};
+    char raw[4];
+    PutLittleEndian(static_cast<std::uint32_t>(value), raw, bytes);
     Append({raw, bytes});
 }
 

@@ -13,6 +13,8 @@ namespace tb {
 
 // What the stamps of snapshots look like: twelve digits. Whether they are a date is not asked.
 inline constexpr size_t StampLength = 12;
+// The one that asks a service for everything.
+inline constexpr const char* NoDataStamp = "200001010000";
 bool IsStamp(TextView text);
 // The moment of a stamp. Raises error 13 when it does not begin with the twelve digits of one.
 Date StampToDate(TextView stamp);

@@ -19,13 +19,9 @@ constexpr std::int64_t DaysRemembered = 7;
 
 // The moment of a stamp, and nothing else; none when it is no date.
 std::optional<Date> MomentOf(TextView stamp) {
-    std::optional<Date> moment;
-    Trap(
-        [&] {
-            if (IsStamp(stamp)) moment = StampToDate(stamp);
-        },
+    return TrapOr(
+        std::optional<Date>(), [&] { return IsStamp(stamp) ? std::optional(StampToDate(stamp)) : std::nullopt; },
         [](const RuntimeError&) { /* no date: that is the answer */ });
-    return moment;
 }
 
 }  // namespace

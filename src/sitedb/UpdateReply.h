@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "sitedb/EvilDB_record.h"
+#include "sitedb/SiteRecord.h"
 
 namespace tb {
 

@@ -135,11 +135,11 @@ TEST(HashTable, WalksLikeChainsThroughAddsAndRemoves) {
 
 TEST(HashTable, ARemovedSlotIsTheNextToBeUsed) {
     HashSlots slots;
-    slots.Create(SlotPlace("a"));
-    const std::int32_t second = slots.Create(SlotPlace("b"));
-    slots.Create(SlotPlace("c"));
-    slots.Remove(second, SlotPlace("b"));
-    EXPECT_EQ(slots.Create(SlotPlace("d")), second);
+    slots.Create(KeyHash("a"));
+    const std::int32_t second = slots.Create(KeyHash("b"));
+    slots.Create(KeyHash("c"));
+    slots.Remove(second, KeyHash("b"));
+    EXPECT_EQ(slots.Create(KeyHash("d")), second);
 }
 
 }  // namespace
