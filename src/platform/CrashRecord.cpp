@@ -50,8 +50,8 @@ CrashText CrashLine(const Crash& crash, TextView speaker) noexcept {
 }
 
 std::filesystem::path DropOldDumps(Files& files, const std::filesystem::path& folder, const Text& program) noexcept {
-    std::filesystem::path next;
-    Trap(
+    return TrapOr(
+        std::filesystem::path(),
         [&] {
             std::vector<Text> names;
             for (const std::filesystem::path& path : files.List(folder)) {
@@ -62,10 +62,9 @@ std::filesystem::path DropOldDumps(Files& files, const std::filesystem::path& fo
                 Trap([&] { files.Delete(folder / TextPath(names.front())); }, [](const RuntimeError&) {});
                 names.erase(names.begin());
             }
-            if (names.size() == KeptDumps) next = folder / TextPath(names.front());
+            return names.size() == KeptDumps ? folder / TextPath(names.front()) : std::filesystem::path();
         },
         [](const RuntimeError&) { /* they take room and nothing else */ });
-    return next;
 }
 
 }  // namespace tb

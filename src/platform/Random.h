@@ -1,4 +1,4 @@
-// Chance.
+// Random numbers.
 #pragma once
 
 namespace tb {

@@ -12,22 +12,20 @@ WhiteListDB::WhiteListDB() : m_Match("List ", [this](const Text& line) { Log(lin
 }
 
 bool WhiteListDB::isWhiteList(const Text& Host) noexcept {
-    bool result = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             const Text decoded = UrlDecode(Host);
             const std::vector<TextView> labels = SplitViews(decoded, '.');
             const std::int16_t highest = NarrowToInt16(static_cast<std::int64_t>(labels.size()) - 1);
             const int last = std::max(highest - 1, 0);
-            for (int first = 0; first <= last && !result; ++first) {
-                result = m_Domains.Exists(m_Match.SubJoin(labels, static_cast<std::int16_t>(first), highest, "."));
+            for (int first = 0; first <= last; ++first) {
+                const Text suffix = m_Match.SubJoin(labels, static_cast<std::int16_t>(first), highest, ".");
+                if (m_Domains.Exists(suffix)) return true;
             }
+            return false;
         },
-        [&](const RuntimeError& error) {
-            result = false;
-            Log("List Match Error: " + error.Line(), LogLevel::Always);
-        });
-    return result;
+        [this](const RuntimeError& error) { Log("List Match Error: " + error.Line(), LogLevel::Always); });
 }
 
 void WhiteListDB::AddToDB(const Text& Domain) noexcept {

@@ -3,6 +3,8 @@
 #include <array>
 #include <utility>
 
+#include "base/bytes.h"
+
 namespace tb {
 
 namespace {
@@ -13,12 +15,6 @@ constexpr std::array<std::pair<TextView, char>, 5> Named{
 // The longest text between "&" and ";" that is looked at, so that many lone "&" cost no more than other characters.
 constexpr size_t LongestReference = 10;
 
-int DigitValue(char character, int base) {
-    const char folded = LowerCase(character);
-    const int value = folded >= 'a' ? folded - 'a' + 10 : folded >= '0' && folded <= '9' ? folded - '0' : base;
-    return value < base ? value : -1;
-}
-
 // What stands between "&#" and ";" as a byte; False when it is no number up to 255.
 bool ReadNumber(TextView digits, char& character) {
     const bool hexadecimal = !digits.empty() && digits.front() == 'x';
@@ -27,8 +23,8 @@ bool ReadNumber(TextView digits, char& character) {
     const int base = hexadecimal ? 16 : 10;
     int number = 0;
     for (const char digit : digits) {
-        const int value = DigitValue(digit, base);
-        if (value < 0) return false;
+        const int value = HexDigit(digit);
+        if (value < 0 || value >= base) return false;
         number = number * base + value;
         if (number > 0xFF) return false;
     }

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "base/bytes.h"
+
 namespace tb {
 
 namespace {
@@ -64,10 +66,9 @@ Text Base64Decode(TextView characters) {
 }
 
 Text LongToBase64(std::int32_t value) {
-    const auto bits = static_cast<std::uint32_t>(value);
-    Text bytes;
-    for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(bits >> shift & 0xFF);
-    return Base64Encode(bytes);
+    char bytes[4];
+    PutLittleEndian(static_cast<std::uint32_t>(value), bytes, sizeof bytes);
+    return Base64Encode({bytes, sizeof bytes});
 }
 
 }  // namespace tb

@@ -31,22 +31,22 @@ const Text& RepeatedKey() {
 // `data` XOR `key`, both of `size` bytes; `target` may be `data`.
 void XorRun(const char* data, const char* key, size_t size, char* target) {
     constexpr size_t wordSize = sizeof(std::uint64_t);
-    const auto wordAt = [&](size_t place) {
+    const auto wordAt = [&](size_t offset) {
         std::uint64_t word = 0;
         std::uint64_t keyWord = 0;
-        std::memcpy(&word, data + place, wordSize);
-        std::memcpy(&keyWord, key + place, wordSize);
+        std::memcpy(&word, data + offset, wordSize);
+        std::memcpy(&keyWord, key + offset, wordSize);
         return word ^ keyWord;
     };
     if (size < wordSize) {
-        for (size_t place = 0; place < size; ++place) target[place] = static_cast<char>(data[place] ^ key[place]);
+        for (size_t offset = 0; offset < size; ++offset) target[offset] = static_cast<char>(data[offset] ^ key[offset]);
         return;
     }
     // The last word may overlap the one before; it is read before `target` is written, which may be `data`.
     const std::uint64_t last = wordAt(size - wordSize);
-    for (size_t place = 0; place + wordSize <= size; place += wordSize) {
-        const std::uint64_t word = wordAt(place);
-        std::memcpy(target + place, &word, wordSize);
+    for (size_t offset = 0; offset + wordSize <= size; offset += wordSize) {
+        const std::uint64_t word = wordAt(offset);
+        std::memcpy(target + offset, &word, wordSize);
     }
     std::memcpy(target + size - wordSize, &last, wordSize);
 }
@@ -94,18 +94,17 @@ Text EncryptStringChk(TextView plain) {
 }
 
 bool ChkEncryptString(TextView data, Text& plain, LogSink& log) noexcept {
-    bool intact = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             const size_t end = data.find(CheckEnd);
             if (end == TextView::npos) throw Error(ErrorNumber::InvalidCall);
             const TextView payload = data.substr(end + 1);
-            if (CheckOf(payload) != data.substr(0, end)) return;
+            if (CheckOf(payload) != data.substr(0, end)) return false;
             plain = UnscrambleString(payload, 0);
-            intact = true;
+            return true;
         },
         [&](const RuntimeError& error) { log.WriteLog("Error ChkEncryptString: " + error.Line(), LogLevel::Always); });
-    return intact;
 }
 
 }  // namespace tb

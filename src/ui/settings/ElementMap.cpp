@@ -5,30 +5,30 @@
 namespace tb {
 
 void ElementMap::Add(TextView key, ElementPtr element) {
-    const auto [place, added] = m_Places.try_emplace(UpperCase(key));
+    const auto [entry, added] = m_ByKey.try_emplace(UpperCase(key));
     if (!added) throw Error(ErrorNumber::DuplicateKey);
     try {
-        place->second = m_Elements.insert(m_Elements.end(), std::move(element));
+        entry->second = m_Elements.insert(m_Elements.end(), std::move(element));
     } catch (...) {
-        m_Places.erase(place);
+        m_ByKey.erase(entry);
         throw;
     }
 }
 
 ElementPtr ElementMap::Find(TextView key) const {
-    const auto place = m_Places.find(UpperCase(key));
-    return place == m_Places.end() ? nullptr : *place->second;
+    const auto found = m_ByKey.find(UpperCase(key));
+    return found == m_ByKey.end() ? nullptr : *found->second;
 }
 
 void ElementMap::Remove(TextView key) {
-    const auto place = m_Places.find(UpperCase(key));
-    if (place == m_Places.end()) return;
-    m_Elements.erase(place->second);
-    m_Places.erase(place);
+    const auto found = m_ByKey.find(UpperCase(key));
+    if (found == m_ByKey.end()) return;
+    m_Elements.erase(found->second);
+    m_ByKey.erase(found);
 }
 
 void ElementMap::RemoveAll() {
-    m_Places.clear();
+    m_ByKey.clear();
     m_Elements.clear();
 }
 

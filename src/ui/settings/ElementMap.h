@@ -24,7 +24,7 @@ public:
 private:
     std::list<ElementPtr> m_Elements;
     // By the key in upper case.
-    std::unordered_map<Text, std::list<ElementPtr>::iterator> m_Places;
+    std::unordered_map<Text, std::list<ElementPtr>::iterator> m_ByKey;
 };
 
 }  // namespace tb

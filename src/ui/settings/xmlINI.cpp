@@ -120,18 +120,17 @@ void xmlINI::LoadSection(const Element& section) {
 }
 
 bool xmlINI::SaveXMLINI() noexcept {
-    bool result = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             if (m_KeepBadFile) KeepBadFile(m_Around.Storage, m_INIFileName);
             m_KeepBadFile = false;
             WriteWhole(m_INIFileName, FileText());
-            result = true;
+            return true;
         },
         [&](const RuntimeError& error) {
             Trap([&] { ShowError("Error saving XML INI " + error.Description, PlainBox); }, [](const RuntimeError&) {});
         });
-    return result;
 }
 
 void xmlINI::WriteWhole(const std::filesystem::path& path, TextView content) {

@@ -1,6 +1,6 @@
 #include "urlcheck/sounds/WaveFile.h"
 
-#include <cstdint>
+#include "base/bytes.h"
 
 namespace tb {
 
@@ -9,18 +9,11 @@ namespace {
 constexpr size_t ChunkHeader = 8;
 constexpr size_t SmallestFormat = 16;
 
-// Four bytes, lowest first.
-std::uint32_t NumberAt(TextView bytes, size_t place) {
-    std::uint32_t number = 0;
-    for (size_t index = 4; index-- > 0;) number = number << 8 | static_cast<unsigned char>(bytes[place + index]);
-    return number;
-}
-
 }  // namespace
 
 bool IsWaveFile(TextView bytes) {
     if (bytes.size() < ChunkHeader + 4 || bytes.substr(0, 4) != "RIFF" || bytes.substr(8, 4) != "WAVE") return false;
-    const size_t length = NumberAt(bytes, 4);
+    const size_t length = LittleEndian(bytes.substr(4, 4));
     if (length > bytes.size() - ChunkHeader) return false;
     TextView rest = bytes.substr(0, ChunkHeader + length);
     if (rest.size() < ChunkHeader + 4) return false;
@@ -28,7 +21,7 @@ bool IsWaveFile(TextView bytes) {
     bool hasFormat = false;
     while (rest.size() >= ChunkHeader) {
         const TextView name = rest.substr(0, 4);
-        const size_t size = NumberAt(rest, 4);
+        const size_t size = LittleEndian(rest.substr(4, 4));
         rest.remove_prefix(ChunkHeader);
         if (size > rest.size()) return false;
         if (name == "data") return hasFormat;
