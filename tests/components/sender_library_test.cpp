@@ -62,6 +62,7 @@ TEST_F(SenderLibraryTest, CarriesAllOfAnOperation) {
     FakeHttp& http = *m_Component.Http;
     const Text bytes("\0<&'\xFF\r\n", 7);
     http.Answers = {{"POST http://one/page", {200, bytes}},
+                    {"HEAD http://one/page", {404, "", "HTTP/1.1 404 Not Found\r\n"}},
                     {"HEAD http://one/file", {200, "", "HTTP/1.1 200 OK\r\nLast-Modified: x\r\n"}},
                     {"GET http://one/file", {200, "content"}}};
     m_Sender->Timeout(77);
@@ -76,6 +77,8 @@ TEST_F(SenderLibraryTest, CarriesAllOfAnOperation) {
     EXPECT_EQ(request.BodyLimit, 1000U);
     EXPECT_THAT(request.Headers, testing::Contains(Pair("X-Client-Key", "me")));
     ResponseHead head{"old"};
+    m_Sender->GetHead(m_Servers, "page", "", head);
+    EXPECT_EQ(head.Text, "") << "status 404";
     m_Sender->GetHead(m_Servers, "file", "", head);
     EXPECT_EQ(head.Text, "HTTP/1.1 200 OK\r\nLast-Modified: x\r\n");
     EXPECT_EQ(m_Sender->DownloadFile(m_Servers, "file", "", "/data/\xC5\xBE"), "");

@@ -149,16 +149,6 @@ TEST_F(SenderTest, AsksByGetWhereAnEmptyPostIsNotAllowed) {
     EXPECT_EQ(Post(m_Two), "one: status 501; two: refused") << "a body cannot go by GET";
 }
 
-TEST_F(SenderTest, FetchesHeads) {
-    ResponseHead head{"old"};
-    m_Answers["HEAD http://one/page"] = {404, "", "HTTP/1.1 404 Not Found\r\n"};
-    m_Sender->GetHead(m_Two, "page", "", head);
-    EXPECT_EQ(head.Text, "");
-    m_Answers["HEAD http://two/page"] = {200, "", "HTTP/1.1 200 OK\r\nLast-Modified: x\r\n"};
-    m_Sender->GetHead(m_Two, "page", "", head);
-    EXPECT_EQ(head.Text, "HTTP/1.1 200 OK\r\nLast-Modified: x\r\n");
-}
-
 TEST_F(SenderTest, StoresTheOldOrTheNewFile) {
     m_Files.Contents["/data/file"] = "old";
     const auto held = [&] { return m_Files.Contents; };
@@ -192,21 +182,6 @@ TEST_F(SenderTest, EndsWithTheExitAndWithTheTime) {
     EXPECT_EQ(Post(Service({{"http://a"}, {"http://b"}, {"http://c"}, {"http://d"}})),
               "a: refused; b: refused; c: refused");
     EXPECT_EQ(m_Http.Requests.at(2).WholeMilliseconds, 120000) << "what the first two have left";
-}
-
-TEST_F(SenderTest, IsUsedAndDestroyedWithinItsOwnWait) {
-    m_Answers["POST http://one/page"] = {200, "outer"};
-    m_Answers["HEAD http://one/inner"] = {200, "", "inner"};
-    ResponseHead inner;
-    m_Http.Meanwhile = [&] {
-        m_Http.Meanwhile = nullptr;
-        m_Sender->Key("another");
-        m_Sender->GetHead(m_Two, "inner", "", inner);
-        m_Sender.reset();
-    };
-    EXPECT_EQ(Post(m_Two), "");
-    EXPECT_EQ(inner.Text, "inner");
-    EXPECT_EQ(m_Reply, "outer");
 }
 
 }  // namespace

@@ -1,15 +1,67 @@
+#include <gmock/gmock.h>
+
 #include <chrono>
 #include <random>
 #include <thread>
 
 #include "commandline/InputFiles.h"
 #include "fakes/TestFolder.h"
-#include "service/ReplayingClient.h"
 #include "service/web/SiteFeed.h"
 #include "sitedb/ListOfSites.h"
+#include "sitedb/codec/Encryption.h"
 
 namespace tb {
 namespace {
+
+// Applies update replies as the program does, and fails the test where the program would have refused a line.
+struct ReplayingClient {
+    Text Stamp = NoSitesStamp;
+    // How often it had to start anew.
+    int Restarts = 0;
+    // "URL TAB category TAB validated", in the order of adding.
+    std::vector<Text> Sites = {};
+
+    // False when the reply said that there is nothing new.
+    bool Apply(TextView reply) {
+        if (reply.empty()) return false;
+        RecordedLog log;
+        Text plain;
+        EXPECT_TRUE(ChkEncryptString(reply, plain, log));
+        const std::vector<Text> lines = Split(plain, '\n');
+        if (lines.size() == 2 && lines[1].empty()) {
+            EXPECT_EQ(lines[0], Stamp);
+            return false;
+        }
+        EXPECT_GE(lines.size(), 3U) << Quoted(plain);
+        EXPECT_NE(lines[0], Stamp) << "what it has";
+        const bool isAnew = lines.at(1) == "1";
+        if (isAnew) {
+            Sites.clear();
+            ++Restarts;
+        } else {
+            EXPECT_LT(Stamp, lines[0]);
+        }
+        for (size_t index = 2; index + 1 < lines.size(); ++index) Change(lines[index], isAnew);
+        Stamp = lines[0];
+        return true;
+    }
+
+private:
+    void Change(const Text& line, bool isAnew) {
+        EXPECT_EQ(Split(line, '\t').size(), 4U) << Quoted(line);
+        const Text url = line.substr(2, line.find('\t', 2) - 1);
+        // A whole list is made of what is unlike by itself.
+        const auto held =
+            isAnew ? Sites.end()
+                   : std::find_if(Sites.begin(), Sites.end(), [&](const Text& site) { return site.starts_with(url); });
+        EXPECT_EQ(held == Sites.end(), line[0] == '+') << Quoted(line);
+        if (line[0] == '+') {
+            Sites.push_back(line.substr(2));
+        } else if (held != Sites.end()) {
+            Sites.erase(held);
+        }
+    }
+};
 
 class SiteFeedTest : public testing::Test {
 protected:
@@ -71,20 +123,30 @@ TEST_F(SiteFeedTest, AllClientsAgreeInTheEnd) {
              {Text("209901010000"), Text("202611210001"), Text(""), Text("no stamp"), Text(5000, '9')}) {
             ReplayingClient& stranger = clients.emplace_back();
             stranger.Stamp = stamp;
-            stranger.Add("http://of.another.service\t2\tv");
+            stranger.Sites = {"http://of.another.service\t2\tv"};
         }
         for (ReplayingClient& client : clients) {
             BringUpToDate(client);
-            EXPECT_EQ(client.Sites(), Listed());
+            EXPECT_EQ(client.Sites, Listed());
             EXPECT_EQ(client.Stamp, History.Latest().Stamp);
         }
         EXPECT_TRUE(Log.Lines.empty());
     }
 }
 
+// It takes no list away.
+TEST_F(SiteFeedTest, SaysNothingBeforeTheFirstPublication) {
+    for (const char* stamp : {NoSitesStamp, "202611010000"}) EXPECT_EQ(*Feed().ReplySince(stamp), "") << stamp;
+    // The whole list of many sites is made behind the first request for it.
+    Import(1, 10'001, "2");
+    ReplayingClient client;
+    client.Sites = {"http://held.example\t2\tv"};
+    client.Apply(*Feed().ReplySince("202611010000"));
+    EXPECT_THAT(client.Sites.size(), testing::AnyOf(1, 10'001));
+}
+
 TEST_F(SiteFeedTest, TellsOnlyWhatChanged) {
     ReplayingClient client;
-    EXPECT_FALSE(client.Apply(*Feed().ReplySince(client.Stamp))) << "an empty list is what it has";
     Import(1, 3, "2");
     BringUpToDate(client);
     Import(2, 2, "9");
@@ -93,9 +155,15 @@ TEST_F(SiteFeedTest, TellsOnlyWhatChanged) {
     EXPECT_EQ(Feed().ReplySince(client.Stamp), Feed().ReplySince(client.Stamp)) << "made once";
     // One without a stamp may hold remains, so it starts anew although the record reaches back to the beginning.
     ReplayingClient other;
-    other.Add("http://s1.example\t2\tremains");
+    other.Sites = {"http://s1.example\t2\tremains"};
     BringUpToDate(other);
-    EXPECT_EQ(other.Sites(), client.Sites());
+    EXPECT_EQ(other.Sites, client.Sites);
+    // A list that was emptied on purpose is one, for those who start anew, too.
+    History.Remove({"http://s1.example", "http://s2.example", "http://s3.example"});
+    other.Stamp = "unknown";
+    BringUpToDate(other);
+    EXPECT_EQ(other.Sites.size(), 0U);
+    EXPECT_EQ(other.Restarts, 2);
 }
 
 TEST_F(SiteFeedTest, MakesALongListOnceAndGoesOnAnsweringMeanwhile) {
@@ -112,7 +180,7 @@ TEST_F(SiteFeedTest, MakesALongListOnceAndGoesOnAnsweringMeanwhile) {
         client.Apply(*Feed().ReplySince(client.Stamp));
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
-    EXPECT_EQ(client.Sites(), Listed());
+    EXPECT_EQ(client.Sites, Listed());
     EXPECT_EQ(client.Restarts, 2);
     EXPECT_EQ(Feed().WholeListsMade(), 2);
     // While the next one is made, the last one and what came behind it are the same list.
@@ -120,8 +188,8 @@ TEST_F(SiteFeedTest, MakesALongListOnceAndGoesOnAnsweringMeanwhile) {
     ReplayingClient late;
     BringUpToDate(late);
     BringUpToDate(client);
-    EXPECT_EQ(late.Sites(), Listed());
-    EXPECT_EQ(client.Sites(), Listed());
+    EXPECT_EQ(late.Sites, Listed());
+    EXPECT_EQ(client.Sites, Listed());
 }
 
 // What a client stores is what the operator's tool makes of the same lines, byte for byte.
@@ -142,7 +210,7 @@ TEST_F(SiteFeedTest, GivesEntriesAsTheListsOfToolsHoldThem) {
     ReplayingClient client;
     BringUpToDate(client);
     ListOfSites program;
-    for (const Text& site : client.Sites()) {
+    for (const Text& site : client.Sites) {
         const std::vector<Text> fields = Split(site, '\t');
         program.Add(fields[0], fields[1], fields[2]);
     }

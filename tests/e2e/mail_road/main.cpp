@@ -15,7 +15,7 @@
 
 #include "base/numbers.h"
 #include "components/tbSender/tbSender.h"
-#include "service/LoopbackHttp.h"
+#include "e2e/mail_road/LoopbackHttp.h"
 #include "submissions/SubmissionRig.h"
 
 namespace tb {
