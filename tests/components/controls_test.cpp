@@ -17,14 +17,11 @@ TEST(TabList, KeepsTheSelectionWithItsTab) {
     tabs.Add({"", "without key"});
     tabs.Add({"", "another"});
     tabs.Select(tabs.Find("C"));
-    struct Step {
-        std::int32_t Removed;
-        std::int32_t Selected;
-    };
     // c is selected among a b c d and two without a key; it goes in the third step.
-    for (const Step& step : {Step{0, 1}, Step{3, 1}, Step{1, 1}, Step{1, 1}, Step{1, 0}, Step{0, TabList::NoTab}}) {
-        tabs.Remove(step.Removed);
-        EXPECT_EQ(tabs.Selected(), step.Selected) << tabs.Count() << " left";
+    const std::pair<int, int> steps[] = {{0, 1}, {3, 1}, {1, 1}, {1, 1}, {1, 0}, {0, TabList::NoTab}};
+    for (const auto& [removed, selected] : steps) {
+        tabs.Remove(removed);
+        EXPECT_EQ(tabs.Selected(), selected) << tabs.Count() << " left";
     }
     EXPECT_EQ(Raised([&] { tabs.Remove(0); }), 9);
     EXPECT_EQ(Raised([&] { tabs.Select(-1); }), 9);

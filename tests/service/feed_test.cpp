@@ -194,11 +194,10 @@ TEST_F(SiteFeedTest, MakesALongListOnceAndGoesOnAnsweringMeanwhile) {
 
 // What a client stores is what the operator's tool makes of the same lines, byte for byte.
 TEST_F(SiteFeedTest, GivesEntriesAsTheListsOfToolsHoldThem) {
-    const Text lines =
-        "HTTP://Evil.Example/A//\t2\tdate\nhttp://b.example/%41%09+x y\t1\t\r\n"
-        "http://\xC9t\xE9.example/\xFF\x01\t2\t\x80\xE9\nhttp://evil.example/a\t9\trefused\n"
-        "https://b.example:80/?q=%2b&r=<>\t2.0\tv\n";
-    Folder.Write("list", lines);
+    Folder.Write("list",
+                 "HTTP://Evil.Example/A//\t2\tdate\nhttp://b.example/%41%09+x y\t1\t\r\n"
+                 "http://\xC9t\xE9.example/\xFF\x01\t2\t\x80\xE9\nhttp://evil.example/a\t9\trefused\n"
+                 "https://b.example:80/?q=%2b&r=<>\t2.0\tv\n");
     PosixFiles files;
     ListOfSites tool;
     std::vector<Site> sites;

@@ -54,7 +54,7 @@ protected:
         Stage("tbXML.dll", SmallLibrary());
         Stage("Trawlbeam.chm", "help");
         for (const Text name : {"Trawlbeam.ini", "Data/x.dll", "notes.txt", "new.dll.tmp~"}) Stage(name, "x");
-        AddUpdatePages(Served, Shelf);
+        AddUpdatePages(Served, Cached);
     }
     void Stage(const Text& name, const Text& content) { Folder.Write("staged/" + name, content); }
     Text In(const Text& name) const { return (Folder.Path() / name).string(); }
@@ -80,7 +80,7 @@ protected:
 
     TestFolder Folder;
     ServiceStore Store{Folder.Path() / "data", ServiceStore::Opening::OrNew};
-    UpdateShelf Shelf{Folder.Path() / "data"};
+    UpdateCache Cached{Folder.Path() / "data"};
     Pages Served;
     RecordedLog Log;
 };

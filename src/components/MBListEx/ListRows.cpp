@@ -97,9 +97,9 @@ void ListRows::Sort(std::int32_t column, ListOrder order, bool descending) {
     });
     std::vector<Row> sorted(keys.size());
     std::int32_t selected = NoRow;
-    for (std::size_t place = 0; place < keys.size(); ++place) {
-        if (keys[place].Row == m_Selected) selected = static_cast<std::int32_t>(place);
-        sorted[place] = std::move(m_Rows[static_cast<std::size_t>(keys[place].Row)]);
+    for (std::size_t position = 0; position < keys.size(); ++position) {
+        if (keys[position].Row == m_Selected) selected = static_cast<std::int32_t>(position);
+        sorted[position] = std::move(m_Rows[static_cast<std::size_t>(keys[position].Row)]);
     }
     m_Rows = std::move(sorted);
     m_Selected = selected;

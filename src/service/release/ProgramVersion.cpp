@@ -13,8 +13,8 @@ namespace tb {
 
 namespace {
 
-// Places in the file's headers, as the format fixes them.
-constexpr size_t PlaceOfHeader = 0x3C;
+// Offsets and sizes in the file's headers, as the format fixes them.
+constexpr size_t OffsetOfHeader = 0x3C;
 constexpr size_t SizeOfFileHeader = 24;
 constexpr size_t SizeOfSection = 40;
 constexpr size_t SizeOfDirectoryEntry = 8;
@@ -24,17 +24,17 @@ constexpr std::uint32_t IsSubdirectory = 0x80000000;
 
 [[noreturn]] void FailVersion() { throw InputError("its version resource is damaged"); }
 
-// Bytes that are read at places which the file itself tells.
+// Bytes that are read at offsets which the file itself tells.
 class Image {
 public:
     explicit Image(TextView bytes) : m_Bytes(bytes) {}
 
     size_t Size() const { return m_Bytes.size(); }
-    std::uint32_t Word(size_t place) const { return static_cast<std::uint32_t>(LittleEndian(Part(place, 2))); }
-    std::uint32_t Long(size_t place) const { return static_cast<std::uint32_t>(LittleEndian(Part(place, 4))); }
-    TextView Part(size_t place, size_t size) const {
-        if (place > m_Bytes.size() || size > m_Bytes.size() - place) throw InputError("it ends too early");
-        return m_Bytes.substr(place, size);
+    std::uint32_t Word(size_t offset) const { return static_cast<std::uint32_t>(LittleEndian(Part(offset, 2))); }
+    std::uint32_t Long(size_t offset) const { return static_cast<std::uint32_t>(LittleEndian(Part(offset, 4))); }
+    TextView Part(size_t offset, size_t size) const {
+        if (offset > m_Bytes.size() || size > m_Bytes.size() - offset) throw InputError("it ends too early");
+        return m_Bytes.substr(offset, size);
     }
 
 private:
@@ -46,7 +46,7 @@ class Program {
 public:
     explicit Program(TextView file) : m_File(file) {
         if (!file.starts_with("MZ")) throw InputError("it is no program file");
-        const size_t header = m_File.Long(PlaceOfHeader);
+        const size_t header = m_File.Long(OffsetOfHeader);
         if (m_File.Part(header, 4) != TextView("PE\0\0", 4)) throw InputError("it is no program file for Windows");
         m_SectionCount = m_File.Word(header + 6);
         const size_t optional = header + SizeOfFileHeader;
@@ -94,32 +94,33 @@ std::uint32_t EntryOf(const Image& resources, size_t directory, std::uint32_t ty
 std::optional<TextView> VersionResource(const Program& program) {
     if (program.Resources() == 0) return std::nullopt;
     const Image resources(program.FromAddress(program.Resources()));
-    std::uint32_t place = EntryOf(resources, 0, VersionType);
-    if (place == 0) return std::nullopt;
+    std::uint32_t offset = EntryOf(resources, 0, VersionType);
+    if (offset == 0) return std::nullopt;
     for (int level = 0; level < 2; ++level) {
-        if ((place & IsSubdirectory) == 0) FailVersion();
-        place = EntryOf(resources, place & ~IsSubdirectory, 0);
+        if ((offset & IsSubdirectory) == 0) FailVersion();
+        offset = EntryOf(resources, offset & ~IsSubdirectory, 0);
     }
-    if (place == 0 || (place & IsSubdirectory) != 0) FailVersion();
-    const TextView content = program.FromAddress(resources.Long(place));
-    return Image(content).Part(0, resources.Long(place + 4));
+    if (offset == 0 || (offset & IsSubdirectory) != 0) FailVersion();
+    const TextView content = program.FromAddress(resources.Long(offset));
+    return Image(content).Part(0, resources.Long(offset + 4));
 }
 
-size_t Aligned(size_t place) { return (place + 3) & ~size_t{3}; }
+size_t Aligned(size_t offset) { return (offset + 3) & ~size_t{3}; }
 
-// A node of the tree in a version resource: a key, a value, children. All places count from the resource's beginning.
+// A node of the tree in a version resource: a key, a value, children. All offsets count from the beginning of the
+// resource.
 class Node {
 public:
     // It ends with its parent at the latest, whatever it says.
-    Node(const Image& resource, size_t place, size_t parentEnd)
-        : m_Resource(resource), m_Place(place), m_End(std::min(place + resource.Word(place), parentEnd)) {
-        if (m_End < place + 6) FailVersion();
-        const size_t key = place + 6;
+    Node(const Image& resource, size_t offset, size_t parentEnd)
+        : m_Resource(resource), m_Offset(offset), m_End(std::min(offset + resource.Word(offset), parentEnd)) {
+        if (m_End < offset + 6) FailVersion();
+        const size_t key = offset + 6;
         m_Value = Aligned(key + 2 * (Characters(key).size() + 1));
     }
 
     size_t End() const { return m_End; }
-    Text Key() const { return FromWide(Characters(m_Place + 6)); }
+    Text Key() const { return FromWide(Characters(m_Offset + 6)); }
     // A value that is a text.
     Text TextValue() const { return m_Value < m_End ? FromWide(Characters(m_Value)) : Text(); }
     // A value that is two words, both 0 when they are not there.
@@ -129,22 +130,22 @@ public:
     }
     std::optional<Node> Child(const Text& key) const {
         // The length counts characters of a text, else bytes.
-        const bool isText = m_Resource.Word(m_Place + 4) == 1;
-        const size_t size = m_Resource.Word(m_Place + 2) * size_t{isText ? 2U : 1U};
-        for (size_t place = Aligned(m_Value + size); place + 6 <= m_End;) {
-            const Node child(m_Resource, place, m_End);
+        const bool isText = m_Resource.Word(m_Offset + 4) == 1;
+        const size_t size = m_Resource.Word(m_Offset + 2) * size_t{isText ? 2U : 1U};
+        for (size_t offset = Aligned(m_Value + size); offset + 6 <= m_End;) {
+            const Node child(m_Resource, offset, m_End);
             if (LowerCase(child.Key()) == LowerCase(key)) return child;
-            place = Aligned(child.End());
+            offset = Aligned(child.End());
         }
         return std::nullopt;
     }
 
 private:
     // Up to a zero or the end of the node.
-    std::u16string Characters(size_t place) const {
+    std::u16string Characters(size_t offset) const {
         std::u16string characters;
-        for (; place + 2 <= m_End; place += 2) {
-            const std::uint32_t character = m_Resource.Word(place);
+        for (; offset + 2 <= m_End; offset += 2) {
+            const std::uint32_t character = m_Resource.Word(offset);
             if (character == 0) break;
             characters += static_cast<char16_t>(character);
         }
@@ -152,7 +153,7 @@ private:
     }
 
     Image m_Resource;
-    size_t m_Place;
+    size_t m_Offset;
     size_t m_End;
     size_t m_Value = 0;
 };

@@ -35,10 +35,10 @@ void AddSitePages(Pages& pages, SiteFeed& feed) {
                      }});
 }
 
-void AddDocumentPages(Pages& pages, DocumentShelf& shelf) {
+void AddDocumentPages(Pages& pages, DocumentCache& documents) {
     for (const TextView name : {DefaultsFile, ReferenceFile}) {
-        pages.push_back({"/Reference/" + Text(name), true, true, SmallForm, [&shelf, name](const Question&) {
-                             const auto document = shelf.Find(Text(name));
+        pages.push_back({"/Reference/" + Text(name), true, true, SmallForm, [&documents, name](const Question&) {
+                             const auto document = documents.Find(Text(name));
                              if (!document) return PlainReply(404, Text(name) + " is not published yet.");
                              // The reply keeps the document alive that its body is a part of.
                              Reply reply = FramedReply({document, &document->Framed});
@@ -55,12 +55,12 @@ std::optional<VersionReport> ReadReport(TextView body) {
     return VersionReport{field("Key"), field("AppVer"), field("OSVer"), field("IEVer"), SystemUtcNow()};
 }
 
-void AddReportPages(Pages& pages, ReportBox& box) {
-    pages.push_back({"/Versions.aspx", false, true, SmallForm, [&box](const Question& question) {
+void AddReportPages(Pages& pages, ReportQueue& reports) {
+    pages.push_back({"/Versions.aspx", false, true, SmallForm, [&reports](const Question& question) {
                          auto report = ReadReport(question.Body);
                          if (!report) return PlainReply(400, "The field Key is missing.");
-                         return box.Take(std::move(*report)) ? PlainReply(200, "OK")
-                                                             : PlainReply(503, "Too many reports wait; try again.");
+                         return reports.Take(std::move(*report)) ? PlainReply(200, "OK")
+                                                                 : PlainReply(503, "Too many reports wait; try again.");
                      }});
 }
 

@@ -69,7 +69,7 @@ Text Table(const std::vector<Text>& head, const Text& rows) {
     return rows.empty() ? rows : "<table border=1>\n" + Row(head, "th") + rows + "</table>\n";
 }
 
-Reply ShowNews(SiteFeed& feed, DocumentShelf& shelf) {
+Reply ShowNews(SiteFeed& feed, DocumentCache& documents) {
     const auto changes = feed.Changes();
     Text publications;
     const size_t shown = std::min(NewsShown, changes->Publications.size());
@@ -81,7 +81,7 @@ Reply ShowNews(SiteFeed& feed, DocumentShelf& shelf) {
     }
     Text files;
     for (const TextView name : {DefaultsFile, ReferenceFile}) {
-        const auto document = shelf.Find(Text(name));
+        const auto document = documents.Find(Text(name));
         if (document) files += Row({Text(name), document->Version, FormatDateTime(document->Modified) + " UTC"});
     }
     return HtmlReply("News", (publications.empty() ? NoList : Table({"List of", "New", "Gone"}, publications)) +
@@ -110,13 +110,13 @@ Reply ShowStatistics(SiteFeed& feed) {
 
 }  // namespace
 
-void AddShowPages(Pages& pages, SiteFeed& feed, DocumentShelf& shelf) {
+void AddShowPages(Pages& pages, SiteFeed& feed, DocumentCache& documents) {
     const auto add = [&](const char* path, std::function<Reply(const Question&)> answer) {
         pages.push_back({path, true, false, 0, std::move(answer)});
     };
     add("/", [](const Question&) { return ShowStart(); });
     add("/show1.aspx", [&feed](const Question&) { return ShowList(feed); });
-    add("/show2.aspx", [&feed, &shelf](const Question&) { return ShowNews(feed, shelf); });
+    add("/show2.aspx", [&feed, &documents](const Question&) { return ShowNews(feed, documents); });
     add("/show3.aspx", [&feed](const Question&) { return ShowStatistics(feed); });
 }
 

@@ -72,9 +72,9 @@ Submission ReadUrl(const Form& form) {
 // Without a line end: clients show it.
 Reply AnswerOf(const Text& text) { return {200, "text/plain", std::make_shared<const Text>(text), {}}; }
 
-Reply Take(SubmissionBox& box, LogSink& log, const Submission& submission) {
+Reply Take(SubmissionIntake& submissions, LogSink& log, const Submission& submission) {
     try {
-        const auto [number, isRepeat] = box.Take(submission);
+        const auto [number, isRepeat] = submissions.Take(submission);
         const Text id = SubmissionIdText(number);
         if (!isRepeat) return AnswerOf(id + " Thank you for your submission.");
         const char* what = submission.What == Submission::Kind::Email ? "e-mail" : "URL";
@@ -87,7 +87,7 @@ Reply Take(SubmissionBox& box, LogSink& log, const Submission& submission) {
 
 }  // namespace
 
-void AddSubmissionPages(Pages& pages, SubmissionBox& box, LogSink& log) {
+void AddSubmissionPages(Pages& pages, SubmissionIntake& submissions, LogSink& log) {
     const auto add = [&](const char* path, size_t limit, std::function<Reply(const Form&)> answer) {
         pages.push_back({path, false, true, limit, [answer = std::move(answer)](const Question& question) {
                              try {
@@ -99,11 +99,13 @@ void AddSubmissionPages(Pages& pages, SubmissionBox& box, LogSink& log) {
                              }
                          }});
     };
-    add("/SubmitEmail.aspx", EmailForm, [&box, &log](const Form& form) { return Take(box, log, ReadEmail(form)); });
-    add("/SubmitURL.aspx", UrlForm, [&box, &log](const Form& form) { return Take(box, log, ReadUrl(form)); });
-    add("/SubmissionStatus.aspx", StatusForm, [&box](const Form& form) {
+    add("/SubmitEmail.aspx", EmailForm,
+        [&submissions, &log](const Form& form) { return Take(submissions, log, ReadEmail(form)); });
+    add("/SubmitURL.aspx", UrlForm,
+        [&submissions, &log](const Form& form) { return Take(submissions, log, ReadUrl(form)); });
+    add("/SubmissionStatus.aspx", StatusForm, [&submissions](const Form& form) {
         RequireKind(form, "UPD");
-        return AnswerOf(box.StatusLines(SplitViews(Require(form, "SubIds"), ',')));
+        return AnswerOf(submissions.StatusLines(SplitViews(Require(form, "SubIds"), ',')));
     });
 }
 

@@ -20,8 +20,8 @@ constexpr std::array<std::pair<TextView, Sheet>, 3> Sheets{std::pair{TextView("u
                                                            std::pair{TextView("updates.bin"), Sheet::Framed},
                                                            std::pair{TextView("updates.xml.sig"), Sheet::Signature}};
 
-Reply Show(UpdateShelf& shelf, const Text& test, Sheet sheet) {
-    const auto shown = shelf.Latest(test);
+Reply Show(UpdateCache& updates, const Text& test, Sheet sheet) {
+    const auto shown = updates.Latest(test);
     if (sheet == Sheet::Signature && (!shown || shown->Update.Signature.empty())) {
         return PlainReply(404, shown ? "This update is not signed." : "No update is published here.");
     }
@@ -53,10 +53,10 @@ bool IsNumber(const Text& text) {
     return text.size() <= MostDigits && text.find_first_not_of("0123456789") == Text::npos && text[0] != '0';
 }
 
-Page TestPages(UpdateShelf& shelf) {
-    Page page{Text(TestFolder), true, true, SmallForm, [&shelf](const Question& question) {
+Page TestPages(UpdateCache& updates) {
+    Page page{Text(TestFolder), true, true, SmallForm, [&updates](const Question& question) {
                   const auto words = TwoWords(question.Path, TestFolder);
-                  return Show(shelf, words->first, *SheetOf(words->second));
+                  return Show(updates, words->first, *SheetOf(words->second));
               }};
     page.Owns = [](const Text& path) {
         const auto words = TwoWords(path, TestFolder);
@@ -65,10 +65,10 @@ Page TestPages(UpdateShelf& shelf) {
     return page;
 }
 
-Page FilePages(UpdateShelf& shelf) {
-    Page page{"/", true, false, 0, [&shelf](const Question& question) {
+Page FilePages(UpdateCache& updates) {
+    Page page{"/", true, false, 0, [&updates](const Question& question) {
                   const auto words = TwoWords(question.Path, "/");
-                  auto content = shelf.File(std::stoll(words->first), words->second);
+                  auto content = updates.File(std::stoll(words->first), words->second);
                   if (!content) return PlainReply(404, "There is no such file.");
                   return Reply{200, "application/octet-stream", std::move(content), {}};
               }};
@@ -81,13 +81,13 @@ Page FilePages(UpdateShelf& shelf) {
 
 }  // namespace
 
-void AddUpdatePages(Pages& pages, UpdateShelf& shelf) {
+void AddUpdatePages(Pages& pages, UpdateCache& updates) {
     for (const auto& [name, sheet] : Sheets) {
         pages.push_back({"/" + Text(name), true, true, SmallForm,
-                         [&shelf, sheet = sheet](const Question&) { return Show(shelf, {}, sheet); }});
+                         [&updates, sheet = sheet](const Question&) { return Show(updates, {}, sheet); }});
     }
-    pages.push_back(TestPages(shelf));
-    pages.push_back(FilePages(shelf));
+    pages.push_back(TestPages(updates));
+    pages.push_back(FilePages(updates));
 }
 
 }  // namespace tb

@@ -15,14 +15,14 @@ namespace tb {
 
 // Takes clients' reports and stores them behind their backs, many at a time, so that no client waits while an import
 // holds the store.
-class ReportBox {
+class ReportQueue {
 public:
-    // Raises a StoreError when the store cannot be opened. `log` must outlive the box.
-    ReportBox(const std::filesystem::path& folder, LogSink& log);
-    ReportBox(const ReportBox&) = delete;
-    ReportBox& operator=(const ReportBox&) = delete;
+    // Raises a StoreError when the store cannot be opened. `log` must outlive the queue.
+    ReportQueue(const std::filesystem::path& folder, LogSink& log);
+    ReportQueue(const ReportQueue&) = delete;
+    ReportQueue& operator=(const ReportQueue&) = delete;
     // Stores what it still has.
-    ~ReportBox();
+    ~ReportQueue();
 
     // False when too many wait to be stored. A report that cannot be stored later is lost, with a line in the log.
     bool Take(VersionReport report);
@@ -41,10 +41,10 @@ private:
 
 // Takes submissions and tells what became of them. Clients wait for it only a moment each, so that they get an answer
 // before they give up, whatever else works on the store.
-class SubmissionBox {
+class SubmissionIntake {
 public:
     // Raises a StoreError when the store cannot be opened.
-    explicit SubmissionBox(const std::filesystem::path& folder);
+    explicit SubmissionIntake(const std::filesystem::path& folder);
 
     // The submission is on the disk when this returns. Raises a StoreError when it was not stored: the disk is full, or
     // others kept the store busy too long.

@@ -13,10 +13,10 @@
 namespace tb {
 
 // The data files.
-class DocumentShelf {
+class DocumentCache {
 public:
     // Raises a StoreError when the store cannot be read; so does Find.
-    explicit DocumentShelf(const std::filesystem::path& folder);
+    explicit DocumentCache(const std::filesystem::path& folder);
 
     // The latest document of the name, or null.
     std::shared_ptr<const StoredDocument> Find(const Text& name);
@@ -28,7 +28,7 @@ private:
 };
 
 // The versions of the program.
-class UpdateShelf {
+class UpdateCache {
 public:
     // A version as its pages have it.
     struct Shown {
@@ -38,7 +38,7 @@ public:
     };
 
     // Raises a StoreError when the store cannot be read; so do the others.
-    explicit UpdateShelf(const std::filesystem::path& folder);
+    explicit UpdateCache(const std::filesystem::path& folder);
 
     // The latest version under the name of a test version, or under none; null without it.
     std::shared_ptr<const Shown> Latest(const Text& test);

@@ -1,12 +1,12 @@
-#include "service/web/Shelves.h"
+#include "service/web/Caches.h"
 
 #include "sitedb/codec/Encryption.h"
 
 namespace tb {
 
-DocumentShelf::DocumentShelf(const std::filesystem::path& folder) : m_Store(folder, ServiceStore::Opening::Existing) {}
+DocumentCache::DocumentCache(const std::filesystem::path& folder) : m_Store(folder, ServiceStore::Opening::Existing) {}
 
-std::shared_ptr<const StoredDocument> DocumentShelf::Find(const Text& name) {
+std::shared_ptr<const StoredDocument> DocumentCache::Find(const Text& name) {
     const std::lock_guard lock(m_Mutex);
     Documents documents(m_Store);
     const auto modified = documents.ModifiedOf(name);
@@ -19,10 +19,10 @@ std::shared_ptr<const StoredDocument> DocumentShelf::Find(const Text& name) {
     return held;
 }
 
-UpdateShelf::UpdateShelf(const std::filesystem::path& folder) : m_Store(folder, ServiceStore::Opening::Existing) {}
+UpdateCache::UpdateCache(const std::filesystem::path& folder) : m_Store(folder, ServiceStore::Opening::Existing) {}
 
 // Every publication has a number of its own, and what it brings or takes away comes with it.
-void UpdateShelf::Follow() {
+void UpdateCache::Follow() {
     const std::int64_t number = Updates(m_Store).LastNumber();
     if (number == m_Number) return;
     m_Latest.clear();
@@ -30,7 +30,7 @@ void UpdateShelf::Follow() {
     m_Number = number;
 }
 
-std::shared_ptr<const UpdateShelf::Shown> UpdateShelf::Latest(const Text& test) {
+std::shared_ptr<const UpdateCache::Shown> UpdateCache::Latest(const Text& test) {
     const std::lock_guard lock(m_Mutex);
     Follow();
     if (const auto held = m_Latest.find(test); held != m_Latest.end()) return held->second;
@@ -41,7 +41,7 @@ std::shared_ptr<const UpdateShelf::Shown> UpdateShelf::Latest(const Text& test) 
     return m_Latest[test] = std::make_shared<const Shown>(Shown{std::move(*update), std::move(framed)});
 }
 
-std::shared_ptr<const Text> UpdateShelf::File(std::int64_t number, const Text& name) {
+std::shared_ptr<const Text> UpdateCache::File(std::int64_t number, const Text& name) {
     const std::lock_guard lock(m_Mutex);
     Follow();
     if (const auto held = m_Files.find({number, name}); held != m_Files.end()) return held->second;

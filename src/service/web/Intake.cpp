@@ -1,4 +1,4 @@
-#include "service/web/Boxes.h"
+#include "service/web/Intake.h"
 
 #include <chrono>
 #include <set>
@@ -18,13 +18,13 @@ constexpr int SubmissionPatience = 1'000;
 
 }  // namespace
 
-ReportBox::ReportBox(const std::filesystem::path& folder, LogSink& log)
+ReportQueue::ReportQueue(const std::filesystem::path& folder, LogSink& log)
     : m_Log(log), m_Store(folder, ServiceStore::Opening::Existing) {
     m_Store.Patience(ReportPatience);
     m_Keeper = std::thread([this] { Keep(); });
 }
 
-ReportBox::~ReportBox() {
+ReportQueue::~ReportQueue() {
     {
         const std::lock_guard lock(m_Mutex);
         m_Stop = true;
@@ -33,7 +33,7 @@ ReportBox::~ReportBox() {
     m_Keeper.join();
 }
 
-bool ReportBox::Take(VersionReport report) {
+bool ReportQueue::Take(VersionReport report) {
     {
         const std::lock_guard lock(m_Mutex);
         if (m_Waiting.size() >= MostReportsWaiting) return false;
@@ -43,7 +43,7 @@ bool ReportBox::Take(VersionReport report) {
     return true;
 }
 
-void ReportBox::Keep() {
+void ReportQueue::Keep() {
     std::unique_lock lock(m_Mutex);
     for (;;) {
         m_Wake.wait(lock, [this] { return m_Stop || !m_Waiting.empty(); });
@@ -60,24 +60,25 @@ void ReportBox::Keep() {
     }
 }
 
-SubmissionBox::SubmissionBox(const std::filesystem::path& folder) : m_Store(folder, ServiceStore::Opening::Existing) {
+SubmissionIntake::SubmissionIntake(const std::filesystem::path& folder)
+    : m_Store(folder, ServiceStore::Opening::Existing) {
     m_Store.Patience(SubmissionPatience);
     // A client deletes what we have acknowledged, so that must have reached the disk.
     m_Store.Run("PRAGMA synchronous=FULL");
 }
 
-std::unique_lock<std::timed_mutex> SubmissionBox::Turn() {
+std::unique_lock<std::timed_mutex> SubmissionIntake::Turn() {
     std::unique_lock turn(m_Mutex, TurnPatience);
     if (!turn) throw StoreError("too many submissions at a time");
     return turn;
 }
 
-Submissions::Taken SubmissionBox::Take(const Submission& submission) {
+Submissions::Taken SubmissionIntake::Take(const Submission& submission) {
     const auto turn = Turn();
     return Submissions(m_Store).Add(submission);
 }
 
-Text SubmissionBox::StatusLines(const std::vector<TextView>& ids) {
+Text SubmissionIntake::StatusLines(const std::vector<TextView>& ids) {
     const auto turn = Turn();
     Submissions submissions(m_Store);
     std::set<std::int64_t> told;
