@@ -202,7 +202,7 @@ TEST_F(SiteFeedTest, GivesEntriesAsTheListsOfToolsHoldThem) {
     ListOfSites tool;
     std::vector<Site> sites;
     ForEachSiteLine(files, (Folder.Path() / "list").string(), [&](size_t, const std::vector<Text>& fields) {
-        tool.DB.AddToDB(fields[0], fields[1], fields[2]);
+        tool.DB->AddToDB(fields[0], fields[1], fields[2]);
         for (Site& site : SitesOf(fields[0], fields[1], fields[2])) sites.push_back(std::move(site));
     });
     History.Import(sites);
@@ -214,8 +214,8 @@ TEST_F(SiteFeedTest, GivesEntriesAsTheListsOfToolsHoldThem) {
         program.Add(fields[0], fields[1], fields[2]);
     }
     EXPECT_TRUE(program.Log.Lines.empty()) << "a line was refused";
-    EXPECT_EQ(program.DB.LiveCount(), 4);
-    EXPECT_EQ(program.DB.Fingerprint(), tool.DB.Fingerprint());
+    EXPECT_EQ(program.DB->LiveCount(), 4);
+    EXPECT_EQ(program.DB->Fingerprint(), tool.DB->Fingerprint());
 }
 
 }  // namespace

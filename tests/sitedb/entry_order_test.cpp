@@ -3,46 +3,54 @@
 #include <random>
 
 #include "base/numbers.h"
-#include "sitedb/HashTable.h"
+#include "sitedb/ListOfSites.h"
 #include "sitedb/SnapshotFile.h"
-#include "sitedb/UpdateRig.h"
 
 namespace tb {
 namespace {
 
-// The list as it was designed: a hash table from scrambled domains, case ignored, to lists of records.
+// The list as it was designed, without an index: scrambled domains, case ignored, in 1024 chains that grow at the tail,
+// each with its records.
 class PlainModel {
 public:
-    PlainModel() { m_Domains.IgnoreCase(true); }
-
     void Add(const Text& url, const Text& domain, const Text& rest) {
-        List list = m_Domains.Item(ScrambleByLength(domain));
-        if (!list) list = std::make_shared<std::vector<std::pair<Text, Text>>>();
-        if (Find(*list, url) == list->end()) list->emplace_back(url, url + rest);
-        m_Domains.Item(ScrambleByLength(domain), list);
+        Chain& chain = ChainOf(domain);
+        auto found = Find(chain, KeyOf(domain));
+        if (found == chain.end()) found = chain.insert(found, {KeyOf(domain), {}});
+        if (Find(found->second, url) == found->second.end()) found->second.emplace_back(url, url + rest);
     }
     void Delete(const Text& url, const Text& domain) {
-        const List list = m_Domains.Item(ScrambleByLength(domain));
-        if (!list) return;
-        const auto found = Find(*list, url);
-        if (found != list->end()) list->erase(found);
-        if (list->empty()) m_Domains.Remove(ScrambleByLength(domain));
+        Chain& chain = ChainOf(domain);
+        const auto found = Find(chain, KeyOf(domain));
+        if (found == chain.end()) return;
+        const auto member = Find(found->second, url);
+        if (member != found->second.end()) found->second.erase(member);
+        if (found->second.empty()) chain.erase(found);
     }
     Lines Records() const {
         Lines records;
-        for (const List& list : m_Domains.Values()) {
-            for (const auto& [url, record] : *list) records.push_back(record);
+        for (const Chain& chain : m_Buckets) {
+            for (const auto& [key, list] : chain) {
+                for (const auto& [url, record] : list) records.push_back(record);
+            }
         }
         return records;
     }
 
 private:
-    using List = std::shared_ptr<std::vector<std::pair<Text, Text>>>;
-    static std::vector<std::pair<Text, Text>>::iterator Find(std::vector<std::pair<Text, Text>>& list,
-                                                             const Text& url) {
-        return std::find_if(list.begin(), list.end(), [&](const auto& member) { return member.first == url; });
+    using List = std::vector<std::pair<Text, Text>>;
+    using Chain = std::vector<std::pair<Text, List>>;
+
+    static Text KeyOf(const Text& domain) { return UpperCase(ScrambleByLength(domain)); }
+    Chain& ChainOf(const Text& domain) {
+        return m_Buckets[static_cast<size_t>(HashSlots::HashOfKey(KeyOf(domain)) % 1024)];
     }
-    HashTable<List> m_Domains;
+    template <typename Pairs>
+    static typename Pairs::iterator Find(Pairs& pairs, const Text& first) {
+        return std::find_if(pairs.begin(), pairs.end(), [&](const auto& member) { return member.first == first; });
+    }
+
+    std::vector<Chain> m_Buckets = std::vector<Chain>(1024);
 };
 
 Lines RecordsOf(Files& files, const FakeFiles::Path& path) {
@@ -69,7 +77,7 @@ TEST(EntryOrder, StaysThatOfListsInAHashTable) {
     }
     for (int number = 0; number < 300; ++number)
         domains.emplace_back("h" + std::to_string(number), "h" + std::to_string(number));
-    UpdateRig rig;
+    ListOfSites rig;
     PlainModel model;
     for (int round = 100; round < 140; ++round) {
         Text text = "202611210" + std::to_string(round) + "\n0";
@@ -87,7 +95,7 @@ TEST(EntryOrder, StaysThatOfListsInAHashTable) {
             }
         }
         rig.Update(text);
-        ASSERT_EQ(RecordsOf(rig.Storage, UpdateRig::File(rig.DB->LastTimestamp())), model.Records()) << round;
+        ASSERT_EQ(RecordsOf(rig.Storage, ListOfSites::File(rig.DB->LastTimestamp())), model.Records()) << round;
         ASSERT_EQ(rig.DB->LiveCount(), static_cast<std::int32_t>(model.Records().size()));
     }
 }

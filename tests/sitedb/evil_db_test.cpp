@@ -6,8 +6,6 @@
 namespace tb {
 namespace {
 
-using Lines = std::vector<Text>;
-
 TEST(EvilDB, WalksTheHostsSuffixesLongestFirst) {
     ListOfSites sites;
     sites.Add("http://www.a.evil.example", "2", "long");
@@ -48,10 +46,10 @@ TEST(EvilDB, ExpectationsChangeNoAnswer) {
     ListOfSites sites;
     sites.Add("http://evil.example/a", "2", "a");
     sites.Add("http://gone.example");
-    sites.DB.Expect({"http://www.evil.example/a", "http://gone.example", "http://new.example", "no URL", "http:///",
-                     "http://a.b.c.d.e.evil.example/A"});
+    sites.DB->Expect({"http://www.evil.example/a", "http://gone.example", "http://new.example", "no URL", "http:///",
+                      "http://a.b.c.d.e.evil.example/A"});
     sites.Add("http://new.example", "2", "new");
-    sites.DB.DelFromDB("http://gone.example", "", "");
+    sites.DB->DelFromDB("http://gone.example", "", "");
     EXPECT_EQ(sites.Hit("http://new.example"), "new");
     EXPECT_EQ(sites.Hit("http://www.evil.example/a"), "a");
     EXPECT_EQ(sites.Hit("http://www.evil.example/b"), "-");
@@ -60,21 +58,38 @@ TEST(EvilDB, ExpectationsChangeNoAnswer) {
     EXPECT_EQ(sites.Hit("http:///"), "-");
     EXPECT_EQ(sites.Log.Take(), Lines{"0 Malicious Database IsEvil Error:: 9 Subscript out of range"});
     for (int time = 0; time < 2; ++time) EXPECT_EQ(sites.Hit("http://a.b.c.d.e.evil.example/A"), "a");
-    sites.DB.Expect({"http://evil.example/a", "http://" + Text(70000, '.') + "/"});
+    sites.DB->Expect({"http://evil.example/a", "http://" + Text(70000, '.') + "/"});
     EXPECT_EQ(sites.Hit("http://evil.example/a"), "a");
     EXPECT_EQ(sites.Log.Take(), Lines{});
 }
 
-// A host with many paths has an index of them; the first entry that fits counts all the same, not the longest.
+// A host with many paths has an index of them; the first entry that fits counts all the same, not the longest, and an
+// entry without a number fails what reaches it, wherever in memory the entries lie.
 TEST(EvilDB, OfALongListTheFirstEntryThatFitsCounts) {
     ListOfSites sites;
+    const Text filler(30000, 'f');
+    for (int path = 0; path < 40; ++path) sites.Add("http://gone.example/" + std::to_string(path), "2", filler);
     for (int path = 0; path < 40; ++path) sites.Add("http://long.example/p" + std::to_string(path) + "/", "2", "other");
     sites.Add("http://long.example/deep/er", "2", "first");
     sites.Add("http://long.example/deep", "2", "second");
     sites.Add("http://long.example/deep/er/est", "2", "third");
-    EXPECT_EQ(sites.Hit("http://long.example/deep/er/est"), "first");
-    EXPECT_EQ(sites.Hit("http://long.example/deep/e"), "second");
-    EXPECT_EQ(sites.Hit("http://long.example/dee"), "-");
+    sites.Add("http://long.example/de", "none", "fourth");
+    sites.Add("http://long.example/d", "2", "last");
+    const auto expect = [&](const Text& failing, const Text& behind) {
+        EXPECT_EQ(sites.Hit("http://long.example/deep/er/est"), "first");
+        EXPECT_EQ(sites.Hit("http://long.example/deep/e"), "second");
+        EXPECT_TRUE(sites.Log.Take().empty());
+        EXPECT_EQ(sites.Hit("http://long.example/d" + failing), behind);
+        EXPECT_EQ(sites.Log.Take().empty(), behind != "-");
+    };
+    expect("ee", "-");
+    Text emptied = "202611210900\n0";
+    for (int path = 0; path < 40; ++path) emptied += "\n-\thttp://gone.example/" + std::to_string(path) + "\t\t";
+    sites.Update(emptied);
+    expect("ee", "-");
+    expect("x", "-");
+    sites.DB->DelFromDB("http://long.example/de", "", "");
+    expect("ee", "last");
 }
 
 TEST(EvilDB, MatchesTheDecodedEntryAsAPrefix) {
@@ -84,7 +99,6 @@ TEST(EvilDB, MatchesTheDecodedEntryAsAPrefix) {
     sites.Add("http://caps.example/%41", "2", "never");
     EXPECT_EQ(sites.Hit("http://evil.example/a/b"), "escaped");
     EXPECT_EQ(sites.Hit("http://www.evil.example/offer/login.html?a=1"), "offer");
-    EXPECT_EQ(sites.Hit("http://evil.example/offers"), "offer");
     EXPECT_EQ(sites.Hit("https://evil.example/offer"), "-");
     EXPECT_EQ(sites.Hit("http://evil.example?x"), "-");
     EXPECT_EQ(sites.Hit("http://caps.example/A"), "-");
@@ -105,7 +119,7 @@ TEST(EvilDB, CategoryOneIsPassedOverAndTheSearchGoesOn) {
               Lines{"0 Malicious Database IsEvil Error:: 91 Object variable or With block variable not set"});
     Text category;
     Text validated;
-    EXPECT_TRUE(sites.DB.IsEvil("http://evil.example/offer", category, validated));
+    EXPECT_TRUE(sites.DB->IsEvil("http://evil.example/offer", category, validated));
     EXPECT_EQ(category, "Banking or Credit Card Spoof");
 }
 
@@ -131,23 +145,23 @@ TEST(EvilDB, AddsOnceAndDeletesByUrl) {
     EXPECT_EQ(sites.Log.Take(), Lines{"1 MalDB.AddToDB: dup entry - http://evil.example/a (2)"});
     EXPECT_EQ(sites.Hit("http://evil.example/a"), "first");
     sites.Add("http://evil.example/b");
-    EXPECT_EQ(sites.DB.LiveCount(), 2);
-    EXPECT_EQ(sites.DB.Count(), 0);
-    sites.DB.DelFromDB("http://evil.example/absent", "", "");
-    sites.DB.DelFromDB("http://EVIL.example/a//", "9", "any");
+    EXPECT_EQ(sites.DB->LiveCount(), 2);
+    EXPECT_EQ(sites.DB->Count(), 0);
+    sites.DB->DelFromDB("http://evil.example/absent", "", "");
+    sites.DB->DelFromDB("http://EVIL.example/a//", "9", "any");
     EXPECT_TRUE(sites.Log.Take().empty());
     EXPECT_EQ(sites.Hit("http://evil.example/a"), "-");
-    sites.DB.DelFromDB("http://evil.example/b", "", "");
-    sites.DB.DelFromDB("http://evil.example/b", "", "");
+    sites.DB->DelFromDB("http://evil.example/b", "", "");
+    sites.DB->DelFromDB("http://evil.example/b", "", "");
     EXPECT_EQ(sites.Log.Take(), (Lines{"1 MalDB.DelFromDB: domain removed (evil.example)",
                                        "1 MalDB.DelFromDB: no domain (evil.example)"}));
-    EXPECT_EQ(sites.DB.LiveCount(), 0);
+    EXPECT_EQ(sites.DB->LiveCount(), 0);
 }
 
 TEST(EvilDB, RefusesWhatIsNoEntry) {
     ListOfSites sites;
     sites.Add("Evil.Example%41/");
-    sites.DB.DelFromDB("Evil.Example%41/", "", "");
+    sites.DB->DelFromDB("Evil.Example%41/", "", "");
     sites.Add("http:///x");
     sites.Add("http://long.example/" + Text(32768, 'x'));
     EXPECT_EQ(sites.Log.Take(),
@@ -171,15 +185,14 @@ TEST(SiteMatch, SubJoinDropsEmptyLeadingParts) {
     RecordedLog log;
     const SiteMatch match("Malicious Database ", [&](const Text& line) { log.WriteLog(line, LogLevel::Always); });
     EXPECT_EQ(match.SubJoin({"", "", "a", "b"}, 0, 3, "."), "a.b");
-    EXPECT_EQ(match.SubJoin({"a", "", "b"}, 0, 2, "."), "a..b");
-    EXPECT_EQ(match.SubJoin({"a", "b", ""}, 0, 2, "."), "a.b.");
+    EXPECT_EQ(match.SubJoin({"a", "", ""}, 0, 2, "."), "a..");
     EXPECT_EQ(match.SubJoin({"a"}, 1, 0, "."), "");
     EXPECT_TRUE(log.Take().empty());
     EXPECT_EQ(match.SubJoin({"a"}, 0, 1, "."), "");
     EXPECT_EQ(match.Substitution({"a", "b"}, 2, "x"), "");
     EXPECT_EQ(log.Take(), (Lines{"0 Malicious Database SubJoin Error: 9 Subscript out of range",
                                  "0 Malicious Database Substitution Error: 9 Subscript out of range"}));
-    EXPECT_TRUE(SiteMatch::InitialMatch("abc", ""));
+    EXPECT_EQ(match.Substitution({"a", "b", "c"}, 1, "x"), "a/x/c");
     EXPECT_FALSE(SiteMatch::InitialMatch("abc", "abcd"));
 }
 

@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <list>
-#include <random>
-
 #include "fakes/Raised.h"
 
 namespace tb {
@@ -50,8 +46,9 @@ TEST(HashTable, RaisesWhereTheTermsAreBroken) {
 TEST(HashTable, CanIgnoreCase) {
     HashTable<Text> table;
     table.IgnoreCase(true);
-    table.Item("AbCd\xE9", "x");
-    EXPECT_TRUE(table.Exists("aBcD\xC9"));
+    table.Item("AbCd\xE9", "w");
+    table.Item("abcd\xE9", "x");
+    EXPECT_EQ(table.Item("aBcD\xC9"), "x");
     EXPECT_EQ(table.Keys(), std::vector<Text>{"ABCD\xC9"});
     EXPECT_EQ(table.Item("absent"), "");
     EXPECT_EQ(table.Count(), 1);
@@ -70,67 +67,11 @@ TEST(HashTable, GrowsBySlotsOf1024) {
         table.Add("key" + std::to_string(number), number);
     }
     EXPECT_EQ(table.SlotCount(), 4097U);
-}
-
-// The table told as it was designed, without an index: chains in buckets, grown at the tail.
-class ChainModel {
-public:
-    void Put(const Text& key, int value) {
-        auto& chain = Chain(key);
-        const auto found = Find(chain, key);
-        if (found != chain.end()) {
-            found->second = value;
-        } else {
-            chain.emplace_back(key, value);
-        }
-    }
-    bool Erase(const Text& key) {
-        auto& chain = Chain(key);
-        const auto found = Find(chain, key);
-        if (found == chain.end()) return false;
-        chain.erase(found);
-        return true;
-    }
-    std::vector<std::pair<Text, int>> Walk() const {
-        std::vector<std::pair<Text, int>> all;
-        for (const auto& chain : m_Buckets) all.insert(all.end(), chain.begin(), chain.end());
-        return all;
-    }
-
-private:
-    using ChainList = std::list<std::pair<Text, int>>;
-    ChainList& Chain(const Text& key) { return m_Buckets[static_cast<size_t>(HashSlots::HashOfKey(key) % 1024)]; }
-    static ChainList::iterator Find(ChainList& chain, const Text& key) {
-        return std::find_if(chain.begin(), chain.end(), [&](const auto& item) { return item.first == key; });
-    }
-    std::vector<ChainList> m_Buckets = std::vector<ChainList>(1024);
-};
-
-TEST(HashTable, WalksLikeChainsThroughAddsAndRemoves) {
-    std::mt19937 random(7);
-    HashTable<int> table;
-    ChainModel model;
-    for (int step = 0; step < 60000; ++step) {
-        // Few different words, so that chains are long and removals hit heads, middles and tails.
-        const Text key =
-            std::string(1 + random() % 3, static_cast<char>('a' + random() % 4)) + std::to_string(random() % 900);
-        if (random() % 5 < 3) {
-            table.Item(key, step);
-            model.Put(key, step);
-        } else {
-            ASSERT_EQ(Raised([&] { table.Remove(key); }), model.Erase(key) ? 0 : 5);
-        }
-        if (step % 5000 != 4999) continue;
-        const auto walk = model.Walk();
-        const std::vector<Text> keys = table.Keys();
-        const std::vector<int> values = table.Values();
-        ASSERT_EQ(keys.size(), walk.size());
-        for (size_t index = 0; index < walk.size(); ++index) {
-            ASSERT_EQ(keys[index], walk[index].first);
-            ASSERT_EQ(values[index], walk[index].second);
-            ASSERT_EQ(table.Item(keys[index]), values[index]);
-        }
-    }
+    table.Remove("key7");
+    const std::vector<Text> keys = table.Keys();
+    const std::vector<int> values = table.Values();
+    ASSERT_EQ(keys.size(), 3072U);
+    for (size_t index = 0; index < keys.size(); ++index) ASSERT_EQ(keys[index], "key" + std::to_string(values[index]));
 }
 
 TEST(HashTable, ARemovedSlotIsTheNextToBeUsed) {

@@ -1,46 +1,36 @@
 #include <gtest/gtest.h>
 
 #include "fakes/Raised.h"
-#include "sitedb/UpdateRig.h"
+#include "sitedb/ListOfSites.h"
 
 namespace tb {
 namespace {
 
-// Stamps without their year, which is 2005.
-Lines Full(const Lines& stamps) {
-    Lines full;
-    for (const Text& stamp : stamps) full.push_back("2005" + stamp);
-    return full;
-}
-
 TEST(Prune, KeepsFiveAndTheNewestThatIsADayOld) {
     const Text newest = "11300600";
-    struct Case {
-        Lines Stamps;
-        Lines Deleted;
-    };
-    const std::vector<Case> cases{
+    // Stamps without their year, and those of them that go.
+    const std::vector<std::pair<Lines, Lines>> cases{
         {{"11300100", "11300200", "11300300", "11300400", "11300500", newest}, {"11300100"}},
         {{"11281200", "11300200", "11300300", "11300400", "11300500", newest}, {"11300200"}},
         {{"11250000", "11280000", "11300200", "11300300", "11300400", "11300500", newest}, {"11250000", "11300200"}},
         {{"11290600", "11290601", "11300300", "11300400", "11300500", newest}, {"11290601"}},
         {{"11250000", "11280000", "11300300", "11300400", newest}, {}},
     };
-    for (const Case& example : cases) {
-        UpdateRig rig;
+    for (const auto& [stamps, deleted] : cases) {
+        ListOfSites rig;
         Lines expected;
-        for (const Text& stamp : Full(example.Stamps)) {
-            rig.Storage.Contents[UpdateRig::File(stamp)];
-            expected.push_back("1 MalDB.PruneFiles: TBDB" + stamp + ".BIN");
+        for (const Text& stamp : stamps) {
+            rig.Storage.Contents[ListOfSites::File("2005" + stamp)];
+            expected.push_back("1 MalDB.PruneFiles: TBDB2005" + stamp + ".BIN");
         }
-        for (const Text& stamp : Full(example.Deleted)) {
-            rig.Storage.ReadOnly.insert(UpdateRig::File(stamp));
-            expected.push_back("1 MalDB.PruneFiles - Delete: TBDB" + stamp + ".BIN");
+        for (const Text& stamp : deleted) {
+            rig.Storage.ReadOnly.insert(ListOfSites::File("2005" + stamp));
+            expected.push_back("1 MalDB.PruneFiles - Delete: TBDB2005" + stamp + ".BIN");
         }
-        rig.DB->PruneFiles(5, Full({newest})[0]);
+        rig.DB->PruneFiles(5, "2005" + newest);
         EXPECT_EQ(rig.Log.Take(), expected);
-        for (const Text& stamp : Full(example.Deleted)) EXPECT_FALSE(rig.Storage.Exists(UpdateRig::File(stamp)));
-        EXPECT_EQ(rig.Storage.Contents.size(), example.Stamps.size() - example.Deleted.size());
+        for (const Text& stamp : deleted) EXPECT_FALSE(rig.Storage.Exists(ListOfSites::File("2005" + stamp)));
+        EXPECT_EQ(rig.Storage.Contents.size(), stamps.size() - deleted.size());
     }
 }
 
@@ -60,7 +50,7 @@ TEST(Prune, SparesTheNewestNotLaterThanOneDayBefore) {
 }
 
 TEST(Prune, LooksAtSnapshotsOnly) {
-    UpdateRig rig;
+    ListOfSites rig;
     for (const char* name :
          {"TBDB2.BIN", "tbdb3.bin", "TBDB.BIN", "TBDB9.BINX", "TBDB9.BIN.tmp~", "XTBDB9.BIN", "TBD.BIN"}) {
         rig.Storage.Contents[FakeFiles::Path("Data") / name];
@@ -81,9 +71,9 @@ TEST(Prune, LooksAtSnapshotsOnly) {
 }
 
 TEST(Prune, TakesAFileThatCouldNotBeReadInItsTurn) {
-    UpdateRig rig;
+    ListOfSites rig;
     rig.Update("202611210900\n1\n+\thttp://evil.example\t2\tv\n");
-    rig.Storage.Contents[UpdateRig::File("202611210900")].pop_back();
+    rig.Storage.Contents[ListOfSites::File("202611210900")].pop_back();
     const auto files = rig.Storage.Contents;
     // The service comes with the file's own stamp, or with later ones only.
     for (const int first : {0, 1}) {

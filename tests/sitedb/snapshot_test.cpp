@@ -1,15 +1,11 @@
 #include <gtest/gtest.h>
 
 #include "fakes/AnotherCodePage.h"
-#include "fakes/TestFolder.h"
 #include "sitedb/ListOfSites.h"
-#include "sitedb/codec/Encryption.h"
 #include "sitedb/codec/cCRC32.h"
 
 namespace tb {
 namespace {
-
-using Lines = std::vector<Text>;
 
 const Text NewStamp = "202611210900";
 const Text OldStamp = "202611200900";
@@ -22,105 +18,96 @@ Text Number(std::uint32_t value) {
     return bytes;
 }
 
-// Writes a snapshot of `count` sites.
-void Save(const TestFolder& folder, const Text& stamp, int count) {
-    ListOfSites sites(folder.Path());
-    for (int index = 0; index < count; ++index) {
-        sites.Add("http://site" + std::to_string(index) + ".example/" + std::to_string(index % 3), "2", "v" + stamp);
+// A snapshot of these records, as the format has it.
+Text FileOf(const Lines& records) {
+    Text entries;
+    std::int32_t fingerprint = 0;
+    for (const Text& record : records) {
+        const Text scrambled = ScrambleByLength(record);
+        fingerprint = cCRC32().GetStringCrc32(scrambled, fingerprint);
+        entries += Number(static_cast<std::uint32_t>(scrambled.size())) + scrambled;
     }
-    ASSERT_TRUE(sites.DB.SaveDB(stamp, count == 0 ? 0 : sites.DB.Fingerprint()));
-    ASSERT_EQ(sites.DB.Count(), count);
+    return Text("\x01\0", 2) + Number(12) + ScrambleByLength(NewStamp) +
+           Number(static_cast<std::uint32_t>(fingerprint)) + Number(static_cast<std::uint32_t>(records.size())) +
+           entries;
 }
 
-TEST(Snapshot, HasTheLayoutOfItsFormat) {
-    const TestFolder folder;
-    ListOfSites sites(folder.Path());
-    sites.Add("http://evil.example", "2", "11/21/2026");
-    const std::int32_t fingerprint = sites.DB.Fingerprint();
-    ASSERT_TRUE(sites.DB.SaveDB(NewStamp, fingerprint));
-    const Text entry = ScrambleByLength("http://evil.example\t2\t11/21/2026");
-    EXPECT_EQ(fingerprint, cCRC32().GetStringCrc32(entry, 0));
-    EXPECT_EQ(folder.Read(NewFile), Text("\x01\0", 2) + Number(12) + ScrambleByLength(NewStamp) +
-                                        Number(static_cast<std::uint32_t>(fingerprint)) + Number(1) +
-                                        Number(static_cast<std::uint32_t>(entry.size())) + entry);
-    EXPECT_EQ(folder.Names(), NewFile);
+class SnapshotTest : public testing::Test, protected ListOfSites {
+protected:
+    // Writes a snapshot of so many sites, as a program of its own.
+    void Save(const Text& stamp, int count) {
+        Renew();
+        for (int index = 0; index < count; ++index) {
+            Add("http://site" + std::to_string(index) + ".example/" + std::to_string(index % 3), "2", "v" + stamp);
+        }
+        ASSERT_TRUE(DB->SaveDB(stamp, DB->Fingerprint()));
+        ASSERT_EQ(DB->Count(), count);
+        Renew();
+        Log.Take();
+    }
+    bool Loads() { return DB->LoadDB(File(NewStamp), 0); }
+    bool Restores() { return DB->RestoreDB(Corrupt); }
+    Text& NewContent() { return Storage.Contents[File(NewStamp)]; }
+
+    bool Corrupt = false;
+};
+
+TEST_F(SnapshotTest, HasTheLayoutOfItsFormat) {
+    Add("http://evil.example", "2", "11/21/2026");
+    ASSERT_TRUE(DB->SaveDB(NewStamp, DB->Fingerprint()));
+    EXPECT_EQ(NewContent(), FileOf({"http://evil.example\t2\t11/21/2026"}));
+    EXPECT_EQ(Snapshots(), NewStamp);
 }
 
 // The order of the entries, and with it the fingerprint, is that of their scrambled hosts, which are no text.
-TEST(Snapshot, IsTheSameInEveryCodePage) {
-    const TestFolder folder;
-    ListOfSites sites(folder.Path());
+TEST_F(SnapshotTest, IsTheSameInEveryCodePage) {
     // Between them the scrambled hosts have every byte beyond ASCII.
     for (const char first : TextView("89abcdef")) {
-        for (const char second : TextView("0123456789abcdef"))
-            sites.Add(Text("http://%") + first + second + ".example");
+        for (const char second : TextView("0123456789abcdef")) Add(Text("http://%") + first + second + ".example");
     }
-    ASSERT_TRUE(sites.DB.SaveDB(NewStamp, sites.DB.Fingerprint()));
+    ASSERT_TRUE(DB->SaveDB(NewStamp, DB->Fingerprint()));
     const AnotherCodePage page;
-    ListOfSites loaded(folder.Path());
-    EXPECT_TRUE(loaded.DB.LoadDB(folder.Path() / NewFile, 0));
-    EXPECT_EQ(loaded.DB.LiveCount(), 128);
+    Renew();
+    EXPECT_TRUE(Loads());
+    EXPECT_EQ(DB->LiveCount(), 128);
 }
 
-TEST(Snapshot, LoadsBackInTheSameOrder) {
-    const TestFolder folder;
-    Save(folder, NewStamp, 250);
-    ListOfSites sites(folder.Path());
-    Lines percents;
-    sites.DB.EvilLoadPercent.Connect([&](std::int16_t percent) { percents.push_back(std::to_string(percent)); });
-    bool corrupt = true;
-    EXPECT_TRUE(sites.DB.RestoreDB(corrupt));
-    EXPECT_FALSE(corrupt);
-    EXPECT_EQ(percents, (Lines{"0", "40", "80", "100"}));
-    EXPECT_EQ(sites.DB.LastTimestamp(), NewStamp);
-    EXPECT_EQ(sites.DB.Count(), 250);
-    EXPECT_EQ(sites.Hit("http://www.site249.example/0/x"), "v" + NewStamp);
-    EXPECT_EQ(sites.Log.Take(), Lines{"0 Malicious Database Load " + NewFile + ": OK"});
-    const Text before = folder.Read(NewFile);
-    ASSERT_TRUE(sites.DB.SaveDB(NewStamp, sites.DB.Fingerprint()));
-    EXPECT_EQ(folder.Read(NewFile), before);
-    sites.Debug = true;
-    EXPECT_TRUE(sites.DB.RestoreDB(corrupt));
-    EXPECT_EQ(sites.Log.Take(), Lines{"0 Malicious Database Load " + NewFile + ": 250"});
+TEST_F(SnapshotTest, LoadsBackInTheSameOrder) {
+    Save(NewStamp, 250);
+    const Text before = NewContent();
+    EXPECT_TRUE(Restores());
+    EXPECT_FALSE(Corrupt);
+    EXPECT_EQ(DB->LastTimestamp(), NewStamp);
+    EXPECT_EQ(DB->Count(), 250);
+    EXPECT_EQ(Hit("http://www.site249.example/0/x"), "v" + NewStamp);
+    EXPECT_EQ(Log.Take(), Lines{"0 Malicious Database Load " + NewFile + ": OK"});
+    ASSERT_TRUE(DB->SaveDB(NewStamp, DB->Fingerprint()));
+    EXPECT_EQ(NewContent(), before);
+    Debug = true;
+    EXPECT_TRUE(Restores());
+    EXPECT_EQ(Log.Take(), Lines{"0 Malicious Database Load " + NewFile + ": 250"});
 }
 
-TEST(Snapshot, AnEmptyListIsSavedAndLoadsWithItsLine) {
-    const TestFolder folder;
-    Save(folder, NewStamp, 0);
-    EXPECT_EQ(folder.Read(NewFile).size(), 26U);
-    ListOfSites sites(folder.Path());
-    bool corrupt = false;
-    EXPECT_TRUE(sites.DB.RestoreDB(corrupt));
-    EXPECT_EQ(sites.Log.Take(), (Lines{"0 Malicious Database Fingerprint Error: 9 Subscript out of range",
-                                       "0 Malicious Database Load " + NewFile + ": OK"}));
-}
-
-TEST(Snapshot, AWrongFingerprintOrStampIsDeletedAndTheNextOneLoads) {
-    const TestFolder folder;
-    Save(folder, OldStamp, 3);
-    Save(folder, NewStamp, 5);
-    Text damaged = folder.Read(NewFile);
-    damaged.back() = static_cast<char>(damaged.back() ^ 1);
-    folder.Write(NewFile, damaged);
-    folder.Write("TBDB202611220000.BIN", folder.Read(OldFile));
-    folder.Write("TBDB202611220000.BINX", "another program's");
-    ListOfSites sites(folder.Path());
-    bool corrupt = false;
-    EXPECT_TRUE(sites.DB.RestoreDB(corrupt));
-    EXPECT_TRUE(corrupt);
-    EXPECT_EQ(sites.DB.LastTimestamp(), OldStamp);
-    EXPECT_EQ(sites.DB.LiveCount(), 3);
-    EXPECT_EQ(sites.Log.Take(),
+TEST_F(SnapshotTest, AWrongFingerprintOrStampIsDeletedAndTheNextOneLoads) {
+    Save(OldStamp, 3);
+    Save(NewStamp, 5);
+    NewContent().back() ^= 1;
+    Storage.Contents[File("202611220000")] = Storage.Contents[File(OldStamp)];
+    Storage.Contents["Data/TBDB202611220000.BINX"] = "another program's";
+    EXPECT_TRUE(Restores());
+    EXPECT_TRUE(Corrupt);
+    EXPECT_EQ(DB->LastTimestamp(), OldStamp);
+    EXPECT_EQ(DB->LiveCount(), 3);
+    EXPECT_EQ(Log.Take(),
               (Lines{"1 MalDB.RestoreDB: Corrupt file - TBDB202611220000.BIN",
                      "1 MalDB.RestoreDB: Corrupt file - " + NewFile, "0 Malicious Database Load " + OldFile + ": OK"}));
-    EXPECT_EQ(folder.Names(), OldFile + " TBDB202611220000.BINX");
+    EXPECT_EQ(Snapshots(), OldStamp + " TBDB202611220000.BINX");
 }
 
 // A file that cannot be read to its end, or is of another version, is not destroyed and ends the search.
-TEST(Snapshot, AFileOfAnotherVersionOrCutShortStays) {
-    const TestFolder whole;
-    Save(whole, NewStamp, 4);
-    const Text good = whole.Read(NewFile);
+TEST_F(SnapshotTest, AFileOfAnotherVersionOrCutShortStays) {
+    Save(NewStamp, 4);
+    const Text good = NewContent();
     const Text entryPart = good.substr(26);
     const std::vector<std::pair<Text, Text>> cases{
         {"\x02" + good.substr(1), ""},
@@ -134,73 +121,56 @@ TEST(Snapshot, AFileOfAnotherVersionOrCutShortStays) {
         {good.substr(0, 22) + Number(5) + entryPart, "62 Input past end of file"},
         {good.substr(0, 26) + Number(0) + entryPart.substr(4), "9 Subscript out of range"},
     };
+    Save(OldStamp, 2);
     for (const auto& [content, error] : cases) {
-        const TestFolder folder;
-        Save(folder, OldStamp, 2);
-        folder.Write(NewFile, content);
-        ListOfSites sites(folder.Path());
-        bool corrupt = true;
-        EXPECT_FALSE(sites.DB.RestoreDB(corrupt));
-        EXPECT_FALSE(corrupt);
-        EXPECT_EQ(sites.DB.LastTimestamp(), "200001010000");
+        NewContent() = content;
+        Renew();
+        EXPECT_FALSE(Restores());
+        EXPECT_FALSE(Corrupt);
+        EXPECT_EQ(DB->LastTimestamp(), "200001010000");
         Lines expected;
         if (!error.empty()) expected.push_back("0 Malicious Database Load Error: " + error);
         expected.push_back("1 MalDB.RestoreDB: Corrupt file - " + NewFile);
         expected.push_back("0 Malicious Database Restore Error: 70 Permission denied");
-        EXPECT_EQ(sites.Log.Take(), expected);
-        EXPECT_EQ(folder.Names(), OldFile + " " + NewFile);
-        // From here on it can be replaced, and pruned in its turn.
-        sites.Storage.Delete(folder.Path() / NewFile);
+        EXPECT_EQ(Log.Take(), expected);
+        EXPECT_EQ(Snapshots(), OldStamp + " " + NewStamp);
+        EXPECT_EQ(Storage.OpenCount(), 0U) << "from here on it can be replaced, and pruned in its turn";
     }
 }
 
-TEST(Snapshot, EntriesThatTheRulesRefuseRejectTheFile) {
-    const TestFolder folder;
-    const auto write = [&](const std::vector<Text>& records) {
-        Text entries;
-        std::int32_t fingerprint = 0;
-        for (const Text& record : records) {
-            const Text scrambled = ScrambleByLength(record);
-            fingerprint = cCRC32().GetStringCrc32(scrambled, fingerprint);
-            entries += Number(static_cast<std::uint32_t>(scrambled.size())) + scrambled;
-        }
-        folder.Write(NewFile, Text("\x01\0", 2) + Number(12) + ScrambleByLength(NewStamp) +
-                                  Number(static_cast<std::uint32_t>(fingerprint)) +
-                                  Number(static_cast<std::uint32_t>(records.size())) + entries);
-    };
-    ListOfSites sites(folder.Path());
-    write({"http://a.example\t2\tv"});
-    EXPECT_TRUE(sites.DB.LoadDB(folder.Path() / NewFile, 0));
-    for (const std::vector<Text>& records : {std::vector<Text>{"http://a.example\t2\tv", "http://a.example\t2\tw"},
-                                             {"http://A.example\t2\tv"},
-                                             {"http://a.example\t2"},
-                                             {"a.example\t2\tv"}}) {
-        write(records);
-        EXPECT_FALSE(sites.DB.LoadDB(folder.Path() / NewFile, 0)) << records.back();
-        EXPECT_EQ(sites.DB.LiveCount(), 0);
+TEST_F(SnapshotTest, EntriesThatTheRulesRefuseRejectTheFile) {
+    NewContent() = FileOf({"http://a.example\t2\tv"});
+    EXPECT_TRUE(Loads());
+    for (const Lines& records : {Lines{"http://a.example\t2\tv", "http://a.example\t2\tw"},
+                                 {"http://A.example\t2\tv"},
+                                 {"http://a.example\t2"},
+                                 {"a.example\t2\tv"},
+                                 // Slashes behind the URL make no host.
+                                 {"a.example\t2\t//v"},
+                                 {"http:/\t2\t/a.example/"}}) {
+        NewContent() = FileOf(records);
+        EXPECT_FALSE(Loads()) << records.back();
+        EXPECT_EQ(DB->LiveCount(), 0);
     }
+    NewContent() = FileOf({"http://a.example\t2\t/v"});
+    EXPECT_TRUE(Loads());
+    EXPECT_TRUE(Hits("http://a.example")) << "nor do they end one";
 }
 
-TEST(Snapshot, SavingFailsWithALineAndLeavesTheFile) {
-    const TestFolder folder;
-    Save(folder, NewStamp, 2);
-    const Text before = folder.Read(NewFile);
-    ListOfSites sites(folder.Path());
-    sites.Add("http://evil.example");
-    std::filesystem::permissions(folder.Path() / NewFile, std::filesystem::perms::owner_read);
-    EXPECT_FALSE(sites.DB.SaveDB(NewStamp, 0));
-    EXPECT_FALSE(sites.DB.SaveDB("../evil", 0));
-    EXPECT_EQ(sites.Log.Take(), (Lines{"0 Malicious Database Save Error: 70 Permission denied",
-                                       "0 Malicious Database Save Error: 75 Path/File access error"}));
-    EXPECT_EQ(folder.Read(NewFile), before);
-    EXPECT_EQ(folder.Names(), NewFile);
-    EXPECT_EQ(sites.DB.Count(), 0);
-    ListOfSites nowhere(folder.Path() / "absent");
-    EXPECT_FALSE(nowhere.DB.SaveDB(NewStamp, 0));
-    EXPECT_EQ(nowhere.Log.Take(), Lines{"0 Malicious Database Save Error: 76 Path not found"});
-    bool corrupt = false;
-    EXPECT_FALSE(nowhere.DB.RestoreDB(corrupt));
-    EXPECT_TRUE(nowhere.Log.Take().empty());
+TEST_F(SnapshotTest, SavingFailsWithALineAndLeavesTheFile) {
+    Save(NewStamp, 2);
+    const auto before = Storage.Contents;
+    Add("http://evil.example");
+    Storage.ReadOnly.insert(File(NewStamp));
+    EXPECT_FALSE(DB->SaveDB(NewStamp, 0));
+    EXPECT_FALSE(DB->SaveDB("../evil", 0));
+    EXPECT_EQ(Storage.Contents, before);
+    EXPECT_EQ(DB->Count(), 0);
+    Storage.Folders = {""};
+    EXPECT_FALSE(DB->SaveDB(OldStamp, 0));
+    EXPECT_EQ(Log.Take(), (Lines{"0 Malicious Database Save Error: 70 Permission denied",
+                                 "0 Malicious Database Save Error: 75 Path/File access error",
+                                 "0 Malicious Database Save Error: 76 Path not found"}));
 }
 
 }  // namespace

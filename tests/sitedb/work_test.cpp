@@ -1,10 +1,11 @@
 // Doubling a list must not do much more than double the work on it. The work is counted, not timed: the sources of the
 // list are built for this program with a call at each branch of theirs.
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <functional>
 
-#include "sitedb/UpdateRig.h"
+#include "sitedb/ListOfSites.h"
 #include "urlcheck/url/UrlDecode.h"
 
 namespace {
@@ -43,7 +44,7 @@ const Shape Shapes[] = {
 
 // The steps of each operation on a list of that many sites.
 std::vector<std::pair<Text, std::uint64_t>> StepsOf(const Shape& shape, int count) {
-    UpdateRig rig;
+    ListOfSites rig;
     std::vector<std::pair<Text, std::uint64_t>> all;
     const auto counted = [&](const char* what, const std::function<void()>& work) {
         const std::uint64_t before = Steps;
@@ -55,7 +56,7 @@ std::vector<std::pair<Text, std::uint64_t>> StepsOf(const Shape& shape, int coun
     counted("filling", [&] { rig.Update(lines); });
     EXPECT_EQ(rig.DB->LiveCount(), count) << shape.Name;
     rig.Renew();
-    counted("load", [&] { EXPECT_TRUE(rig.DB->LoadDB(UpdateRig::File("202611210900"), 1)); });
+    counted("load", [&] { EXPECT_TRUE(rig.DB->LoadDB(ListOfSites::File("202611210900"), 1)); });
     counted("verdicts", [&] {
         for (int number = 0; number < count; ++number) EXPECT_TRUE(rig.Hits(UrlDecode(shape.Site(number)) + "/login"));
         for (int number = 0; number < count; ++number) EXPECT_FALSE(rig.Hits("https" + shape.Site(number).substr(4)));
@@ -82,6 +83,28 @@ TEST(Work, DoublesWithTheList) {
             EXPECT_LE(ratio, AtMost) << shape.Name << ", " << once[index].first;
         }
     }
+}
+
+// Most of a list that goes gives its memory back with the update that takes it.
+TEST(Work, TheRoomOfRemovedEntriesIsGivenBack) {
+    ListOfSites rig;
+    const auto inUse = [&] {
+        rig.Web.Replies.clear();
+        rig.Storage.Contents.clear();
+        return mallinfo2().uordblks + mallinfo2().hblkhd;
+    };
+    const size_t before = inUse();
+    const auto change = [&](const char* mark, int count) {
+        Text lines = "202611210900\n0";
+        for (int number = 0; number < count; ++number)
+            lines += Text("\n") + mark + "\thttp://host" + Number(number) + "\t2\t" + Text(30000, 'v');
+        rig.Update(lines);
+    };
+    change("+", 300);
+    const size_t filled = inUse();
+    change("-", 290);
+    EXPECT_EQ(rig.DB->LiveCount(), 10);
+    EXPECT_LT(inUse() - before, (filled - before) / 2);
 }
 
 }  // namespace

@@ -58,10 +58,22 @@ TEST(Settings, DeletingNeverFails) {
         EXPECT_TRUE(settings.DeleteXMLString(section, key));
     }
     EXPECT_EQ(settings.GetXMLString("Main", "Sound", ""), "1");
+    // Who keeps something made of values sees each change by the revision.
+    auto changes = [&, last = settings.Revision()]() mutable {
+        return std::exchange(last, settings.Revision()) < settings.Revision();
+    };
     EXPECT_TRUE(settings.DeleteXMLString("main", "SOUND"));
-    EXPECT_EQ(settings.GetXMLString("Main", "Sound", "") + settings.GetXMLString("Main", "Splash", ""), "0");
+    EXPECT_TRUE(changes());
+    EXPECT_EQ(settings.GetXMLString("Main", "Sound", ""), "");
+    EXPECT_EQ(settings.GetXMLString("Main", "Splash", ""), "0");
     EXPECT_TRUE(settings.DeleteXMLString("MAIN", ""));
+    EXPECT_TRUE(changes());
     EXPECT_EQ(settings.GetXMLString("Main", "Splash", ""), "");
+    EXPECT_FALSE(changes());
+    settings.WriteXMLString("Main", "Sound", "1");
+    EXPECT_TRUE(changes());
+    settings.LoadINI(SettingsRig::File);
+    EXPECT_TRUE(changes());
 }
 
 TEST(Settings, WhateverIsWrittenComesBack) {
