@@ -6,6 +6,7 @@
 
 #include "commandline/InputFiles.h"
 #include "fakes/TestFolder.h"
+#include "platform/posix/PosixFiles.h"
 #include "service/web/SiteFeed.h"
 #include "sitedb/ListOfSites.h"
 #include "sitedb/codec/Encryption.h"

@@ -254,6 +254,7 @@ TEST_F(UpdateGuardTest, ADayDoesNotPassByAClockThatIsWrong) {
 TEST_F(UpdateGuardTest, ADamagedRecordCountsAsNone) {
     Fill(2000);
     Update(Emptied());
+    Storage.Contents["Data/ListGuard.bin.tmp~"] = "killed while it was written";
     const Text whole = Storage.Contents[RecordFile];
     for (size_t index = 0; index < whole.size(); ++index) {
         Storage.Contents[RecordFile] = whole;
@@ -261,6 +262,7 @@ TEST_F(UpdateGuardTest, ADamagedRecordCountsAsNone) {
         EXPECT_EQ(Restart().front(), "0 MalDB.Guard: ListGuard.bin is damaged and begun anew");
         EXPECT_EQ(Outcome(Emptied()), "held");
     }
+    EXPECT_EQ(Storage.Contents.count("Data/ListGuard.bin.tmp~"), 0U);
     for (const char* lines :
          {"list guard 2\n", "list guard 1", "list guard 1\nstamp\t2026\n", "list guard 1\nheld\tx\n",
           "list guard 1\nday\t11/21/2026\n", "list guard 1\nday\t11/21/2026\tx\n", "list guard 1\nfoo\tbar\n",
