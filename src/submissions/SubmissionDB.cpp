@@ -26,10 +26,8 @@ SubmissionDB::SubmissionDB(Parts parts)
       cfFileGroupDescriptor(parts.Formats.Register("FileGroupDescriptor")),
       cfInternetMessage(parts.Formats.Register("Internet Message (rfc822/rfc1522)")),
       m_Parts(parts),
-      m_DataFolder(parts.Service.Program.Path() / "Data"),
-      m_File(m_DataFolder / "submissions.xml"),
-      m_QueueFolder(m_DataFolder / "InProcess"),
-      m_ErrorFolder(m_QueueFolder / "Error") {
+      m_Queue(parts.Service.Program.System.Files, parts.Service.Program.Path() / "Data"),
+      m_File(parts.Service.DataFile("submissions.xml")) {
     if (Program().Settings) m_Categories = Program().Settings->TryGlobalsSection("CATEGORIES");
 }
 

@@ -17,6 +17,7 @@
 #include "submissions/QualifiersDialog.h"
 #include "submissions/QueueFile.h"
 #include "submissions/SubmissionItems.h"
+#include "submissions/SubmissionQueue.h"
 
 namespace tb {
 
@@ -94,6 +95,8 @@ public:
 
     // --- Transport.
 
+    // What waits to be sent.
+    SubmissionQueue& Queue() { return m_Queue; }
     // Posts every queue file once and does what the service's answer says. A call while one runs makes that one look
     // for new files when it is through. A failure is one line; the file stays.
     void ProcessSubmissions() noexcept;
@@ -104,7 +107,6 @@ private:
     // The store.
     bool TryAdd(const Text& name, const Text& body, const Text& id, std::int16_t status, const Date& date,
                 const Text& uniqueKey) noexcept;
-    void ClearLeftovers() noexcept;
     void LoadItems(const Element& root, std::optional<std::int64_t> daysKept);
     void LoadItem(const ElementPtr& element, std::optional<std::int64_t> daysKept);
     Text FileText(bool reverse) const;
@@ -156,10 +158,8 @@ private:
     }
 
     Parts m_Parts;
-    std::filesystem::path m_DataFolder;
+    SubmissionQueue m_Queue;
     std::filesystem::path m_File;
-    std::filesystem::path m_QueueFolder;
-    std::filesystem::path m_ErrorFolder;
 
     std::int32_t m_CurrentItem = 0;
     std::int16_t m_LastSubmissionIDValue = 0;

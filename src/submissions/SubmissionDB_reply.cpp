@@ -55,7 +55,7 @@ bool SubmissionDB::FinishAnswered(const std::filesystem::path& file) {
     // The file is what is left of a submission that the store on the disk does not have.
     if (m_IsUnsaved) Save(false);
     if (m_IsUnsaved) return true;
-    Storage().Delete(file);
+    m_Queue.Delete(file);
     m_Answered.erase(file);
     return true;
 }
@@ -64,7 +64,7 @@ void SubmissionDB::HandleFailure(const Outgoing& sent, const Text& reply, const 
     const Text line = (sent.IsEmail() ? "Error submitting email: " : "Error submitting URL: ") + error + " " + reply;
     Log(line);
     if (AddSubmissionRetry(sent.File) < LastTry) return;
-    Storage().Replace(sent.File, m_ErrorFolder / sent.File.filename());
+    m_Queue.SetAside(sent.File);
     if (sent.IsEmail()) {
         Log(line);
         ShowMessage(Program(), line, 0);
@@ -81,7 +81,7 @@ void SubmissionDB::HandleRefusal(const Outgoing& sent, const Text& reply) {
     Log((sent.IsEmail() ? "Deleting submission email (Code -1): " : "Deleting URL (Code -1): ") + sent.Description +
         " " + reply);
     m_Answered.insert(sent.File);
-    Storage().Delete(sent.File);
+    m_Queue.Delete(sent.File);
     m_Answered.erase(sent.File);
     ClearSubmissionRetry(sent.File);
 }

@@ -54,8 +54,7 @@ void SubmissionDB::ProcessFiles() {
     while (m_ProcessAgain) {
         m_ProcessAgain = false;
         // Taken before any work: files go meanwhile.
-        std::vector<std::filesystem::path> names = Storage().List(m_QueueFolder);
-        std::sort(names.begin(), names.end());
+        const std::vector<std::filesystem::path> names = m_Queue.List();
         ForgetAnswered(names);
         for (const std::filesystem::path& name : names) {
             // Without settings the program is about to end.
@@ -63,8 +62,8 @@ void SubmissionDB::ProcessFiles() {
             if (!visited.insert(name).second) continue;
             Log("Processing Submission File " + PathText(name));
             const Text extension = UpperCase(GetFileExtension(PathText(name)));
-            if (extension == "E") SendEmailSubmission(*sender, server, m_QueueFolder / name);
-            if (extension == "U") SendURLSubmission(*sender, server, m_QueueFolder / name);
+            if (extension == "E") SendEmailSubmission(*sender, server, name);
+            if (extension == "U") SendURLSubmission(*sender, server, name);
         }
     }
 }
@@ -72,7 +71,7 @@ void SubmissionDB::ProcessFiles() {
 // A file that somebody else has removed may come again under its name with other content.
 void SubmissionDB::ForgetAnswered(const std::vector<std::filesystem::path>& names) {
     for (auto file = m_Answered.begin(); file != m_Answered.end();) {
-        const bool there = std::binary_search(names.begin(), names.end(), file->filename());
+        const bool there = std::binary_search(names.begin(), names.end(), *file);
         file = there ? std::next(file) : m_Answered.erase(file);
     }
 }
@@ -87,7 +86,7 @@ std::optional<QueueText> SubmissionDB::ReadQueueFile(const std::filesystem::path
     std::optional<QueueText> result;
     Trap(
         [&] {
-            const Text text = ReadWholeFile(Storage(), file);
+            const Text text = m_Queue.Read(file);
             if (text.find("\r\n") == Text::npos) ShowStop("Error with submission & readfile");
             result = ReadQueueText(text);
         },
@@ -105,7 +104,7 @@ Text SubmissionDB::PostBegin(TextView kind, const SubmissionQualifiers& said) co
 
 void SubmissionDB::SendEmailSubmission(Sender& sender, const ElementPtr& server,
                                        const std::filesystem::path& file) noexcept {
-    const Text name = PathText(file.filename());
+    const Text name = PathText(file);
     Trap(
         [&] {
             if (FinishAnswered(file)) return;
@@ -113,7 +112,7 @@ void SubmissionDB::SendEmailSubmission(Sender& sender, const ElementPtr& server,
             if (!queued) return;
             CEmailMessage mail;
             if (!mail.CreateFromText(queued->Content)) {
-                Storage().Replace(file, m_ErrorFolder / file.filename());
+                m_Queue.SetAside(file);
                 return Log("Error parsing email, moving to error directory: " + name);
             }
             Log("Submission is Email: " + mail.Subject());
@@ -131,7 +130,7 @@ void SubmissionDB::SendEmailSubmission(Sender& sender, const ElementPtr& server,
 
 void SubmissionDB::SendURLSubmission(Sender& sender, const ElementPtr& server,
                                      const std::filesystem::path& file) noexcept {
-    const Text name = PathText(file.filename());
+    const Text name = PathText(file);
     Trap(
         [&] {
             if (FinishAnswered(file)) return;
@@ -156,7 +155,7 @@ void SubmissionDB::Send(Sender& sender, const ElementPtr& server, const Text& pa
                         MessageButtons::YesNo | MessageButtons::Question, "Send to Web Service");
         if (answer != AnswerYes) {
             Log("Deleting file for testing " + sent.Name, LogLevel::Debug);
-            Storage().Delete(sent.File);
+            m_Queue.Delete(sent.File);
             return ClearSubmissionRetry(sent.File);
         }
     }

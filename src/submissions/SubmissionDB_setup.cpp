@@ -12,14 +12,11 @@ namespace {
 constexpr const char* CurrentVersion = "1.1";
 constexpr const char* KeepForever = "Never";
 
-bool EndsIn(TextView text, TextView end) {
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
-
 }  // namespace
 
 void SubmissionDB::Setup() noexcept {
-    ClearLeftovers();
+    m_Queue.ClearLeftovers();
+    DropUnfinished(Storage(), m_File);
     Trap(
         [&] {
             const Text trim = Setting("MAIN", "AutoTrimSubDays", KeepForever);
@@ -39,20 +36,6 @@ void SubmissionDB::Setup() noexcept {
             m_KeepBadFile = true;
             StoreFailure("Error Submissions Setup: ")(error);
         });
-}
-
-// What a program that ended in the middle of a write has left.
-void SubmissionDB::ClearLeftovers() noexcept {
-    Trap(
-        [&] {
-            for (const std::filesystem::path& name : Storage().List(m_DataFolder)) {
-                const Text ending = UpperCase(name.string());
-                for (const TextView kind : {".E", ".U", "SUBMISSIONS.XML"}) {
-                    if (EndsIn(ending, Text(kind) + UpperCase(TemporarySuffix))) Storage().Delete(m_DataFolder / name);
-                }
-            }
-        },
-        [](const RuntimeError&) { /* they take room and nothing else */ });
 }
 
 void SubmissionDB::LoadItems(const Element& root, std::optional<std::int64_t> daysKept) {

@@ -2,7 +2,6 @@
 
 #include "base/errors.h"
 #include "base/numbers.h"
-#include "platform/AtomicWrite.h"
 #include "shell/helpers/GeneralHelpers.h"
 #include "shell/helpers/OpenDialog.h"
 #include "submissions/Blanks.h"
@@ -135,18 +134,11 @@ bool SubmissionDB::GetSubmissionQualifiers(SubmissionQualifiers& said, const Tex
 }
 
 void SubmissionDB::WriteQueueFile(const Text& extension, const Text& content) {
-    const auto taken = [&] {
-        return Storage().Exists(m_QueueFolder / (std::to_string(m_LastSubmissionIDValue) + extension));
-    };
+    const auto taken = [&] { return m_Queue.Holds(std::to_string(m_LastSubmissionIDValue) + extension); };
     // A store that could not be saved, or was lost, counts anew: what waits under such a number must not be replaced.
     while (taken()) m_LastSubmissionIDValue = NarrowToInt16(m_LastSubmissionIDValue + 1);
     const std::optional<std::int16_t> number = NextSubmissionID();
-    if (!number) return;
-    const Text name = std::to_string(*number) + extension;
-    // What is in the queue's folder counts as a submission, so the unfinished file lies outside.
-    std::filesystem::path temporary = m_DataFolder / name;
-    temporary += TemporarySuffix;
-    WriteFileAtomically(Storage(), m_QueueFolder / name, temporary, [&](FileWriter& writer) { writer.Write(content); });
+    if (number) m_Queue.Add(std::to_string(*number) + extension, content);
 }
 
 }  // namespace tb

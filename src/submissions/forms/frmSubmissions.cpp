@@ -74,8 +74,7 @@ void frmSubmissions::Dropped(DropData& dropped) {
 void frmSubmissions::RefreshDisplay() noexcept {
     Trap(
         [&] {
-            const ServiceAccess& service = m_Parts.Service;
-            const size_t waiting = service.Program.System.Files.List(service.DataFile("InProcess")).size();
+            const size_t waiting = m_Parts.Store->Queue().Count();
             lblStatus.SetCaption("Waiting: " + std::to_string(waiting) +
                                  "   Recorded: " + std::to_string(m_Parts.Store->Count()));
         },
