@@ -8,10 +8,6 @@ namespace tb {
 
 namespace {
 
-constexpr std::int32_t OKCancel = 1;
-constexpr std::int32_t InformationIcon = 64;
-constexpr std::int32_t AnswerOK = 1;
-
 constexpr size_t SchemeLetters = 4;
 
 // Error 9 for a URL without one.
@@ -69,7 +65,8 @@ void SiteOverridesPanel::AddSite(const Text& URL) {
     if (LowerCase(Left(url, SchemeLetters)) != "http") url.insert(0, "http://");
     url = WithoutTrailingSlashes(url);
     if (m_Overrides.IsOverride(url)) {
-        m_Dialogs.ShowMessage("URL entry " + url + " is already entered as a site override", InformationIcon);
+        m_Dialogs.ShowMessage("URL entry " + url + " is already entered as a site override",
+                              MessageButtons::Information);
         return;
     }
     ListSites.push_back(url);
@@ -84,12 +81,14 @@ void SiteOverridesPanel::cmdChange() {
     const Text site = SiteRootOf(old);
     if (m_Overrides.IsOverride(site)) {
         const Text question = "Changed site override is already entered as: " + site + "\r\n Remove: " + old + "?";
-        if (m_Dialogs.ShowMessage(question, OKCancel) != AnswerOK) return;
+        if (m_Dialogs.ShowMessage(question, MessageButtons::OKCancel) != AnswerOK) return;
         m_Overrides.DelFromDB(old);
         m_Overrides.SaveDB();
         DropSelectedRow();
     } else {
-        if (m_Dialogs.ShowMessage("Changing allow site override to: " + site + "?", OKCancel) != AnswerOK) return;
+        if (m_Dialogs.ShowMessage("Changing allow site override to: " + site + "?", MessageButtons::OKCancel) !=
+            AnswerOK)
+            return;
         ListSites[static_cast<size_t>(Selected)] = site;
         m_Overrides.DelFromDB(old);
         m_Overrides.AddToDB(site);
@@ -101,7 +100,8 @@ void SiteOverridesPanel::cmdChange() {
 void SiteOverridesPanel::cmdRemove() {
     if (!HasSelection()) return;
     const Text url = SelectedUrl();
-    if (m_Dialogs.ShowSystemMessage("Removing site override: " + url + "?", OKCancel) != AnswerOK) return;
+    if (m_Dialogs.ShowSystemMessage("Removing site override: " + url + "?", MessageButtons::OKCancel) != AnswerOK)
+        return;
     m_Overrides.DelFromDB(url);
     m_Overrides.SaveDB();
     DropSelectedRow();

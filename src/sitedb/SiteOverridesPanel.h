@@ -5,12 +5,12 @@
 
 #include <vector>
 
+#include "platform/Dialogs.h"
 #include "sitedb/OverDB.h"
 
 namespace tb {
 
-// How the panel speaks to the user. Buttons and answers are numbered as in platform/Dialogs.h: 1 asks for OK or Cancel,
-// and OK is 1.
+// How the panel speaks to the user. Buttons and answers are those of platform/Dialogs.h.
 class SiteOverridesDialogs {
 public:
     virtual ~SiteOverridesDialogs() = default;

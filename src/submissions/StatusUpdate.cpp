@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "base/errors.h"
-#include "shell/helpers/DebugSwitch.h"
 #include "shell/helpers/GeneralHelpers.h"
 
 namespace tb {
@@ -56,7 +55,7 @@ void StatusUpdate::Update() {
         return;
     }
     const Date now = app.System.Clock.Now();
-    if (now.Seconds() - m_LastUpdateAttempt.Seconds() < QuietSeconds && !DebugMode(app).IsOn()) return PlayTheMotion();
+    if (now.Seconds() - m_LastUpdateAttempt.Seconds() < QuietSeconds && !app.Debug.IsOn()) return PlayTheMotion();
     m_LastUpdateAttempt = now;
     sender->Key(GetClientKey(app, true));
     ShowWaitCursor(true);

@@ -5,7 +5,6 @@
 #include "components/tbXML/XmlText.h"
 #include "platform/AtomicWrite.h"
 #include "platform/BadFile.h"
-#include "shell/helpers/DebugSwitch.h"
 #include "shell/helpers/GeneralHelpers.h"
 #include "sitedb/codec/Encryption.h"
 #include "submissions/SubmissionIds.h"
@@ -164,7 +163,7 @@ Text SubmissionDB::EncryptSubID(const Text& id) const {
 
 Text SubmissionDB::DecryptSubID(const Text& id) const { return DecipheredSubID(id, GetScrambleKey()); }
 
-bool SubmissionDB::IsDebugMode() const { return DebugMode(Program()).IsOn(); }
+bool SubmissionDB::IsDebugMode() const { return Program().Debug.IsOn(); }
 
 Text SubmissionDB::Setting(TextView section, TextView key, const Text& otherwise) const {
     return Program().Settings ? Program().Settings->GetXMLString(section, key, otherwise) : otherwise;

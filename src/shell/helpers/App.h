@@ -20,7 +20,7 @@
 #include "platform/Shell.h"
 #include "platform/WindowText.h"
 #include "shell/helpers/ComponentList.h"
-#include "ui/settings/xmlINI.h"
+#include "shell/helpers/DebugSwitch.h"
 
 namespace tb {
 
@@ -76,6 +76,8 @@ public:
     // Null until the start has made it and after the exit has dropped it, which can happen inside any question or wait:
     // an operation that has one holds what it goes on with.
     std::shared_ptr<xmlINI> Settings;
+    // Of those settings.
+    mutable DebugMode Debug{Settings};
     // The root of the skin document; read only.
     ElementPtr SkinRoot;
     std::shared_ptr<tb::ComponentList> Components;

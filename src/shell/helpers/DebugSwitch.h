@@ -2,8 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
-#include "shell/helpers/App.h"
+#include "ui/settings/xmlINI.h"
 
 namespace tb {
 
@@ -11,15 +12,17 @@ namespace tb {
 Text DebugSwitch();
 
 // Debug mode is on: settings exist and the switch is another text than "0", which is its default. Cheap enough for
-// every line: the state is read again only after a setting was written.
+// every line: the state is read again only after a setting was written. The program has one: App::Debug.
 class DebugMode {
 public:
-    explicit DebugMode(const App& app) : m_App(app) {}
+    // The place where settings come and go; it outlives the object.
+    explicit DebugMode(const std::shared_ptr<xmlINI>& settings) : m_Settings(settings) {}
     bool IsOn();
 
 private:
-    const App& m_App;
-    const xmlINI* m_Settings = nullptr;
+    const std::shared_ptr<xmlINI>& m_Settings;
+    // Those that were read, for comparison only.
+    const xmlINI* m_Read = nullptr;
     std::uint64_t m_Revision = 0;
     bool m_IsOn = false;
 };

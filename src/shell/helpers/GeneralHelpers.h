@@ -7,17 +7,6 @@
 
 namespace tb {
 
-// ShowMessage's buttons and answers, as the system numbers them.
-namespace MessageButtons {
-inline constexpr std::int32_t YesNo = 4;
-inline constexpr std::int32_t Critical = 16;
-inline constexpr std::int32_t Question = 32;
-inline constexpr std::int32_t Exclamation = 48;
-inline constexpr std::int32_t Information = 64;
-}  // namespace MessageButtons
-inline constexpr std::int32_t AnswerYes = 6;
-inline constexpr std::int32_t AnswerNo = 7;
-
 bool DirectoryExists(const App& app, const std::filesystem::path& folder);
 // Makes a folder that is not there, one level of it. Raises what making it raises.
 void EnsureDirectory(const App& app, const std::filesystem::path& folder);

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/log.h"
-#include "shell/helpers/DebugSwitch.h"
+#include "shell/helpers/App.h"
 
 namespace tb {
 
@@ -12,7 +12,7 @@ inline constexpr const char* LogFilePattern = "{AppProductName}{YYYYMM}.log";
 
 class ProgramLog : public LogSink {
 public:
-    explicit ProgramLog(App& app) : m_App(app), m_Debug(app) {}
+    explicit ProgramLog(App& app) : m_App(app) {}
 
     // Writes a line, unless it is a debug line, settings exist and debug mode is off; that test comes before all else.
     // An empty `logFile` is the pattern above. In debug mode the line also goes to App::DebugMessage once the activity
@@ -24,7 +24,7 @@ public:
         return level == LogLevel::Always || !m_App.Settings || IsDebugMode();
     }
 
-    bool IsDebugMode() { return m_Debug.IsOn(); }
+    bool IsDebugMode() { return m_App.Debug.IsOn(); }
 
     // Deletes the product's log files whose month began more than `days` days ago. `folder` is the log's folder as
     // lines name it, AppPath + "\Log\". A name without digits behind the product's ends the run with one line.
@@ -36,7 +36,6 @@ private:
     void PruneFile(const std::filesystem::path& place, const Text& folder, const Text& name, std::int32_t days);
 
     App& m_App;
-    DebugMode m_Debug;
 };
 
 }  // namespace tb

@@ -13,9 +13,6 @@ namespace tb {
 
 namespace {
 
-constexpr std::int32_t PlainBox = 0;
-constexpr std::int32_t ExclamationBox = 48;
-
 bool IsFileNotFound(const RuntimeError& error) {
     return error.Number == static_cast<std::int32_t>(ErrorNumber::FileNotFound);
 }
@@ -86,7 +83,7 @@ bool xmlINI::LoadINI(const std::filesystem::path& FileName) noexcept {
                 const Text prompt = IsFileNotFound(error)
                                         ? "INI File " + PathText(FileName) + " does not exist"
                                         : "Error with INI File " + PathText(FileName) + ", " + error.Description;
-                ShowError(prompt, IsFileNotFound(error) ? ExclamationBox : PlainBox);
+                ShowError(prompt, IsFileNotFound(error) ? MessageButtons::Exclamation : MessageButtons::Plain);
             },
             [](const RuntimeError&) {});
     };
@@ -129,7 +126,8 @@ bool xmlINI::SaveXMLINI() noexcept {
             return true;
         },
         [&](const RuntimeError& error) {
-            Trap([&] { ShowError("Error saving XML INI " + error.Description, PlainBox); }, [](const RuntimeError&) {});
+            Trap([&] { ShowError("Error saving XML INI " + error.Description, MessageButtons::Plain); },
+                 [](const RuntimeError&) {});
         });
 }
 
