@@ -40,8 +40,9 @@ struct World {
     tb::App Program{System, tb::TestDeployment()};
     tb::ProgramLog Log{Program};
     SettingsHost Host{Program, Log};
-    tb::EvilDB EvilDB{System.Files, Host, {}};
-    tb::UrlVerdict Verdict{EvilDB, Host};
+    std::shared_ptr<tb::EvilDB> List = std::make_shared<tb::EvilDB>(System.Files, Host, std::filesystem::path());
+    tb::EvilDB& EvilDB = *List;
+    tb::UrlVerdict Verdict{List, Host};
 };
 
 World& TheWorld() {

@@ -58,8 +58,9 @@ struct World {
     NoLog Log;
     tb::PosixFiles Files;
     tb::StandaloneVerdictHost Host{Log};
-    tb::EvilDB EvilDB{Files, Host, {}};
-    tb::UrlVerdict Verdict{EvilDB, Host};
+    std::shared_ptr<tb::EvilDB> List = std::make_shared<tb::EvilDB>(Files, Host, std::filesystem::path());
+    tb::EvilDB& EvilDB = *List;
+    tb::UrlVerdict Verdict{List, Host};
     PlainMap Map;
 };
 

@@ -28,10 +28,9 @@ struct Service {
     NoLog log;
     tb::MemoryFiles files{""};
     tb::StandaloneVerdictHost host{log};
-    tb::EvilDB evilDB{files, host, "Data"};
-    tb::UrlVerdict verdict{evilDB, host};
-    tb::BrowserChannel channel{
-        [this](const std::vector<tb::Text>& args, tb::Text& reply) { verdict.CheckEvil(args, reply); }};
+    std::shared_ptr<tb::EvilDB> list = std::make_shared<tb::EvilDB>(files, host, "Data");
+    tb::EvilDB& evilDB = *list;
+    tb::BrowserChannel channel{std::make_shared<tb::UrlVerdict>(list, host)};
 };
 
 }  // namespace

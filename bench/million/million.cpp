@@ -35,7 +35,7 @@ public:
 };
 
 struct World {
-    explicit World(const Path& folder = {}) : EvilDB(Files, Host, folder) {}
+    explicit World(const Path& folder = {}) : List(std::make_shared<tb::EvilDB>(Files, Host, folder)) {}
     void Load(const Path& snapshot) {
         if (EvilDB.LoadDB(snapshot, 0)) return;
         std::fprintf(stderr, "million: %s does not load\n", snapshot.c_str());
@@ -45,8 +45,9 @@ struct World {
     NoLog Log;
     tb::PosixFiles Files;
     tb::StandaloneVerdictHost Host{Log};
-    tb::EvilDB EvilDB;
-    tb::UrlVerdict Verdict{EvilDB, Host};
+    std::shared_ptr<tb::EvilDB> List;
+    tb::EvilDB& EvilDB = *List;
+    tb::UrlVerdict Verdict{List, Host};
 };
 
 void Print(const char* name, double value) { std::printf("%s\t%.6g\n", name, value); }

@@ -95,9 +95,8 @@ size_t Expect(EvilDB& evilDB, TextView buffered) {
 }
 
 // The number of lines judged.
-size_t AnswerAll(EvilDB& evilDB, VerdictHost& host) {
-    UrlVerdict verdict(evilDB, host);
-    const BrowserChannel channel([&](const std::vector<Text>& args, Text& reply) { verdict.CheckEvil(args, reply); });
+size_t AnswerAll(const std::shared_ptr<EvilDB>& list, VerdictHost& host) {
+    const BrowserChannel channel(std::make_shared<UrlVerdict>(list, host));
     size_t requests = 0;
     size_t expected = 0;
     ChannelResult result;
@@ -114,7 +113,7 @@ size_t AnswerAll(EvilDB& evilDB, VerdictHost& host) {
         }
         replies += '\n';
         if (expected > 0) --expected;
-        if (expected == 0) expected = Expect(evilDB, lines.Buffered());
+        if (expected == 0) expected = Expect(*list, lines.Buffered());
         if (expected > 0) continue;
         // The next line may have to be waited for.
         WriteStandardOutput(replies);
@@ -142,7 +141,8 @@ void CheckCommand(const std::vector<Text>& words) {
     overrides.LogMessage.Connect(toLog);
     if (options.Has("--overrides")) LoadOverrides(overrides, files, options.Require("--overrides"), log);
     CheckHost host(log, overrides, reference);
-    EvilDB evilDB(files, host, {});
+    const auto list = std::make_shared<EvilDB>(files, host, std::filesystem::path());
+    EvilDB& evilDB = *list;
     evilDB.LogMessage.Connect(toLog);
 
     const auto loadStart = Stopwatch::now();
@@ -156,7 +156,7 @@ void CheckCommand(const std::vector<Text>& words) {
     const long long loadTime = MillisecondsSince(loadStart);
 
     const auto checkStart = Stopwatch::now();
-    const size_t requests = AnswerAll(evilDB, host);
+    const size_t requests = AnswerAll(list, host);
     if (options.Has("--stats")) {
         std::fprintf(stderr, "entries=%d load_ms=%lld requests=%zu check_ms=%lld\n", entries, loadTime, requests,
                      MillisecondsSince(checkStart));

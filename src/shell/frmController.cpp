@@ -80,7 +80,7 @@ void frmController::SetupEvilDB() {
     list->EvilLoadPercent.Connect([this](std::int16_t percent) {
         if (percent >= 0 && percent <= 100) m_Parts.Services.ShowProgress(static_cast<std::int16_t>(percent + 1));
     });
-    m_Verdict = std::make_shared<UrlVerdict>(*list, surroundings);
+    m_Verdict = std::make_shared<UrlVerdict>(list, surroundings);
     list->EvilAdded.Connect(
         [this](std::int32_t added, std::int32_t deleted) { m_Statistics->EvilAdded(added, deleted); });
     const Text key = GetClientKey(app);
@@ -132,15 +132,13 @@ void frmController::TimerLine(const Text& name, std::int32_t period, bool enable
 
 void frmController::SetupTray() {
     App& app = m_Parts.Program;
-    m_Channel = std::make_unique<BrowserChannel>(
-        [this](const std::vector<Text>& args, Text& reply) { CheckEvil(args, reply); });
     const SystemVersion version = app.System.Machine.Version();
-    m_frmSysTray = std::make_shared<frmSysTray>(
-        Family(), frmSysTray::Environment{m_Parts.Tray,
-                                          app.System.WindowText,
-                                          {version.Platform, version.Major, version.Minor},
-                                          [this](const Text& line) { return m_Channel->Handle(line); },
-                                          m_Parts.Broken});
+    m_frmSysTray =
+        std::make_shared<frmSysTray>(Family(), frmSysTray::Environment{m_Parts.Tray,
+                                                                       app.System.WindowText,
+                                                                       {version.Platform, version.Major, version.Minor},
+                                                                       std::make_shared<BrowserChannel>(m_Verdict),
+                                                                       m_Parts.Broken});
     m_frmSysTray->MenuClick.Connect([this](std::int32_t /*index*/, const Text& key) { MenuClick(key); });
     m_frmSysTray->SysTrayDoubleClick.Connect([this](std::int32_t /*button*/) { TrayDoubleClicked(); });
     m_frmSysTray->SysTrayMouseDown.Connect([this](std::int32_t button) {
@@ -180,12 +178,8 @@ Text frmController::DropZoneCaption(bool shown) {
 }
 
 void frmController::CheckEvil(const std::vector<Text>& args, Text& reply) noexcept {
-    const std::shared_ptr<EvilDB> list = m_EvilDB;
     const std::shared_ptr<UrlVerdict> verdict = m_Verdict;
-    if (verdict) return verdict->CheckEvil(args, reply);
-    // Only between the dropping of the list and the end of the channel, and only if something serves messages there.
-    reply.clear();
-    WriteLog("CheckEvil error: " + Error(ErrorNumber::ObjectNotSet).Line(), LogLevel::Always);
+    verdict->CheckEvil(args, reply);
 }
 
 void frmController::DisplayDebugMessage(const Text& text) {

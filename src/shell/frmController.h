@@ -139,7 +139,6 @@ private:
     std::shared_ptr<OverDB> m_OverDB;
     std::shared_ptr<UrlVerdict> m_Verdict;
     std::unique_ptr<UpdateStatistics> m_Statistics;
-    std::unique_ptr<BrowserChannel> m_Channel;
     std::unique_ptr<Sounds> m_Sounds;
     std::shared_ptr<frmSysTray> m_frmSysTray;
     // Milliseconds.

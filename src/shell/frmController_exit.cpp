@@ -55,7 +55,8 @@ void frmController::Unloaded() {
     tmUpdate.SetEnabled(false);
     tmSub.SetEnabled(false);
     m_Parts.Program.HasController = false;
-    m_Verdict.reset();
+    // The channel lives until the tray goes, below.
+    if (m_Verdict) m_Verdict->DropList();
     m_Parts.Services.DropSubmissions();
     if (m_EvilDB) m_EvilDB->Close();
     m_EvilDB.reset();

@@ -32,7 +32,7 @@ void BrowserChannel::Handle(TextView line, ChannelResult& result) const {
              result.What = ChannelResult::Kind::Broken;
              result.Text = "Browser channel: \"" + Quoted(args.front()) + "\" is no reply window: " + error.Line();
          });
-    if (result.What == ChannelResult::Kind::Reply) m_CheckEvil(args, result.Text);
+    if (result.What == ChannelResult::Kind::Reply) m_Verdict->CheckEvil(args, result.Text);
     m_Fields = std::move(args);
 }
 

@@ -2,11 +2,8 @@
 // follows from it. The window layer moves text only. Format: docs/formats/channel.md.
 #pragma once
 
-#include <functional>
-#include <vector>
-
-#include "base/text.h"
 #include "platform/WindowText.h"
+#include "urlcheck/UrlVerdict.h"
 
 namespace tb {
 
@@ -24,18 +21,16 @@ struct ChannelResult {
 
 class BrowserChannel {
 public:
-    // Judges the fields of a request and sets the reply; must not throw.
-    using Judge = std::function<void(const std::vector<Text>& args, Text& reply)>;
+    explicit BrowserChannel(std::shared_ptr<UrlVerdict> verdict) : m_Verdict(std::move(verdict)) {}
 
-    explicit BrowserChannel(Judge checkEvil) : m_CheckEvil(std::move(checkEvil)) {}
-
-    // Handles one text of the box. The judgement runs inside, at most once, only for `Reply`.
+    // Handles one text of the box. CheckEvil runs inside, at most once, only for `Reply`; it may serve messages, so the
+    // caller holds the channel.
     ChannelResult Handle(TextView line) const;
     // The same in the memory of a result before.
     void Handle(TextView line, ChannelResult& result) const;
 
 private:
-    Judge m_CheckEvil;
+    std::shared_ptr<UrlVerdict> m_Verdict;
     // The fields of a request before, for their memory.
     mutable std::vector<Text> m_Fields;
 };

@@ -6,48 +6,10 @@
 #include "fakes/FakePlatform.h"
 #include "fakes/Raised.h"
 #include "fakes/RecordedLog.h"
-#include "urlcheck/BrowserChannel.h"
 #include "urlcheck/UpdateStatistics.h"
 
 namespace tb {
 namespace {
-
-class ChannelTest : public ::testing::Test {
-protected:
-    // Kind, reply window and reply or line, or only the kind.
-    Text Handle(const Text& line) {
-        const ChannelResult result = m_Channel.Handle(line);
-        switch (result.What) {
-        case ChannelResult::Kind::Nothing: return "nothing";
-        case ChannelResult::Kind::WakeUp: return "wake-up";
-        case ChannelResult::Kind::Broken: return "broken: " + result.Text;
-        case ChannelResult::Kind::Reply: break;
-        }
-        return std::to_string(result.ReplyWindow) + ": " + result.Text;
-    }
-
-    int m_Judged = 0;
-    BrowserChannel m_Channel{[this](const std::vector<Text>& args, Text& reply) {
-        ++m_Judged;
-        reply = Join(args, "|");
-    }};
-};
-
-TEST_F(ChannelTest, SplitsTheLineAndAnswersItsWindow) {
-    EXPECT_EQ(Handle("66066\tCheck\thttp://x/\t"), "66066: 66066|Check|http://x/|");
-    EXPECT_EQ(Handle(" -5 \tNope"), "-5:  -5 |Nope");
-    EXPECT_EQ(Handle(""), "nothing");
-    EXPECT_EQ(Handle("TBWAKEUP"), "wake-up");
-    EXPECT_EQ(m_Judged, 2);
-    EXPECT_EQ(Handle("99999999999\tCheck"), "broken: Browser channel: \"99999999999\" is no reply window: 6 Overflow");
-    for (const char* line : {"TBWAKEUP\tCheck", "\tCheck\tx", "tbwakeup", "TBWAKEUP ", "0x10\tCheck", "1;2\tCheck",
-                             "a\r\nforged line\tCheck"}) {
-        const Text answer = Handle(line);
-        EXPECT_EQ(answer.rfind("broken: ", 0), 0U) << line;
-        EXPECT_EQ(answer.find('\n'), Text::npos);
-    }
-    EXPECT_EQ(m_Judged, 2);
-}
 
 class FakeWindows : public WindowText {
 public:

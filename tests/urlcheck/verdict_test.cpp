@@ -6,7 +6,7 @@
 #include "fakes/RecordedLog.h"
 #include "platform/posix/PosixFiles.h"
 #include "sitedb/BuiltInCategories.h"
-#include "urlcheck/UrlVerdict.h"
+#include "urlcheck/BrowserChannel.h"
 
 namespace tb {
 namespace {
@@ -38,6 +38,7 @@ public:
     }
     void ShowMessage(const Text& prompt, std::int32_t buttons) override {
         Did("message " + std::to_string(buttons) + " " + prompt);
+        if (OnMessage) OnMessage();
     }
     void DisplayDebugMessage(const Text& text) override { Did("debug " + text); }
     Text CategoryName(const Text& id) override { return BuiltInCategoryName(id); }
@@ -47,6 +48,7 @@ public:
     std::map<Text, Text> Settings;
     Text Override = "none";
     Text Country;
+    std::function<void()> OnMessage;
     bool Debug = false;
     RecordedLog Log;
 };
@@ -54,24 +56,25 @@ public:
 class VerdictTest : public ::testing::Test {
 protected:
     VerdictTest() {
-        m_EvilDB.AddToDB("http://evil.example", "2", "11/01/2026");
-        m_EvilDB.AddToDB("http://10.1.2.3", "2", "address");
-        m_EvilDB.LogMessage.Connect([this](const Text& line, LogLevel level) { m_Host.WriteLog(line, level); });
+        m_List->AddToDB("http://evil.example", "2", "11/01/2026");
+        m_List->AddToDB("http://10.1.2.3", "2", "address");
+        m_List->LogMessage.Connect([this](const Text& line, LogLevel level) { m_Host.WriteLog(line, level); });
     }
 
     Text Ask(const std::vector<Text>& fields) {
         std::vector<Text> args{"1"};
         args.insert(args.end(), fields.begin(), fields.end());
         Text reply = "left over";
-        m_Verdict.CheckEvil(args, reply);
+        m_Verdict->CheckEvil(args, reply);
         return reply;
     }
     Lines Done() { return m_Host.Log.Take(); }
 
     PosixFiles m_Files;
     FakeHost m_Host;
-    EvilDB m_EvilDB{m_Files, m_Host, {}};
-    UrlVerdict m_Verdict{m_EvilDB, m_Host};
+    std::shared_ptr<EvilDB> m_List = std::make_shared<EvilDB>(m_Files, m_Host, std::filesystem::path());
+    std::shared_ptr<UrlVerdict> m_Verdict = std::make_shared<UrlVerdict>(m_List, m_Host);
+    BrowserChannel m_Channel{m_Verdict};
     const Text m_Block = "Validated: 11/01/2026  (Category: Banking or Credit Card Spoof)";
     const Text m_AddressBlock = "Validated: address  (Category: Banking or Credit Card Spoof)";
 };
@@ -88,7 +91,7 @@ TEST_F(VerdictTest, BlocksPassesAndLogsByLevel) {
 }
 
 TEST_F(VerdictTest, TheLogLineIsOneLine) {
-    m_EvilDB.AddToDB("http://forged.example", "2", "a\r\nb");
+    m_List->AddToDB("http://forged.example", "2", "a\r\nb");
     EXPECT_EQ(Ask({"Check", "http://forged.example"}), "Validated: a\r\nb  (Category: Banking or Credit Card Spoof)");
     EXPECT_EQ(Done(), Lines{"0 Checking: http://forged.example (Validated: ab  (Category: Banking or Credit Card "
                             "Spoof))"});
@@ -116,7 +119,7 @@ TEST_F(VerdictTest, TheAlertSoundsOnAHitWhenTheSettingIsExactlyOne) {
     for (const Text setting : {"", "01", "1"}) {
         m_Host.Settings["MAIN.ALERTSOUND"] = setting;
         EXPECT_EQ(Ask({"Check", "http://ok.example"}), "OK");
-        Done();
+        EXPECT_EQ(Done().size(), 1U) << "a page that passes is silent";
         EXPECT_EQ(Ask({"Check", "http://evil.example"}), m_Block);
         EXPECT_EQ(Done().size(), setting == "1" ? 2U : 1U);
     }
@@ -147,6 +150,44 @@ TEST_F(VerdictTest, AllowTakesTheFieldAsItCameAndMissingFieldsAreLogged) {
                              "1 Checking:  ()"}));
     for (const std::vector<Text>& fields : {std::vector<Text>{}, {"Check"}, {"Allow"}}) EXPECT_EQ(Ask(fields), "");
     EXPECT_EQ(Done(), Lines(3, "0 CheckEvil error: 9 Subscript out of range"));
+}
+
+TEST_F(VerdictTest, AListThatGoesIsHeldToTheEndOfItsRequest) {
+    m_Host.OnMessage = [this] {
+        m_Verdict->DropList();
+        m_List.reset();
+    };
+    EXPECT_EQ(Ask({"Nope", "x"}), "");
+    EXPECT_EQ(Done(), (Lines{"message 16 Unknown Command: 1   Nope   x", "1 Checking:  ()"}));
+    EXPECT_EQ(Ask({"Check", "http://evil.example"}), "");
+    EXPECT_EQ(Done(), Lines{"0 CheckEvil error: 91 Object variable or With block variable not set"});
+}
+
+TEST_F(VerdictTest, TheChannelSplitsALineAndAnswersItsWindow) {
+    const auto handle = [this](const Text& line) {
+        const ChannelResult result = m_Channel.Handle(line);
+        switch (result.What) {
+        case ChannelResult::Kind::Nothing: return Text("nothing");
+        case ChannelResult::Kind::WakeUp: return Text("wake-up");
+        case ChannelResult::Kind::Broken: return "broken: " + result.Text;
+        case ChannelResult::Kind::Reply: break;
+        }
+        return std::to_string(result.ReplyWindow) + ": " + result.Text;
+    };
+    EXPECT_EQ(handle("66066\tCheck\thttp://ok.example/\t10.1.2.3"), "66066: " + m_AddressBlock);
+    Done();
+    EXPECT_EQ(handle(" -5 \tNope\t\tx"), "-5: ");
+    EXPECT_EQ(Done().front(), "message 16 Unknown Command:  -5    Nope      x");
+    EXPECT_EQ(handle(""), "nothing");
+    EXPECT_EQ(handle("TBWAKEUP"), "wake-up");
+    EXPECT_EQ(handle("99999999999\tCheck"), "broken: Browser channel: \"99999999999\" is no reply window: 6 Overflow");
+    for (const char* line : {"TBWAKEUP\tCheck", "\tCheck\tx", "tbwakeup", "TBWAKEUP ", "0x10\tCheck", "1;2\tCheck",
+                             "a\r\nforged line\tCheck"}) {
+        const Text answer = handle(line);
+        EXPECT_TRUE(answer.starts_with("broken: ")) << line;
+        EXPECT_EQ(answer.find('\n'), Text::npos);
+    }
+    EXPECT_EQ(Done(), Lines());
 }
 
 }  // namespace

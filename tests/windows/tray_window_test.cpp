@@ -47,9 +47,9 @@ protected:
     Win32WindowText m_Windows;
     Win32WindowSystem m_System{{NormalClasses.Window, NormalClasses.TextBox}, m_Failed};
     Forms m_Forms{&m_System};
-    frmSysTray m_Tray{m_Forms,
-                      {m_Icon, m_Windows, WindowsVersion{2, 6, 1}, [](const Text&) { return ChannelResult(); },
-                       [this](const Text& line) { m_Failures.push_back(line); }}};
+    frmSysTray m_Tray{m_Forms, {m_Icon, m_Windows, WindowsVersion{2, 6, 1}, nullptr, [this](const Text& line) {
+                                    m_Failures.push_back(line);
+                                }}};
 };
 
 TEST_F(TrayWindowTest, OnlyMessagesOfTheIconAreEvents) {

@@ -126,8 +126,9 @@ void frmSysTray::BHOMessageChanged() {
     const Text line = txtBHOMessage.GetText();
     // The change that the clearing below makes.
     if (line.empty()) return;
+    const std::shared_ptr<const BrowserChannel> channel = m_Environment.Channel;
     try {
-        const ChannelResult result = m_Environment.Channel(line);
+        const ChannelResult result = channel->Handle(line);
         switch (result.What) {
         case ChannelResult::Kind::Nothing: break;
         case ChannelResult::Kind::WakeUp: SysTrayDoubleClick.Raise(LeftButton); break;

@@ -25,8 +25,7 @@ public:
         TrayIcon& Icon;
         WindowText& Windows;
         WindowsVersion Version;
-        // BrowserChannel::Handle of the program's channel; must not throw.
-        std::function<ChannelResult(const Text& line)> Channel;
+        std::shared_ptr<const BrowserChannel> Channel;
         // The first field of a request was no reply window; `line` is for the log. It ends the process. If it returns,
         // the request counts as dealt with.
         std::function<void(const Text& line)> Broken;

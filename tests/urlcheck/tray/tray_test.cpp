@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include "fakes/FakeFiles.h"
 #include "fakes/FakeTrayIcon.h"
 #include "fakes/FakeWindowSystem.h"
+#include "fakes/RecordedLog.h"
+#include "urlcheck/StandaloneVerdictHost.h"
 #include "urlcheck/tray/frmSysTray.h"
 
 namespace tb {
@@ -30,8 +33,7 @@ class TrayTest : public ::testing::Test {
 protected:
     std::unique_ptr<frmSysTray> Make(const WindowsVersion& version) {
         auto tray = std::make_unique<frmSysTray>(
-            m_Forms, frmSysTray::Environment{m_Icon, m_Windows, version,
-                                             [this](const Text& line) { return m_Channel.Handle(line); },
+            m_Forms, frmSysTray::Environment{m_Icon, m_Windows, version, m_Channel,
                                              [this](const Text& line) { m_Broken.push_back(line); }});
         tray->SysTrayMouseDown.Connect([this](std::int32_t button) { Note("down " + std::to_string(button)); });
         tray->SysTrayMouseUp.Connect([this](std::int32_t button) { Note("up " + std::to_string(button)); });
@@ -56,11 +58,11 @@ protected:
     SentTexts m_Windows;
     std::vector<Text> m_Events;
     std::vector<Text> m_Broken;
-    int m_Judged = 0;
-    BrowserChannel m_Channel{[this](const std::vector<Text>& args, Text& reply) {
-        ++m_Judged;
-        reply = Join(args, "|");
-    }};
+    FakeFiles m_Files;
+    RecordedLog m_Log;
+    StandaloneVerdictHost m_Host{m_Log};
+    const std::shared_ptr<const BrowserChannel> m_Channel = std::make_shared<BrowserChannel>(
+        std::make_shared<UrlVerdict>(std::make_shared<EvilDB>(m_Files, m_Host, std::filesystem::path()), m_Host));
     std::unique_ptr<frmSysTray> m_Tray = Make(Windows7);
 };
 
@@ -161,7 +163,7 @@ TEST_F(TrayTest, AnItemMayGoWhileItsClickIsHandled) {
 TEST_F(TrayTest, ATextInTheBoxIsAnsweredAndTheBoxCleared) {
     m_Tray->Load();
     Set("17\tCheck\thttp://x/\t");
-    EXPECT_EQ(m_Windows.Sent, (std::vector<Text>{"17: 17|Check|http://x/|"}));
+    EXPECT_EQ(m_Windows.Sent, (std::vector<Text>{"17: OK"}));
     EXPECT_EQ(m_Tray->txtBHOMessage.GetText(), "");
     Set("TBWAKEUP");
     EXPECT_EQ(Events(), "double 1");
@@ -170,16 +172,16 @@ TEST_F(TrayTest, ATextInTheBoxIsAnsweredAndTheBoxCleared) {
     ASSERT_EQ(m_Broken.size(), 1U);
     EXPECT_EQ(m_Broken[0].rfind("Browser channel: ", 0), 0U);
     EXPECT_EQ(m_Tray->txtBHOMessage.GetText(), "");
-    EXPECT_EQ(m_Judged, 1);
+    EXPECT_EQ(m_Log.Take(), std::vector<Text>{"1 Checking: http://x (OK)"}) << "judged once";
     EXPECT_EQ(m_Windows.Sent.size(), 1U);
 }
 
 TEST_F(TrayTest, ARequestInsideAReplyIsAnsweredFromStartToEnd) {
     m_Tray->Load();
     // The very same line, so the box holds it twice in a row.
-    m_Windows.Meanwhile = [this] { Set("17\tCheck"); };
-    Set("17\tCheck");
-    EXPECT_EQ(m_Windows.Sent, (std::vector<Text>{"17: 17|Check", "17: 17|Check"}));
+    m_Windows.Meanwhile = [this] { Set("17\tCheck\tx"); };
+    Set("17\tCheck\tx");
+    EXPECT_EQ(m_Windows.Sent, (std::vector<Text>{"17: OK", "17: OK"}));
     EXPECT_EQ(m_Tray->txtBHOMessage.GetText(), "");
 }
 
