@@ -1,9 +1,9 @@
+#include "submissions/DropReader.h"
+
 #include <algorithm>
 
-#include "base/errors.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "base/bytes.h"
 #include "submissions/Blanks.h"
-#include "submissions/SubmissionDB.h"
 
 namespace tb {
 
@@ -33,9 +33,9 @@ void SplitMail(const Text& mail, Text& headers, Text& body) {
 
 // The stream's bytes; nothing when it cannot be had, for whatever reason.
 std::optional<Text> OpenStream(MessageStorage& storage, const char* name) {
-    std::optional<Text> bytes;
-    Trap([&] { bytes = storage.Stream(name); }, [](const RuntimeError&) { /* the next kind of body is tried */ });
-    return bytes;
+    return TrapOr(
+        std::optional<Text>(), [&] { return storage.Stream(name); },
+        [](const RuntimeError&) { /* the next kind of body is tried */ });
 }
 
 Text UpToNul(const std::optional<Text>& bytes) { return bytes ? bytes->substr(0, bytes->find('\0')) : Text(); }
@@ -49,39 +49,37 @@ Text MessageBody(MessageStorage& storage) {
 
 }  // namespace
 
-void SubmissionDB::DoDrop(DropData& dropped) noexcept {
-    const auto held = weak_from_this().lock();
+void DropReader::Read(DropData& dropped) noexcept {
     Trap(
         [&] {
-            if (dropped.Has(cfInternetMessage)) {
+            if (dropped.Has(m_Formats.InternetMessage)) {
                 Text headers;
                 Text body;
                 // A block of memory is longer than the mail in it.
-                SplitMail(UpToNul(dropped.Bytes(cfInternetMessage)), headers, body);
-                SubmitEvilEmail(headers, body);
-            } else if (dropped.Has(cfFileGroupDescriptor)) {
+                SplitMail(UpToNul(dropped.Bytes(m_Formats.InternetMessage)), headers, body);
+                m_Intake.SubmitEvilEmail(std::move(headers), body);
+            } else if (dropped.Has(m_Formats.FileGroupDescriptor)) {
                 if (NativeData* native = iDataObjectFromData(dropped)) ProcessDataObject(native, dropped);
             } else if (dropped.Has(PlainTextFormat)) {
-                SubmitEvilURL(Text(TrimBlanks(dropped.PlainText())));
+                m_Intake.SubmitEvilURL(Text(TrimBlanks(dropped.PlainText())));
             } else {
                 ShowNotUnderstood();
             }
         },
-        DropFailure("Error DragDrop OLEDragDrop: "));
+        m_Host.DropFailure("Error DragDrop OLEDragDrop: "));
 }
 
-NativeData* SubmissionDB::iDataObjectFromData(DropData& dropped) noexcept {
-    NativeData* native = nullptr;
-    Trap([&] { native = dropped.Native(); }, DropFailure("Error iDataObjectFromData: "));
-    return native;
+NativeData* DropReader::iDataObjectFromData(DropData& dropped) noexcept {
+    return TrapOr(
+        static_cast<NativeData*>(nullptr), [&] { return dropped.Native(); },
+        m_Host.DropFailure("Error iDataObjectFromData: "));
 }
 
-void SubmissionDB::ShowNotUnderstood() const {
-    ShowMessage(Program(), "This is not a URL or Email message that " + Program().Product.ProductName + " understands.",
-                MessageButtons::Information);
+void DropReader::ShowNotUnderstood() const {
+    m_Host.Inform("This is not a URL or Email message that " + m_Host.Program().Product.ProductName + " understands.");
 }
 
-void SubmissionDB::ProcessDataObject(NativeData* native, DropData& dropped) noexcept {
+void DropReader::ProcessDataObject(NativeData* native, DropData& dropped) noexcept {
     Trap(
         [&] {
             const std::int32_t count = GetMessageCount(native);
@@ -90,45 +88,41 @@ void SubmissionDB::ProcessDataObject(NativeData* native, DropData& dropped) noex
                 Text body;
                 GetMessage(native, index, headers, body);
                 if (!headers.empty()) {
-                    SubmitEvilEmail(headers, body);
+                    m_Intake.SubmitEvilEmail(std::move(headers), body);
                 } else if (!body.empty()) {
-                    ShowMessage(Program(),
-                                "You submitted a forwarded Email message that " + Program().Product.ProductName +
-                                    " does not support.\r\nPlease submit the original message.",
-                                MessageButtons::Information);
+                    m_Host.Inform("You submitted a forwarded Email message that " +
+                                  m_Host.Program().Product.ProductName +
+                                  " does not support.\r\nPlease submit the original message.");
                 } else {
                     // A dragged Internet shortcut is one of these.
                     const Text text = dropped.Has(PlainTextFormat) ? dropped.PlainText() : Text();
                     if (text.find("://") != Text::npos) {
-                        SubmitEvilURL(Text(TrimBlanks(text)));
+                        m_Intake.SubmitEvilURL(Text(TrimBlanks(text)));
                     } else {
                         ShowNotUnderstood();
                     }
                 }
             }
         },
-        DropFailure("Error Process Data Object: "));
+        m_Host.DropFailure("Error Process Data Object: "));
 }
 
-std::int32_t SubmissionDB::GetMessageCount(NativeData* native) noexcept {
-    std::int32_t result = 0;
-    Trap(
+std::int32_t DropReader::GetMessageCount(NativeData* native) noexcept {
+    return TrapOr(
+        0,
         [&] {
             if (native == nullptr) throw Error(ErrorNumber::ObjectNotSet);
             const Text bytes = native->DescriptorBytes();
-            if (bytes.size() < CountSize) return;
-            std::uint32_t count = 0;
-            for (size_t index = CountSize; index-- > 0;) count = count << 8 | static_cast<std::uint8_t>(bytes[index]);
+            if (bytes.size() < CountSize) return 0;
+            const auto told = static_cast<std::int32_t>(LittleEndian(Left(bytes, CountSize)));
             // No more than there are descriptors, whatever the count says; one may be cut short.
             const size_t described = std::max<size_t>((bytes.size() - CountSize) / DescriptorSize, 1);
-            const auto told = static_cast<std::int32_t>(count);
-            result = told < 0 || static_cast<size_t>(told) < described ? told : static_cast<std::int32_t>(described);
+            return told < 0 || static_cast<size_t>(told) < described ? told : static_cast<std::int32_t>(described);
         },
-        DropFailure("Error Get Message Count: "));
-    return result;
+        m_Host.DropFailure("Error Get Message Count: "));
 }
 
-void SubmissionDB::GetMessage(NativeData* native, std::int32_t index, Text& headers, Text& body) noexcept {
+void DropReader::GetMessage(NativeData* native, std::int32_t index, Text& headers, Text& body) noexcept {
     Trap(
         [&] {
             headers.clear();
@@ -138,7 +132,7 @@ void SubmissionDB::GetMessage(NativeData* native, std::int32_t index, Text& head
             headers = UpToNul(OpenStream(*storage, TransportHeaders));
             body = MessageBody(*storage);
         },
-        DropFailure("Error Get Message: "));
+        m_Host.DropFailure("Error Get Message: "));
 }
 
 }  // namespace tb
