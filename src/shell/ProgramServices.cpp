@@ -24,6 +24,10 @@ void ProgramServices::SetupSubmissions() {
     store->RedisplaySubmissions.Connect([this] {
         if (m_Window) m_Window->RefreshDisplay();
     });
+    store->RunWanted.Connect([this] {
+        Controller().DoSubmission();
+        Controller().CheckSubmissionRetry();
+    });
     // What it cannot load it tells in messages.
     store->Setup();
 }
@@ -39,7 +43,6 @@ bool ProgramServices::ShowMainPanel(std::int16_t panel) {
     if (!m_Window) {
         m_Window = std::make_shared<frmSubmissions>(
             m_Parts.Forms, frmSubmissions::Parts{oSubmissionDB, m_Parts.Access, *this, m_Parts.Targets,
-                                                 [this](DropData& dropped) { Dropped(dropped); },
                                                  [this] { Controller().PlayClickSound(); }});
     }
     m_Window->Show();
@@ -50,16 +53,6 @@ void ProgramServices::CloseMainWindow() {
     m_Dialogs.Close();
     if (m_Window) m_Window->Unload();
     m_Window.reset();
-}
-
-void ProgramServices::Dropped(DropData& dropped) {
-    const std::shared_ptr<SubmissionDB> store = oSubmissionDB;
-    if (!store) return;
-    store->DoDrop(dropped);
-    // The questions served messages: the program may be about to go.
-    if (!oSubmissionDB) return;
-    Controller().DoSubmission();
-    Controller().CheckSubmissionRetry();
 }
 
 bool ProgramServices::StartActivity(const Text& name, bool logIt) {

@@ -36,9 +36,6 @@ public:
     void CloseMainWindow() override;
 
 private:
-    // Hands a drop to the store, and starts the run that posts what it has queued.
-    void Dropped(DropData& dropped);
-
     bool StartActivity(const Text& name, bool logIt) override;
     void EndActivity(const Text& name, bool logIt) override;
     // Error 91 when there is none.

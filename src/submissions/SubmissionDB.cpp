@@ -18,6 +18,23 @@ void SubmissionDB::Setup() noexcept {
     m_Store.Setup();
 }
 
+void SubmissionDB::HandIn(DropData& dropped) {
+    const auto held = shared_from_this();
+    DoDrop(dropped);
+    AskForRun();
+}
+
+void SubmissionDB::HandInURL(const Text& text) {
+    const auto held = shared_from_this();
+    SubmitEvilURL(text);
+    AskForRun();
+}
+
+// The questions served messages: whoever listens may be about to go.
+void SubmissionDB::AskForRun() const {
+    if (m_Host.Program().Settings) RunWanted.Raise();
+}
+
 void SubmissionDB::DoDrop(DropData& dropped) noexcept {
     const auto held = weak_from_this().lock();
     m_Reader.Read(dropped);

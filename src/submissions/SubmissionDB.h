@@ -2,8 +2,8 @@
 // which sends it, and the store, which keeps what the service has accepted.
 // Thread: the user-interface thread. Messages, the dialog and posts serve messages while they wait, so any operation
 // may run inside another; none keeps an index or a pointer into the list across such a wait. The object must be made
-// with std::make_shared: it stays while DoDrop, SubmitEvilURL or ProcessSubmissions runs, though its owner drops
-// it.
+// with std::make_shared: it stays while HandIn, DoDrop, SubmitEvilURL or ProcessSubmissions runs, though its owner
+// drops it.
 // Formats: docs/formats/submissions.md, queue-file.md, submission-exchange.md.
 #pragma once
 
@@ -34,12 +34,19 @@ public:
     Event<Text, LogLevel> LogMessage;
     // The list has changed.
     Event<> RedisplaySubmissions;
+    // Something was handed in and may wait in the queue: ProcessSubmissions shall run soon.
+    Event<> RunWanted;
 
     // Loads the list, and clears what a program that ended in the middle of a write has left.
     void Setup() noexcept;
 
     // --- The way in. A failure is a message with the stop icon; what was queued up to there stays queued.
 
+    // Takes what was dropped, as DoDrop, and raises RunWanted, unless the program has let go of its settings meanwhile:
+    // then it is about to end.
+    void HandIn(DropData& dropped);
+    // The same for a URL, as SubmitEvilURL.
+    void HandInURL(const Text& text);
     // Takes what was dropped: a mail, stored messages, or a URL; asks the user about each and queues it.
     void DoDrop(DropData& dropped) noexcept;
     // The same for a URL; outside debug mode a single one that begins with "http".
@@ -85,6 +92,8 @@ public:
     Text DecryptSubID(const Text& id) const { return m_Store.DecryptSubID(id); }
 
 private:
+    void AskForRun() const;
+
     const SubmissionHost m_Host;
     SubmissionQueue m_Queue;
     SubmissionStore m_Store;

@@ -23,9 +23,7 @@ struct FormsRig : SubmissionRig, DropTargets, Activities {
     }
     std::shared_ptr<frmSubmissions> Window() {
         return std::make_shared<frmSubmissions>(
-            Family,
-            frmSubmissions::Parts{
-                DB, {Program, Log, Web.Factory()}, *this, *this, [this](DropData& data) { DB->DoDrop(data); }, [] {}});
+            Family, frmSubmissions::Parts{DB, {Program, Log, Web.Factory()}, *this, *this, [] {}});
     }
     // The form of the dialog that is open.
     Form& Open() { return *Family.Loaded().back(); }

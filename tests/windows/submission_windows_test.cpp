@@ -36,13 +36,8 @@ protected:
     void EndActivity(const Text&, bool) override {}
 
     std::shared_ptr<frmSubmissions> Window() {
-        return std::make_shared<frmSubmissions>(m_Forms,
-                                                frmSubmissions::Parts{DB,
-                                                                      {Program, Log, Web.Factory()},
-                                                                      *this,
-                                                                      m_Targets,
-                                                                      [this](DropData& data) { DB->DoDrop(data); },
-                                                                      [] {}});
+        return std::make_shared<frmSubmissions>(
+            m_Forms, frmSubmissions::Parts{DB, {Program, Log, Web.Factory()}, *this, m_Targets, [] {}});
     }
 
     // Presses the keys in the dialog, one after the other while it is open, and gives back what it says.

@@ -67,7 +67,7 @@ void frmSubmissions::Loaded() {
 }
 
 void frmSubmissions::Dropped(DropData& dropped) {
-    m_Parts.Drop(dropped);
+    m_Parts.Store->HandIn(dropped);
     RefreshDisplay();
 }
 

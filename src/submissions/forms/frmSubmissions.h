@@ -21,8 +21,6 @@ public:
         ServiceAccess Service;
         tb::Activities& Activities;
         DropTargets& Targets;
-        // Takes what was dropped, and starts what follows.
-        std::function<void(DropData&)> Drop;
         std::function<void()> PlayClickSound;
     };
 
