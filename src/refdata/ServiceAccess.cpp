@@ -14,6 +14,6 @@ ElementPtr ServiceAccess::Servers(TextView service) const {
     return Settings()->GlobalsFindXMLElement("SERVERS", "NAME", service);
 }
 
-std::filesystem::path ServiceAccess::DataFile(TextView name) const { return Program.Path() / "Data" / TextPath(name); }
+std::filesystem::path ServiceAccess::DataFile(TextView name) const { return DataFolder() / TextPath(name); }
 
 }  // namespace tb

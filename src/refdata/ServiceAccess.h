@@ -22,7 +22,8 @@ struct ServiceAccess {
     // The server element of a service in the defaults data; null when they have none of that name, error 5 when they
     // have no servers at all.
     ElementPtr Servers(TextView service) const;
-    // A file of the data folder, by its name.
+    std::filesystem::path DataFolder() const { return Program.Path() / "Data"; }
+    // A file in it, by its name.
     std::filesystem::path DataFile(TextView name) const;
 };
 

@@ -68,7 +68,7 @@ void LateDefaults::TryDefaults() {
     m_Pause = {};
     m_NeedsReference = true;
     m_OwesVersions = true;
-    m_Changed();
+    Changed.Raise();
 }
 
 void LateDefaults::TryReference() {

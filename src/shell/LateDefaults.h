@@ -6,6 +6,7 @@
 
 #include <set>
 
+#include "base/event.h"
 #include "refdata/ServiceAccess.h"
 #include "shell/SiteTables.h"
 
@@ -25,15 +26,14 @@ private:
 
 class LateDefaults {
 public:
-    // `changed` is called when defaults have come, before anything else is asked of the network. All that is named
-    // outlives the object.
-    LateDefaults(ServiceAccess access, SiteTables& tables, std::function<void()> changed)
-        : m_Lines(access.Log),
-          m_Access{access.Program, m_Lines, std::move(access.MakeSender)},
-          m_Tables(tables),
-          m_Changed(std::move(changed)) {}
+    // All that is named outlives the object.
+    LateDefaults(ServiceAccess access, SiteTables& tables)
+        : m_Lines(access.Log), m_Access{access.Program, m_Lines, std::move(access.MakeSender)}, m_Tables(tables) {}
     LateDefaults(const LateDefaults&) = delete;
     LateDefaults& operator=(const LateDefaults&) = delete;
+
+    // Defaults have come; raised before anything else is asked of the network.
+    Event<> Changed;
 
     // Whether the settings have the global SERVERS. Without it the defaults are tried first, when the pause since the
     // last try is over or the machine has come online since; with them the reference data, as often as it takes to get
@@ -70,7 +70,6 @@ private:
     LinesOnce m_Lines;
     ServiceAccess m_Access;
     SiteTables& m_Tables;
-    std::function<void()> m_Changed;
     GrowingPause m_Pause;
     bool m_WasOffline = false;
     bool m_NeedsReference = false;

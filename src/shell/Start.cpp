@@ -3,6 +3,7 @@
 #include "base/codepage.h"
 #include "base/errors.h"
 #include "base/numbers.h"
+#include "refdata/Defaults.h"
 #include "shell/helpers/GeneralHelpers.h"
 #include "ui/settings/SettingsTable.h"
 
@@ -17,8 +18,15 @@ constexpr std::int32_t KeptLogDays = 150;
 
 }  // namespace
 
-Start::Start(App& app, ProgramLog& log, StartGates& gates, MakeController makeController)
-    : m_App(app), m_Log(log), m_Gates(gates), m_MakeController(std::move(makeController)) {}
+Start::Start(ServiceAccess access, ProgramLog& log, SiteTables& tables, ProgramWindows& windows,
+             MakeController makeController)
+    : m_Access(std::move(access)),
+      m_App(m_Access.Program),
+      m_Log(log),
+      m_Tables(tables),
+      m_Windows(windows),
+      m_Installation(m_App, m_Log),
+      m_MakeController(std::move(makeController)) {}
 
 bool Start::Main() {
     bool runs = false;
@@ -59,7 +67,7 @@ bool Start::ReadSettings() {
         app.System.Files, app.System.Clock, app.System.Dialogs, app.Product.Separators, app.Product.ProductName});
     m_App.Settings->LoadINI(app.Path() / (app.Product.ProductName + ".ini"));
     m_Log.WriteLog(app.Product.ProductName + ".ini initialized", LogLevel::Debug);
-    if (m_Gates.CheckLoadDefaults()) return StopWith("CheckLoadDefaults TRUE, exiting", LogLevel::Always);
+    if (Defaults(m_Access).CheckLoadDefaults()) return StopWith("CheckLoadDefaults TRUE, exiting", LogLevel::Always);
     if (!ReadSkinXML()) return StopWith("ReadSkinXML Failure", LogLevel::Always);
     return true;
 }
@@ -78,24 +86,24 @@ bool Start::MakeWindows() {
 }
 
 bool Start::CheckInstallation() {
-    if (Stops(m_Gates.CheckInstallPendingUpdates(), "Pending updates to install, exiting")) return false;
+    if (Stops(m_Installation.CheckInstallPendingUpdates(), "Pending updates to install, exiting")) return false;
     WriteDefaultSettings();
     if (Stops(CheckNameAndPreviousInstance(), "CheckNameAndPrevInstance TRUE, exiting")) return false;
     MakeFolders();
     m_Log.PruneLogFiles(m_App.AppPath() + "\\Log\\", KeptLogDays);
     m_App.Components = std::make_shared<ComponentList>();
-    m_Gates.AddComponents();
-    if (Stops(m_Gates.CheckForMissingComponents(), "CheckForMissingComponents TRUE, exiting")) return false;
-    if (Stops(m_Gates.CheckExpireOrWarnVersion(), "CheckExpireOrWarnVersion TRUE, exiting")) return false;
+    m_Installation.AddComponents();
+    if (Stops(m_Installation.CheckForMissingComponents(), "CheckForMissingComponents TRUE, exiting")) return false;
+    if (Stops(m_Installation.CheckExpireOrWarnVersion(), "CheckExpireOrWarnVersion TRUE, exiting")) return false;
     if (m_App.NeedToUpdate) m_Log.WriteLog("Need to update TRUE", LogLevel::Debug);
-    return !Stops(m_Gates.CheckLoadReferenceData(), "CheckLoadReferenceData TRUE, exiting");
+    return !Stops(Reference(m_Access, m_Tables.ForLoad()).LoadReferenceData(), "CheckLoadReferenceData TRUE, exiting");
 }
 
 bool Start::BringUp() {
     m_App.ClickSound = m_App.System.Resources.Custom("CLICK");
     m_App.AlertSound = m_App.System.Resources.Custom("ALERT");
     StartTrawlbeam();
-    m_Gates.CloseSplash();
+    m_Windows.CloseSplash();
     FreeMemory(m_App, m_Log);
     m_Controller->Controller().EndActivity(SetupName(), true);
     return true;
@@ -135,20 +143,18 @@ void Start::WriteDefaultSettings() {
 }
 
 void Start::MakeFolders() {
-    const std::filesystem::path data = m_App.Path() / "Data";
-    for (const std::filesystem::path& folder :
-         {m_App.Path() / "Log", data, data / "InProcess", data / "InProcess" / "Error"}) {
-        EnsureDirectory(m_App, folder);
-    }
+    EnsureDirectory(m_App, m_App.Path() / "Log");
+    EnsureDirectory(m_App, m_Access.DataFolder());
+    SubmissionQueue(m_App.System.Files, m_Access.DataFolder()).MakeFolders();
 }
 
 void Start::StartTrawlbeam() {
     Trap(
         [&] {
-            if (m_App.Settings->GetXMLString("MAIN", "SPLASH", "0") == "1") m_Gates.ShowSplash();
-            m_Gates.SetupBrowserHelper();
+            if (m_App.Settings->GetXMLString("MAIN", "SPLASH", "0") == "1") m_Windows.ShowSplash();
+            m_Windows.SetupBrowserHelper();
             m_Controller->Setup();
-            if (m_App.Settings && IsWindows2000OrLater(m_App)) m_Gates.SetupTrawlDrop();
+            if (m_App.Settings && IsWindows2000OrLater(m_App)) m_Windows.SetupTrawlDrop();
             m_App.LastPanel = 1;
         },
         [&](const RuntimeError& error) {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include "shell/StartGates.h"
+#include "shell/InstallationGates.h"
 #include "shell/frmController.h"
 
 namespace tb {
@@ -15,7 +15,8 @@ public:
     using MakeController = std::function<std::shared_ptr<frmController>()>;
 
     // All of it outlives the start.
-    Start(App& app, ProgramLog& log, StartGates& gates, MakeController makeController);
+    Start(ServiceAccess access, ProgramLog& log, SiteTables& tables, ProgramWindows& windows,
+          MakeController makeController);
 
     // True: the program runs and lives on events. False: a gate or an error stopped it, the user has been told what is
     // to be told, and the process is to be ended at once.
@@ -46,9 +47,12 @@ private:
     void StartTrawlbeam();
     Text SetupName() const { return m_App.Product.ProductName + " Setup"; }
 
+    ServiceAccess m_Access;
     App& m_App;
     ProgramLog& m_Log;
-    StartGates& m_Gates;
+    SiteTables& m_Tables;
+    ProgramWindows& m_Windows;
+    InstallationGates m_Installation;
     MakeController m_MakeController;
     std::shared_ptr<frmController> m_Controller;
     bool m_HasFailed = false;

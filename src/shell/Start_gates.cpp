@@ -47,9 +47,9 @@ Text Start::SkinText() {
 }
 
 bool Start::CheckNameAndPreviousInstance() {
-    if (m_Gates.CheckName()) return true;
+    if (m_Installation.CheckName()) return true;
     Processes& processes = m_App.System.Processes;
-    if (!processes.IsPreviousInstance()) return m_Gates.CheckUpdaterRunning();
+    if (!processes.IsPreviousInstance()) return m_Installation.CheckUpdaterRunning();
     const Text& product = m_App.Product.ProductName;
     m_Log.WriteLog(product + " CheckNameAndPreviousInstance - App.PrevInstance TRUE", LogLevel::Always);
     // Time for an instance that an update is about to replace to go away.

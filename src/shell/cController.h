@@ -5,10 +5,11 @@
 
 #include "base/event.h"
 #include "base/log.h"
+#include "submissions/StatusUpdate.h"
 
 namespace tb {
 
-class cController {
+class cController : public Activities {
 public:
     // Each change worth a line.
     Event<Text, LogLevel> LogMessage;
@@ -24,8 +25,8 @@ public:
 
     // True when the activity may run; its owner then ends it with EndActivity. False once exit has been asked for: the
     // owner does nothing and ends nothing. Error 6 beyond 32767 activities.
-    bool StartActivity(const Text& name, bool logIt);
-    void EndActivity(const Text& name, bool logIt);
+    bool StartActivity(const Text& name, bool logIt) override;
+    void EndActivity(const Text& name, bool logIt) override;
 
     bool CanExit() const { return m_ActivityCount == 0; }
 

@@ -1,94 +1,63 @@
-// The program around the controller, without Windows: fakes, the start chain, and what later parts would answer.
+// The program around the controller, without Windows: fakes below it, windows above it that note what they are asked,
+// and in between an installation on which every gate of the start lets it pass.
 #pragma once
 
-#include "components/tbXML/Document.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/FakeSender.h"
 #include "fakes/FakeSound.h"
 #include "fakes/FakeTrayIcon.h"
 #include "shell/Start.h"
+#include "sitedb/codec/Encryption.h"
 
 namespace tb {
 
+using Lines = std::vector<Text>;
+
 // Notes what it is asked, in order.
-class RecordedServices : public ControllerServices {
+class RecordedWindows : public ProgramWindows, private QualifiersView {
 public:
-    void Asked(const FakeWeb::Request& request) {
-        Did("update " + request.Key);
-        if (OnUpdate) OnUpdate();
-    }
-    bool SendVersions() override {
-        Did("versions");
-        if (OnVersions) OnVersions();
-        return ReportsTaken;
-    }
-    bool CanUpdate(Text& reason) override {
-        reason = Reason;
-        return Reason.empty();
-    }
-    void CheckForUpdates() override { Did("program update"); }
-    void ProcessSubmissions() override {
-        Did("submissions");
-        if (OnSubmissions) OnSubmissions();
-    }
+    void ShowSplash() override { Did("splash"); }
+    void ShowProgress(std::int16_t percent) override { Did("progress " + std::to_string(percent)); }
+    void CloseSplash() override { Did("close splash"); }
+    void SetupBrowserHelper() override { Did("helper"); }
+    void SetupTrawlDrop() override { Did("drop zone"); }
     bool ShowMainPanel(std::int16_t panel) override {
         Did("panel " + std::to_string(panel));
         return HasWindows;
     }
-    void CloseMainWindow() override { Did("close main"); }
     bool ToggleDropZone(bool& visible) override {
         visible = DropZone = !DropZone;
         return HasWindows;
     }
-    void CloseDropZone() override { Did("close drop zone"); }
     bool ShowAbout() override { return HasWindows; }
-    void DropSubmissions() override { Did("drop"); }
+    bool AllowInWindow(const Text& url) override {
+        if (HasWindows) Did("allow " + url);
+        return HasWindows;
+    }
+    QualifiersView& Qualifiers() override { return *this; }
+    void CloseMainWindow() override { Did("close main"); }
+    void CloseDropZone() override { Did("close drop zone"); }
+    void CloseAbout() override { Did("close about"); }
     void CloseNotifications() override { Did("close notifications"); }
-    void ShowProgress(std::int16_t percent) override { Did("progress " + std::to_string(percent)); }
 
-    void Did(const Text& what) { Done.push_back(what); }
-    std::vector<Text> Take() { return std::exchange(Done, {}); }
+    void Did(const Text& what) {
+        Done.push_back(what);
+        if (OnCall) OnCall(what);
+    }
+    Lines Take() { return std::exchange(Done, {}); }
 
-    std::vector<Text> Done;
-    std::function<void()> OnUpdate;
-    std::function<void()> OnVersions;
-    std::function<void()> OnSubmissions;
-    Text Reason = "not now";
-    bool ReportsTaken = false;
+    Lines Done;
+    std::function<void(const Text& what)> OnCall;
     bool HasWindows = false;
     bool DropZone = true;
+
+private:
+    WindowExtent Extent(const QualifiersDialog&) override { return {}; }
+    void ShowModal(QualifiersDialog&, const WindowPosition&) override {}
 };
 
-class RecordedGates : public StartGates {
-public:
-    bool CheckLoadDefaults() override {
-        if (OnDefaults) OnDefaults();
-        return Pass("defaults");
-    }
-    bool CheckInstallPendingUpdates() override { return Pass("pending"); }
-    bool CheckName() override { return Pass("name"); }
-    bool CheckUpdaterRunning() override { return Pass("updater"); }
-    bool CheckForMissingComponents() override { return Pass("missing"); }
-    bool CheckExpireOrWarnVersion() override { return Pass("version"); }
-    bool CheckLoadReferenceData() override { return Pass("reference"); }
-    void AddComponents() override { Pass("components"); }
-    void ShowSplash() override { Pass("splash"); }
-    void CloseSplash() override { Pass("close splash"); }
-    void SetupBrowserHelper() override { Pass("helper"); }
-    void SetupTrawlDrop() override { Pass("drop zone"); }
-
-    bool Pass(const Text& gate) {
-        Passed.push_back(gate);
-        if (OnGate) OnGate(gate);
-        if (gate == Throws) throw RuntimeError(5, "planted");
-        return gate == Stops;
-    }
-
-    std::function<void()> OnDefaults;
-    std::function<void(const Text& gate)> OnGate;
-    std::vector<Text> Passed;
-    Text Stops;
-    Text Throws;
+struct NoFormats : ClipboardFormats {
+    ClipboardFormat Register(const Text& /*name*/) override { return 0; }
 };
 
 struct ShellRig {
@@ -98,16 +67,24 @@ struct ShellRig {
             System.Files.Contents["/app/Trawlbeam.ini"] =
                 "<INI DATE='01/01/2026 00:00:00'>\r\n" + settings + "</INI>\r\n";
         }
-        Gates.OnDefaults = [this] {
-            Document servers;
-            servers.LoadXML("<SERVERS NAME='SERVERS'><ELEMENT NAME='EVILDBSVR'/></SERVERS>");
-            Program.Settings->ReplaceGlobals("SERVERS", servers.Root());
+        for (const Text name : {"Trawlbeam.exe", "Trawlbeam.chm", "tbUpdater.exe", "MBListEx.ocx", "tbXML.dll",
+                                "tbSender.dll", "tbDTab6.ocx", "TrawlbeamHelper.dll", "tbBHOCfg.dll", "tbBHBridge.dll"})
+            System.Files.Contents["/app/" + name] = "x";
+        System.Files.Contents[DefaultsFile] = Defaults({});
+        System.Files.Contents[ReferenceFile] = EncryptStringChk(
+            "<B><CATEGORIES><C ID='2' NAME='Spoof'/></CATEGORIES><SUBMISSIONS/><DISPOSITIONS/>"
+            "<COUNTRIES/></B>");
+        Web.Meanwhile = [this](const FakeWeb::Request& request) {
+            if (OnRequest) OnRequest(request.Operation + " " + request.Page);
         };
-        Web.Meanwhile = [this](const FakeWeb::Request& request) { Services.Asked(request); };
-        Chain = std::make_unique<Start>(Program, Log, Gates, [this] {
+        Use(Windows);
+    }
+    // Starts with these windows.
+    void Use(ProgramWindows& windows) {
+        Chain = std::make_unique<Start>(Access, Log, Tables, windows, [this, &windows] {
             auto made = std::make_shared<frmController>(
-                Windows, frmController::Parts{Program, Log, Services, Tables, Web.Factory(), Tray, Device,
-                                              [this](const Text& line) { Log.WriteLog(line, LogLevel::Always); }});
+                Family, frmController::Parts{Access, Log, windows, Tables, Formats, Tray, Device,
+                                             [this](const Text& line) { Log.WriteLog(line, LogLevel::Always); }});
             if (OnMade) OnMade(*made);
             return made;
         });
@@ -115,18 +92,38 @@ struct ShellRig {
     static Text Section(const Text& name, const Text& key, const Text& value) {
         return "<SECTION name='" + name + "'>\r\n<ELEMENT NAME='" + key + "'>" + value + "</ELEMENT>\r\n</SECTION>\r\n";
     }
+    static Text Group(const Text& name, const Text& content) { return "<G NAME='" + name + "'>" + content + "</G>"; }
+    // The defaults data with the servers of these services and further groups.
+    static Text Defaults(const Text& groups,
+                         const Lines& services = {"EVILDBSVR", "ReferenceSVR", "VersionsSVR", "UpdatesSVR"}) {
+        Text servers;
+        for (const Text& name : services) servers += "<E NAME='" + name + "'/>";
+        return EncryptStringChk("<D>" + Group("SERVERS", servers) + groups + "</D>");
+    }
     frmController& Controller() { return *Chain->Controller(); }
+    // What was asked of the web since the last time, each with its key.
+    Lines Asked() {
+        Lines asked;
+        for (const FakeWeb::Request& request : std::exchange(Web.Requests, {}))
+            asked.push_back(request.Operation + " " + request.Page + (request.Key.empty() ? "" : " " + request.Key));
+        return asked;
+    }
+
+    static constexpr const char* DefaultsFile = "/app/Data/defaults.bin";
+    static constexpr const char* ReferenceFile = "/app/Data/reference.bin";
 
     FakeSystem System;
     App Program;
     ProgramLog Log{Program};
-    Forms Windows;
+    Forms Family;
     FakeTrayIcon Tray;
     FakeSound Device;
-    RecordedServices Services;
+    NoFormats Formats;
+    RecordedWindows Windows;
     SiteTables Tables{Program};
     FakeWeb Web;
-    RecordedGates Gates;
+    const ServiceAccess Access{Program, Log, Web.Factory()};
+    std::function<void(const Text& request)> OnRequest;
     std::function<void(frmController&)> OnMade;
     std::unique_ptr<Start> Chain;
 };

@@ -4,12 +4,9 @@
 #include "fakes/RecordedLog.h"
 #include "shell/ShellRig.h"
 #include "shell/helpers/GeneralHelpers.h"
-#include "sitedb/codec/Encryption.h"
 
 namespace tb {
 namespace {
-
-using Lines = std::vector<Text>;
 
 TEST(Controller, ExitWaitsForTheLastActivity) {
     RecordedLog log;
@@ -43,19 +40,32 @@ protected:
         if (prepare) prepare(m_Rig->System);
         ASSERT_TRUE(m_Rig->Chain->Main());
         m_Rig->System.TakeLog();
-        m_Rig->Services.Take();
+        m_Rig->Windows.Take();
+        m_Rig->Asked();
     }
     frmController& Controller() { return m_Rig->Controller(); }
-    // Ticks of the update timer, in which the numbers of those with a cycle are told.
-    Text CyclesIn(int ticks) {
-        Text cycles;
+    void Set(const Text& key, const Text& value) { m_Rig->Program.Settings->WriteXMLString("Main", key, value); }
+    // Ticks of a timer, in which the numbers of those that did something are told.
+    Text RunsIn(int ticks, Timer& timer, const std::function<bool()>& didRun) {
+        Text runs;
         for (int tick = 1; tick <= ticks; ++tick) {
-            Controller().tmUpdate.Tick();
-            if (!m_Rig->Services.Take().empty()) cycles += std::to_string(tick) + " ";
+            timer.Tick();
+            if (didRun()) runs += std::to_string(tick) + " ";
         }
-        return cycles;
+        return runs;
+    }
+    // In debug mode.
+    bool DidSubmit() {
+        const Lines log = m_Rig->System.TakeLog();
+        return std::find(log.begin(), log.end(),
+                         " D 25000 Controller StartActivity (Count = 1): Processing Submissions") != log.end();
+    }
+    void UseUpActivities() {
+        for (int count = 0; count < INT16_MAX; ++count) Controller().Controller().StartActivity("many", false);
     }
 
+    const Text m_Often = ShellRig::Section("Timers", "EVILDB_INTERVAL", "0");
+    const Text m_Debug = ShellRig::Section("Main", DebugSwitch(), "1");
     std::unique_ptr<ShellRig> m_Rig;
 };
 
@@ -69,11 +79,14 @@ TEST_F(ControllerWindowTest, TheTrayComesLastWithItsMenu) {
     };
     Run();
     EXPECT_EQ(keys(), "dblclick  menu1 menu2 menu3 trawlweb  trawldrop  help about  exit");
-    Run({}, [](FakeSystem& system) { system.Machine.System = {4, 0, 1381, 2}; });
+    Run({}, [this](FakeSystem& system) {
+        system.Machine.System = {4, 0, 1381, 2};
+        m_Rig->Windows.OnCall = [](const Text& what) { EXPECT_NE(what, "drop zone"); };
+    });
     EXPECT_EQ(keys(), "dblclick  menu1 menu2 menu3 trawlweb  help about  exit") << "no drop zone";
-    EXPECT_THAT(m_Rig->Gates.Passed, testing::Not(testing::Contains("drop zone")));
-    Run(ShellRig::Section("Main", DebugSwitch(), "1") + ShellRig::Section("Desktop", "Show", "0"));
+    Run(m_Debug + ShellRig::Section("Desktop", "Show", "0"));
     EXPECT_EQ(keys(), "dblclick  menu1 menu2 menu3 trawlweb  diag  trawldrop  help about  exit");
+    EXPECT_EQ(Controller().SysTray()->MenuItem(9)->Caption(), "Show Trawlbeam &DropZone");
     EXPECT_EQ(Controller().Caption(), "Trawlbeam Controller Debug");
     EXPECT_TRUE(Controller().Visible());
 }
@@ -82,11 +95,21 @@ TEST_F(ControllerWindowTest, ARequestIsJudgedWithTheProgramsSettings) {
     const Text wave("RIFF\x24\0\0\0WAVEfmt \x10\0\0\0\x01\0\x01\0\x40\x1f\0\0\x40\x1f\0\0\x01\0\x08\0data\0\0\0\0", 44);
     Run(ShellRig::Section("Main", "AlertSound", "1"),
         [&](FakeSystem& system) { system.Resources.Customs["ALERT"] = wave; });
-    Controller().Sites()->AddToDB("http://evil.example", "2", "d");
-    Text reply;
-    Controller().CheckEvil({"1", "Check", "http://evil.example/"}, reply);
-    EXPECT_EQ(reply, "Validated: d  (Category: Banking or Credit Card Spoof)");
+    Controller().Data().m_EvilDB->AddToDB("http://evil.example", "2", "d");
+    // As a client asks: through the tray's text box.
+    const auto ask = [this](const Text& request) {
+        Controller().SysTray()->txtBHOMessage.SetText("7\t" + request);
+        return m_Rig->System.WindowText.Sent.back();
+    };
+    EXPECT_EQ(ask("Check\thttp://evil.example/"), "7: Validated: d  (Category: Spoof)");
     EXPECT_EQ(m_Rig->Device.Played.size(), 1U);
+    for (const bool inWindow : {true, false}) {
+        m_Rig->Windows.HasWindows = inWindow;
+        EXPECT_EQ(ask("Allow\thttp://evil.example"), "7: ");
+        EXPECT_EQ(m_Rig->Windows.Take().size(), inWindow ? 1U : 0U);
+    }
+    EXPECT_EQ(ask("Check\thttp://evil.example/"), "7: OK");
+    EXPECT_NE(m_Rig->System.Files.Contents["/app/Data/SiteOverrides.xml"].find("evil.example"), Text::npos);
 }
 
 TEST_F(ControllerWindowTest, TheDeploymentDecidesWhetherTheListIsGuarded) {
@@ -97,103 +120,125 @@ TEST_F(ControllerWindowTest, TheDeploymentDecidesWhetherTheListIsGuarded) {
         ShellRig rig({}, product);
         rig.Web.Replies["MalDB.aspx"] = EncryptStringChk("999912312359\n1\n");
         ASSERT_TRUE(rig.Chain->Main());
-        EXPECT_EQ(rig.Controller().Sites()->LastTimestamp(), guarded ? "200001010000" : "999912312359");
+        EXPECT_EQ(rig.Controller().Data().m_EvilDB->LastTimestamp(), guarded ? "200001010000" : "999912312359");
     }
 }
 
-TEST_F(ControllerWindowTest, AnUpdateCycleComesEveryPeriodAndOneTick) {
-    for (const auto& [seconds, cycles] :
-         std::vector<std::pair<Text, Text>>{{"5", "6 12 18 "}, {"0", "1 2 3 4 5 6 7 8 9 10 "}}) {
-        Run(ShellRig::Section("Timers", "EVILDB_INTERVAL", seconds));
-        EXPECT_EQ(CyclesIn(seconds == "0" ? 10 : 20), cycles);
-    }
+TEST_F(ControllerWindowTest, EachKindOfWorkComesEveryPeriodAndOneTick) {
+    const auto cycles = [this](int ticks) {
+        return RunsIn(ticks, Controller().tmUpdate, [this] { return !m_Rig->Asked().empty(); });
+    };
+    Run(ShellRig::Section("Timers", "EVILDB_INTERVAL", "5"));
+    EXPECT_EQ(cycles(20), "6 12 18 ");
+    Run(m_Often);
+    EXPECT_EQ(cycles(5), "1 2 3 4 5 ");
     Run();
-    EXPECT_EQ(CyclesIn(130), "61 122 ");
+    EXPECT_EQ(cycles(130), "61 122 ");
+    Run(ShellRig::Section("Timers", "FREEMEM_INTERVAL", "3"));
+    const auto trims = [this] { return !std::exchange(m_Rig->System.Processes.Trims, {}).empty(); };
+    trims();
+    EXPECT_EQ(RunsIn(12, Controller().tmUpdate, trims), "4 8 12 ");
+    m_Rig->Program.Settings->WriteXMLString("Timers", "FREEMEM_ENABLED", "0");
+    EXPECT_EQ(RunsIn(9, Controller().tmUpdate, trims), "");
 }
 
 TEST_F(ControllerWindowTest, ACycleUpdatesReportsAndLooksForTheProgram) {
-    Run(ShellRig::Section("Timers", "EVILDB_INTERVAL", "0") + ShellRig::Section("Main", "KEY", "me"));
-    m_Rig->Program.Settings->WriteXMLString("Main", "AutoUpdate", "0");
-    Controller().tmUpdate.Tick();
-    EXPECT_EQ(m_Rig->Services.Take(), (Lines{"update me", "versions"}));
-    m_Rig->Services.ReportsTaken = true;
-    Controller().tmUpdate.Tick();
+    const Lines list{"POST MalDB.aspx me"};
+    const Lines both{"POST MalDB.aspx me", "POST Versions.aspx me"};
+    Run(m_Often + ShellRig::Section("Main", "KEY", "me"));
+    const auto cycle = [this] {
+        Controller().tmUpdate.Tick();
+        return m_Rig->Asked();
+    };
+    Set("AutoUpdate", "0");
+    m_Rig->Web.Errors["Versions.aspx"] = "busy";
+    EXPECT_EQ(cycle(), both);
+    m_Rig->Web.Errors.clear();
+    EXPECT_EQ(cycle(), both) << "nobody took the first report";
     m_Rig->System.Clock.Pass(Date::SecondsPerDay);
-    m_Rig->Services.Take();
-    Controller().tmUpdate.Tick();
-    EXPECT_EQ(m_Rig->Services.Take(), Lines{"update me"}) << "a day is not yet over";
+    EXPECT_EQ(cycle(), list) << "a day is not yet over";
     m_Rig->System.Clock.Pass(1);
-    m_Rig->Program.Settings->WriteXMLString("Main", "AutoUpdate", "1");
-    m_Rig->Services.Reason.clear();
-    Controller().tmUpdate.Tick();
-    EXPECT_EQ(m_Rig->Services.Take(), (Lines{"update me", "versions", "program update"}));
-    // While a cycle waits for the network no other begins, and afterwards the timer follows the list's switch alone.
-    m_Rig->Services.OnUpdate = [this] { EXPECT_FALSE(Controller().tmUpdate.Enabled()); };
+    EXPECT_EQ(cycle(), both);
+    Set("AutoUpdate", "1");
+    // No cycle begins inside one that waits.
+    m_Rig->OnRequest = [this](const Text&) {
+        EXPECT_FALSE(Controller().tmUpdate.Enabled());
+        Controller().tmUpdate.Tick();
+    };
+    EXPECT_EQ(cycle(), (Lines{list[0], "HEAD reference.bin me", "HEAD defaults.bin me", "POST updates.xml me"}));
+    EXPECT_TRUE(Controller().tmUpdate.Enabled());
+    EXPECT_EQ(cycle(), list) << "the next check comes the next day";
+    // Afterwards the timer follows the list's switch alone.
+    m_Rig->OnRequest = {};
     m_Rig->Program.Settings->WriteXMLString("TIMERS", "EVILDB_ENABLED", "0");
-    Controller().tmUpdate.Tick();
-    EXPECT_TRUE(m_Rig->Services.Take().empty()) << "switched off: due, and nothing done";
+    EXPECT_EQ(cycle(), Lines()) << "switched off: due, and nothing done";
     EXPECT_TRUE(Controller().tmUpdate.Enabled());
     m_Rig->Program.Settings->WriteXMLString("TIMERS", "EVILDB_ENABLED", "1");
-    m_Rig->Services.OnUpdate = [this] { m_Rig->Program.Settings->WriteXMLString("TIMERS", "EVILDB_ENABLED", "0"); };
-    Controller().tmUpdate.Tick();
+    m_Rig->OnRequest = [this](const Text&) {
+        m_Rig->Program.Settings->WriteXMLString("TIMERS", "EVILDB_ENABLED", "0");
+    };
+    cycle();
     EXPECT_FALSE(Controller().tmUpdate.Enabled());
 }
 
-TEST_F(ControllerWindowTest, AFailingTickIsOneLineAndTheTimerGoesOn) {
-    Run(ShellRig::Section("Timers", "EVILDB_INTERVAL", "0"));
-    m_Rig->Services.OnVersions = [] { throw RuntimeError(5, "planted"); };
+TEST_F(ControllerWindowTest, AFailingTickIsOneLineAndItsActivityEnds) {
+    Run(m_Often);
+    UseUpActivities();
     Controller().tmUpdate.Tick();
-    EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Update timer error planted"});
+    EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Update timer error Overflow"});
     EXPECT_TRUE(Controller().tmUpdate.Enabled());
-    EXPECT_EQ(Controller().Controller().ActivityCount(), 0);
+    EXPECT_EQ(Controller().Controller().ActivityCount(), INT16_MAX - 1);
+    Controller().Controller().StartActivity("again", false);
+    Controller().DoSubmission();
+    Controller().tmSub.Tick();
+    EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Error Submissions Timer Tick: Overflow"});
+    EXPECT_EQ(Controller().Controller().ActivityCount(), INT16_MAX - 1);
 }
 
 TEST_F(ControllerWindowTest, SubmissionsRunByTheirPeriodAndAtOnceWhenAsked) {
-    Run(ShellRig::Section("Timers", "SUBDB_INTERVAL", "1"));  // and 2500 ms of this run's own
-    EXPECT_FALSE(Controller().tmSub.Enabled());
-    m_Rig->System.Files.Folders.insert("/app/Data/InProcess");
-    m_Rig->System.Files.Contents["/app/Data/InProcess/a"] = "x";
-    EXPECT_TRUE(Controller().CheckSubmissionRetry());
-    Text runs;
-    for (int tick = 1; tick <= 15; ++tick) {
-        Controller().tmSub.Tick();
-        if (!m_Rig->Services.Take().empty()) runs += std::to_string(tick) + " ";
+    const auto runs = [this] { return RunsIn(15, Controller().tmSub, [this] { return DidSubmit(); }); };
+    // Of this run's own, added to one second: 2500 ms, then nothing.
+    for (const double share : {0.25, 0.0}) {
+        Run(m_Debug + ShellRig::Section("Timers", "SUBDB_INTERVAL", "3"), [share](FakeSystem& system) {
+            system.Random.Coming = {0.25, share};
+        });
+        EXPECT_FALSE(Controller().tmSub.Enabled());
+        m_Rig->System.Files.Contents["/app/Data/InProcess/a"] = "x";
+        EXPECT_TRUE(Controller().CheckSubmissionRetry());
+        EXPECT_TRUE(Controller().tmSub.Enabled());
+        EXPECT_EQ(runs(), share > 0 ? "7 14 " : "4 8 12 ");
     }
-    EXPECT_EQ(runs, "5 10 15 ");
     Controller().DoSubmission();
     EXPECT_EQ(Controller().tmSub.Interval(), 1);
     m_Rig->System.Files.Contents.erase("/app/Data/InProcess/a");
     Controller().tmSub.Tick();
-    EXPECT_EQ(m_Rig->Services.Take(), Lines{"submissions"});
+    EXPECT_TRUE(DidSubmit());
     EXPECT_EQ(Controller().tmSub.Interval(), 1000);
     EXPECT_FALSE(Controller().tmSub.Enabled()) << "nothing is left to send";
-    Controller().DoSubmission();
-    m_Rig->Services.OnSubmissions = [] { throw RuntimeError(5, "planted"); };
-    m_Rig->System.TakeLog();
-    Controller().tmSub.Tick();
-    EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Error Submissions Timer Tick: planted"});
     EXPECT_EQ(Controller().Controller().ActivityCount(), 0);
-    EXPECT_FALSE(Controller().tmSub.Enabled()) << "until the next submission";
+    m_Rig->System.Files.FailAt(1);
+    EXPECT_FALSE(Controller().CheckSubmissionRetry());
+    EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   25000 Error CheckSubmissionRetry: 61 Disk full"});
 }
 
 TEST_F(ControllerWindowTest, TrayCommandsActOrSayWhichWindowIsMissing) {
-    Run(ShellRig::Section("Main", DebugSwitch(), "1"));
+    Run(m_Debug);
     m_Rig->Program.LastPanel = 3;
     for (const char* key : {"DblClick", "menu2", "trawlweb", "help", "about", "unknown"}) Controller().MenuClick(key);
-    EXPECT_EQ(m_Rig->Services.Take(), (Lines{"panel 3", "panel 2"}));
+    EXPECT_EQ(m_Rig->Windows.Take(), (Lines{"panel 3", "panel 2"}));
     EXPECT_EQ(m_Rig->System.Shell.Opened, Lines{"http://home.example/"});
     EXPECT_EQ(m_Rig->System.Processes.Started, Lines{"hh.exe /app\\Trawlbeam.chm"});
     EXPECT_EQ(m_Rig->System.TakeLog().size(), 3U);
     Controller().MenuClick("diag");
     EXPECT_FALSE(Controller().Visible());
     EXPECT_EQ(Controller().SysTray()->MenuItem(7)->Caption(), "Show Debu&g Diagnostics");
-    m_Rig->Services.HasWindows = true;
+    m_Rig->Windows.HasWindows = true;
     Controller().MenuClick("trawldrop");
     EXPECT_EQ(Controller().SysTray()->MenuItem(9)->Caption(), "Show Trawlbeam &DropZone");
     // A double click waits until the last of several messages is closed.
     const auto opens = [&] {
         Controller().SysTray()->SysTrayDoubleClick.Raise(1);
-        return !m_Rig->Services.Take().empty();
+        return !m_Rig->Windows.Take().empty();
     };
     m_Rig->System.Dialogs.Meanwhile = [&] {
         EXPECT_FALSE(opens());
@@ -207,7 +252,7 @@ TEST_F(ControllerWindowTest, TrayCommandsActOrSayWhichWindowIsMissing) {
 TEST_F(ControllerWindowTest, ExitAsksAndNoKeepsTheProgramRunning) {
     Run();
     bool ended = false;
-    m_Rig->Windows.LastUnloadedEvent.Connect([&] { ended = true; });
+    m_Rig->Family.LastUnloadedEvent.Connect([&] { ended = true; });
     m_Rig->System.Dialogs.Answer = 7;
     Controller().MenuClick("exit");
     EXPECT_EQ(m_Rig->System.Dialogs.Shown,
@@ -218,33 +263,39 @@ TEST_F(ControllerWindowTest, ExitAsksAndNoKeepsTheProgramRunning) {
     EXPECT_FALSE(Controller().Controller().ConfirmExit());
     EXPECT_EQ(m_Rig->System.TakeLog(), Lines{"   Trawlbeam Shutdown 1.0.0"});
     m_Rig->System.Dialogs.Answer = 6;
-    m_Rig->Services.Take();
+    const Databases& data = Controller().Data();
+    m_Rig->Windows.OnCall = [&](const Text& what) {
+        const bool closing = what == "close main";
+        EXPECT_EQ(data.m_EvilDB && data.m_OverDB && data.oSubmissionDB, closing);
+        EXPECT_EQ(data.m_EvilDB || data.m_OverDB || data.oSubmissionDB, closing);
+        EXPECT_EQ(m_Rig->Program.Settings != nullptr, what != "close notifications") << what;
+    };
     Controller().MenuClick("exit");
     EXPECT_TRUE(ended);
-    EXPECT_EQ(m_Rig->Services.Take(), (Lines{"close main", "drop", "close drop zone", "close notifications"}));
+    EXPECT_EQ(m_Rig->Windows.Take(), (Lines{"close main", "close drop zone", "close about", "close notifications"}));
     EXPECT_EQ(m_Rig->Program.Settings, nullptr);
     EXPECT_NE(m_Rig->System.Files.Contents["/app/Trawlbeam.ini"].find("AutoUpdate"), Text::npos) << "saved";
-    EXPECT_TRUE(m_Rig->Windows.Loaded().empty());
+    EXPECT_TRUE(m_Rig->Family.Loaded().empty());
 }
 
 TEST_F(ControllerWindowTest, ExitWaitsForACycleAndAnOwedShutdownDoesNotReturn) {
-    Run(ShellRig::Section("Timers", "EVILDB_INTERVAL", "0"));
+    Run(m_Often);
     m_Rig->System.Dialogs.Answer = 7;
-    m_Rig->Services.OnUpdate = [this] {
-        Controller().MenuClick("exit");
+    m_Rig->OnRequest = [this](const Text& request) {
+        if (request == "POST MalDB.aspx") Controller().MenuClick("exit");
         EXPECT_TRUE(m_Rig->System.Dialogs.Shown.empty()) << "the question comes when the cycle ends";
     };
     Controller().tmUpdate.Tick();
     EXPECT_EQ(m_Rig->System.Dialogs.Shown.size(), 1U);
     // Answered with No; the next cycle's end must not end the program in silence.
-    m_Rig->Services.OnUpdate = {};
+    m_Rig->OnRequest = {};
     Controller().tmUpdate.Tick();
     EXPECT_TRUE(Controller().IsLoaded());
     EXPECT_EQ(m_Rig->System.Dialogs.Shown.size(), 1U);
 }
 
 TEST_F(ControllerWindowTest, TheFrameClosesNothingAndTheSessionEndAsksNothing) {
-    Run(ShellRig::Section("Main", DebugSwitch(), "1"));
+    Run(m_Debug);
     EXPECT_FALSE(Controller().Unload(UnloadMode::User));
     EXPECT_TRUE(Controller().Visible());
     // An activity that does not end holds the exit up for half a second at most.
@@ -264,8 +315,7 @@ TEST_F(ControllerWindowTest, AnExitInsideAMessageOrAWaitLeavesWhatIsRunningWhole
         Controller().Unload(UnloadMode::Session);
         EXPECT_EQ(m_Rig->Program.Settings, nullptr);
     };
-    const Text often = ShellRig::Section("Timers", "EVILDB_INTERVAL", "0");
-    Run(often);
+    Run(m_Often);
     m_Rig->System.Dialogs.Meanwhile = end;
     Text reply = "old";
     Controller().CheckEvil({"1", "Nope", "x"}, reply);
@@ -275,9 +325,9 @@ TEST_F(ControllerWindowTest, AnExitInsideAMessageOrAWaitLeavesWhatIsRunningWhole
     Controller().CheckEvil({"1", "Check", "http://x/"}, reply);
     EXPECT_EQ(m_Rig->System.TakeLog().back(), "   CheckEvil error: 91 Object variable or With block variable not set");
     // In the wait of an update, inside the message of a request.
-    Run(often);
+    Run(m_Often);
     m_Rig->System.Dialogs.Meanwhile = [this] { Controller().tmUpdate.Tick(); };
-    m_Rig->Services.OnUpdate = end;
+    m_Rig->OnRequest = [&](const Text&) { end(); };
     Controller().CheckEvil({"1", "Nope", "x"}, reply);
     EXPECT_FALSE(Controller().IsLoaded());
     EXPECT_FALSE(Controller().tmUpdate.Enabled());
@@ -290,7 +340,7 @@ TEST_F(ControllerWindowTest, AnExitInsideAMessageOrAWaitLeavesWhatIsRunningWhole
     };
     Controller().Unload(UnloadMode::Session);
     EXPECT_EQ(m_Rig->System.Dialogs.Shown.size(), 1U);
-    EXPECT_TRUE(m_Rig->Windows.Loaded().empty());
+    EXPECT_TRUE(m_Rig->Family.Loaded().empty());
 }
 
 }  // namespace

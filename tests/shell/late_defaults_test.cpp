@@ -2,43 +2,30 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "refdata/Defaults.h"
-#include "shell/InstallationGates.h"
 #include "shell/ShellRig.h"
-#include "sitedb/codec/Encryption.h"
 
 namespace tb {
 namespace {
-
-using Lines = std::vector<Text>;
 
 constexpr const char* Head = "Last-Modified: Fri, 20 Nov 2026 08:49:37 GMT\r\n";
 constexpr const char* Missing = "   defaults.bin is missing: nothing is updated until it comes, trying again";
 constexpr const char* EveryTick = "<ELEMENT NAME='EVILDB_INTERVAL'>0</ELEMENT>";
 
-Text Group(const Text& name, const Text& content) { return "<G NAME='" + name + "'>" + content + "</G>"; }
-
-Text DefaultsWith(const Text& groups) {
-    return EncryptStringChk("<D>" + Group("SERVERS", "<E NAME='EVILDBSVR'/><E NAME='ReferenceSVR'/>") + groups +
-                            "</D>");
-}
+Text DefaultsWith(const Text& groups) { return ShellRig::Defaults(groups, {"EVILDBSVR", "ReferenceSVR"}); }
 
 // The first start of a program, whose gates ask the web for its data files.
 class LateDefaultsTest : public ::testing::Test {
 protected:
     void Start(const Text& timers = EveryTick) {
-        m_Rig = std::make_unique<ShellRig>("<SECTION name='TIMERS'>" + timers + "</SECTION>");
+        m_Rig = std::make_unique<ShellRig>(ShellRig::Section("Main", "AutoUpdate", "0") + "<SECTION name='TIMERS'>" +
+                                           timers + "</SECTION>");
         m_Rig->Web.Online = m_IsOnline;
         m_Rig->System.Files.Present = m_Rig->System.Clock.Present;
-        m_Rig->Gates.OnDefaults = {};
-        m_Rig->Web.Meanwhile = [this](const FakeWeb::Request& request) {
-            m_Asked.push_back(request.Operation + " " + request.Page);
-            if (OnRequest) OnRequest(m_Asked.back());
-        };
-        m_Rig->Gates.OnGate = [this](const Text& gate) {
-            const ServiceAccess access{m_Rig->Program, m_Rig->Log, m_Rig->Web.Factory()};
-            if (gate == "defaults") Defaults(access).CheckLoadDefaults();
-            if (gate == "reference") Reference(access, m_Rig->Tables.ForLoad()).LoadReferenceData();
+        for (const char* name : {ShellRig::DefaultsFile, ShellRig::ReferenceFile})
+            m_Rig->System.Files.Contents.erase(name);
+        m_Rig->OnRequest = [this](const Text& request) {
+            m_Asked.push_back(request);
+            if (OnRequest) OnRequest(request);
         };
         ASSERT_TRUE(m_Rig->Chain->Main());
         m_Rig->System.TakeLog();
@@ -85,7 +72,7 @@ TEST_F(LateDefaultsTest, BringProtectionWithoutARestart) {
     EXPECT_EQ(Pass(60), Lines()) << "one state, one line";
     EXPECT_EQ(Take(), (Lines{"HEAD defaults.bin", "HEAD defaults.bin"}));
     EXPECT_EQ(Ask("http://evil.example/"), "OK");
-    OfferAll(Group("TIMERS", "<E NAME='FREEMEM_INTERVAL'>7</E>"));
+    OfferAll(ShellRig::Group("TIMERS", "<E NAME='FREEMEM_INTERVAL'>7</E>"));
     EXPECT_EQ(Pass(120), (Lines{"   defaults.bin has come: updating", "   reference.bin has come"}));
     ASSERT_GE(m_Asked.size(), 5U);
     EXPECT_EQ(Lines(m_Asked.begin(), m_Asked.begin() + 5),
@@ -170,16 +157,20 @@ TEST_F(LateDefaultsTest, WithoutServersAreNone) {
 
 TEST_F(LateDefaultsTest, AskForAnUpdateOfAnOldProgramBehindTheList) {
     Start();
-    OfferAll(Group("MAIN", "<E NAME='WARNVER'>2.0</E>"));
+    OfferAll(ShellRig::Group("MAIN", "<E NAME='WARNVER'>2.0</E>"));
     m_Rig->System.Dialogs.Answer = 6;
-    m_Rig->Services.OnVersions = [this] { EXPECT_TRUE(m_Rig->Program.NeedToUpdate) << "asked before the report"; };
-    Pass(100);
+    Offer("defaults.bin", ShellRig::Defaults(ShellRig::Group("MAIN", "<E NAME='WARNVER'>2.0</E>")));
+    OnRequest = [this](const Text& request) {
+        EXPECT_EQ(m_Rig->Program.NeedToUpdate, request == "POST Versions.aspx") << "asked between list and report";
+    };
+    Pass();
     EXPECT_EQ(m_Rig->System.Dialogs.Shown.size(), 1U);
-    EXPECT_THAT(m_Rig->Services.Take(), testing::Contains("versions"));
+    EXPECT_THAT(Take(), testing::Contains("POST Versions.aspx"));
+    OnRequest = {};
 
     // One that has expired, and whose update waits, does not run on, as it would not start.
     Start();
-    OfferAll(Group("MAIN", "<E NAME='EXPIREVER'>2.0</E>"));
+    OfferAll(ShellRig::Group("MAIN", "<E NAME='EXPIREVER'>2.0</E>"));
     m_Rig->System.Files.Contents["/app/Updates/updates.xml"];
     m_Rig->System.Files.Folders.insert("/app/Updates");
     Pass();
@@ -211,13 +202,13 @@ TEST_F(LateDefaultsTest, TheSessionMayEndInsideAnyOfTheirWaits) {
     };
     Pass();
     OnRequest = {};
+    EXPECT_EQ(Controller().tmSub.Interval(), 1);
     Controller().tmSub.Tick();
-    EXPECT_THAT(m_Rig->Services.Take(), testing::Contains("submissions"));
     EXPECT_EQ(Controller().tmSub.Interval(), 1000);
 }
 
 TEST_F(LateDefaultsTest, AreNotAskedForWhereTheStartHadThem) {
-    ShellRig rig(ShellRig::Section("TIMERS", "EVILDB_INTERVAL", "0"));
+    ShellRig rig(ShellRig::Section("TIMERS", "EVILDB_INTERVAL", "0") + ShellRig::Section("Main", "AutoUpdate", "0"));
     ASSERT_TRUE(rig.Chain->Main());
     rig.Web.Online = false;
     rig.Controller().tmUpdate.Tick();

@@ -1,26 +1,28 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "shell/ShellRig.h"
-#include "sitedb/codec/Encryption.h"
 
 namespace tb {
 namespace {
 
-using Lines = std::vector<Text>;
+using testing::Contains;
+using testing::Not;
 
-const Text Hyphens = "   " + Text(80, '-');
+constexpr const char* Pending = "/app/Updates/updates.xml";
 
 TEST(Start, AFirstStartLosesTheLinesBeforeItsFoldersAndRunsOn) {
     ShellRig rig;
     rig.System.Files.Folders = {"/app"};
+    rig.System.Files.Contents.clear();
     ASSERT_TRUE(rig.Chain->Main());
-    // Without debug mode there is nothing more to tell; what came before the folders is lost.
-    EXPECT_EQ(rig.System.TakeLog(), Lines());
+    EXPECT_EQ(rig.System.TakeLog().front().substr(0, 32), "   Missing required components, ");
     EXPECT_EQ(rig.System.Files.Folders, (std::set<std::filesystem::path>{"/app", "/app/Data", "/app/Data/InProcess",
                                                                          "/app/Data/InProcess/Error", "/app/Log"}));
-    EXPECT_EQ(rig.Gates.Passed, (Lines{"defaults", "pending", "name", "updater", "components", "missing", "version",
-                                       "reference", "helper", "drop zone", "close splash"}));
+    EXPECT_TRUE(rig.Program.NeedToUpdate);
+    EXPECT_EQ(rig.Windows.Take().back(), "close splash");
     EXPECT_EQ(rig.Program.HomeURL, "http://home.example/");
+    EXPECT_EQ(rig.Program.LastPanel, 1);
     EXPECT_EQ(rig.Controller().Controller().ActivityCount(), 0);
     // The defaults are written into memory, not into the file.
     EXPECT_EQ(rig.Program.Settings->GetXMLString("main", "autoupdate", "x"), "1");
@@ -28,27 +30,67 @@ TEST(Start, AFirstStartLosesTheLinesBeforeItsFoldersAndRunsOn) {
     EXPECT_EQ(rig.System.Files.Contents["/app/Trawlbeam.ini"], "<INI DATE='11/21/2026 08:09:10'>\r\n</INI>\r\n");
 }
 
-// The log of a stop at each gate. The settings are gone before the last line, which is therefore always written.
+TEST(Start, AWholeInstallationStartsWithoutALineAndWithItsWindows) {
+    ShellRig rig(ShellRig::Section("Main", "Splash", "1"));
+    ASSERT_TRUE(rig.Chain->Main());
+    EXPECT_EQ(rig.System.TakeLog(), (Lines{"   " + Text(80, '-'), "   Starting 1.0.0"}));
+    EXPECT_EQ(rig.Windows.Take(), (Lines{"splash", "helper", "drop zone", "close splash"}));
+    EXPECT_EQ(rig.Program.Components->Item("tbSender.dll").VERSION, "0.0.0");
+    EXPECT_EQ(rig.System.Processes.Trims.size(), 1U);
+}
+
+// What stops the start, each gate in its turn, and whether the user has been told in a message.
+const struct {
+    Text Line;
+    bool Tells;
+    void (*Plant)(ShellRig& rig);
+} Stops[] = {
+    {"Pending updates to install, exiting", true,
+     [](ShellRig& rig) {
+         rig.System.Files.Contents[Pending];
+         rig.System.Dialogs.Answer = AnswerYes;
+     }},
+    {"CheckNameAndPrevInstance TRUE, exiting", true, [](ShellRig& rig) { rig.System.Processes.File = "/app/x.exe"; }},
+    {"CheckNameAndPrevInstance TRUE, exiting", true,
+     [](ShellRig& rig) {
+         rig.System.WindowText.TopLevel = {{"Trawlbeam Updater", "ThunderFormDC"}};
+     }},
+    {"CheckForMissingComponents TRUE, exiting", true,
+     [](ShellRig& rig) {
+         rig.System.Files.Contents[Pending];
+         rig.System.Files.Contents.erase("/app/tbXML.dll");
+     }},
+    {"CheckExpireOrWarnVersion TRUE, exiting", true,
+     [](ShellRig& rig) {
+         rig.System.Files.Contents[Pending];
+         rig.System.Files.Contents[ShellRig::DefaultsFile] =
+             ShellRig::Defaults(ShellRig::Group("MAIN", "<E NAME='EXPIREVER'>2.0</E>"));
+     }},
+    {"CheckLoadReferenceData TRUE, exiting", true,
+     [](ShellRig& rig) { rig.System.Files.Contents[ShellRig::ReferenceFile] = EncryptStringChk("<B/>"); }},
+    {"CheckNameAndPrevInstance TRUE, exiting", false,
+     [](ShellRig& rig) { rig.System.Processes.PreviousInstances = 1; }},
+    {"Controller StartActivity FALSE, exiting", false,
+     [](ShellRig& rig) { rig.OnMade = [](frmController& made) { made.Controller().NeedToExit(true); }; }}};
+
+// The settings are gone before the last line, which is therefore always written.
 TEST(Start, EveryGateCanStopTheStart) {
-    const Text ended = " D Controller EndActivity (Count = 0): Trawlbeam Setup";
-    for (const char* gate : {"pending", "name", "updater", "missing", "version", "reference"}) {
-        ShellRig quiet;
-        quiet.Gates.Stops = gate;
-        EXPECT_FALSE(quiet.Chain->Main());
-        EXPECT_EQ(quiet.System.TakeLog(), (Lines{Hyphens, "   Starting 1.0.0", ended})) << gate;
-        EXPECT_EQ(quiet.Gates.Passed.back(), gate);
-        EXPECT_EQ(quiet.Program.Settings, nullptr);
+    const Text debug = ShellRig::Section("Main", DebugSwitch(), "1");
+    for (const auto& [line, tells, plant] : Stops) {
+        ShellRig rig(debug);
+        plant(rig);
+        EXPECT_FALSE(rig.Chain->Main()) << line;
+        EXPECT_FALSE(rig.Chain->HasFailed());
+        const Lines log = rig.System.TakeLog();
+        ASSERT_GE(log.size(), 3U);
+        EXPECT_EQ(Lines(log.end() - 3, log.end() - 1), (Lines{" D 25000 " + line, " D 25000 Trawlbeam AllDone"}));
+        EXPECT_TRUE(log.back().starts_with(" D Controller EndActivity ")) << log.back();
+        EXPECT_EQ(rig.System.Dialogs.Shown.empty(), !tells) << line;
+        EXPECT_EQ(rig.Program.Settings, nullptr);
+        EXPECT_TRUE(rig.Windows.Done.empty());
     }
-    ShellRig declined(ShellRig::Section("Main", DebugSwitch(), "1"));
-    declined.OnMade = [](frmController& made) { made.Controller().NeedToExit(true); };
-    EXPECT_FALSE(declined.Chain->Main());
-    const Lines log = declined.System.TakeLog();
-    EXPECT_EQ(Lines(log.end() - 4, log.end()),
-              (Lines{" D 25000 Controller StartActivity DECLINED: Trawlbeam Setup",
-                     " D 25000 Controller StartActivity FALSE, exiting", " D 25000 Trawlbeam AllDone",
-                     " D Controller EndActivity UNDERRUN: Trawlbeam Setup"}));
     ShellRig early;
-    early.Gates.Stops = "defaults";
+    early.System.Files.Contents[ShellRig::DefaultsFile] = "0G";
     EXPECT_FALSE(early.Chain->Main());
     EXPECT_EQ(early.System.TakeLog().back(), "   CheckLoadDefaults TRUE, exiting");
     EXPECT_EQ(early.Chain->Controller(), nullptr);
@@ -63,26 +105,35 @@ TEST(Start, TellsOfACodePageThatTextsCannotBeIn) {
 
 // A gate that asks the user or waits for the network serves messages.
 TEST(Start, TheSessionMayEndInsideAGate) {
-    for (const Text where : {"pending", "updater", "missing", "version", "reference"}) {
+    for (const auto& [line, tells, plant] : Stops) {
+        if (!tells) continue;
         ShellRig rig;
-        rig.Gates.OnGate = [&](const Text& gate) {
-            if (gate == where) rig.Controller().Unload(UnloadMode::Session);
-        };
-        EXPECT_FALSE(rig.Chain->Main()) << where;
-        EXPECT_EQ(rig.Gates.Passed.back(), where);
-        EXPECT_TRUE(rig.System.Dialogs.Shown.empty());
+        plant(rig);
+        rig.System.Dialogs.Meanwhile = [&] { rig.Controller().Unload(UnloadMode::Session); };
+        EXPECT_FALSE(rig.Chain->Main()) << line;
+        EXPECT_EQ(rig.System.Dialogs.Shown.size(), 1U) << line;
+        EXPECT_EQ(rig.Windows.Take().back(), "close notifications") << line;
     }
+    ShellRig waiting;
+    waiting.System.Files.Contents.erase(ShellRig::ReferenceFile);
+    waiting.OnRequest = [&](const Text&) { waiting.Controller().Unload(UnloadMode::Session); };
+    EXPECT_FALSE(waiting.Chain->Main());
+    EXPECT_EQ(waiting.Asked(), Lines{"HEAD reference.bin"});
 }
 
 TEST(Start, AnUnexpectedErrorIsShownAndEndsTheStart) {
-    for (const Text gate : {"defaults", "pending", "reference"}) {
-        ShellRig rig;
-        rig.Gates.Throws = gate;
+    for (const bool early : {true, false}) {
+        ShellRig rig(ShellRig::Section("Main", "BackColor", early ? "0" : "x"));
+        if (early) rig.System.Resources.Strings[101] = "x";
+        bool counted = early;
+        rig.System.Dialogs.Meanwhile = [&] { counted = rig.Program.ModalDialogOpen(); };
         EXPECT_FALSE(rig.Chain->Main());
-        EXPECT_EQ(rig.System.Dialogs.Shown, Lines{"16|Trawlbeam|Trawlbeam error: 5 planted"});
+        EXPECT_TRUE(rig.Chain->HasFailed());
+        EXPECT_EQ(counted, !early) << "a plain box before there is a skin";
+        EXPECT_EQ(rig.System.Dialogs.Shown, Lines{"16|Trawlbeam|Trawlbeam error: 13 Type mismatch"});
         const Lines log = rig.System.TakeLog();
-        EXPECT_NE(std::find(log.begin(), log.end(), "   Trawlbeam error: 5 planted"), log.end());
-        EXPECT_EQ(std::find(log.begin(), log.end(), " D Trawlbeam AllDone"), log.end());
+        EXPECT_THAT(log, Contains("   Trawlbeam error: 13 Type mismatch"));
+        EXPECT_THAT(log, Not(Contains(" D Trawlbeam AllDone")));
     }
     // A sound that the program file lacks is such an error; an error of the last stage is not.
     ShellRig soundless;
@@ -90,7 +141,9 @@ TEST(Start, AnUnexpectedErrorIsShownAndEndsTheStart) {
     EXPECT_FALSE(soundless.Chain->Main());
     EXPECT_EQ(soundless.System.Dialogs.Shown.size(), 1U);
     ShellRig late;
-    late.Gates.Throws = "drop zone";
+    late.Windows.OnCall = [](const Text& what) {
+        if (what == "drop zone") throw RuntimeError(5, "planted");
+    };
     EXPECT_TRUE(late.Chain->Main());
     EXPECT_EQ(late.System.TakeLog().back(), "   StartTrawlbeam Error: planted");
     EXPECT_EQ(late.Program.LastPanel, 0);
@@ -98,9 +151,8 @@ TEST(Start, AnUnexpectedErrorIsShownAndEndsTheStart) {
 }
 
 TEST(Start, TheSkinMayBeScrambledAndMustBeADocument) {
-    const Text skin = "<SKIN><Graphics/></SKIN>";
     ShellRig scrambled;
-    const Text hidden = ScrambleString(skin, 0);
+    const Text hidden = ScrambleString("<SKIN><Graphics/></SKIN>", 0);
     scrambled.System.Resources.Strings[256] = hidden.substr(0, 5);
     scrambled.System.Resources.Strings[257] = hidden.substr(5);
     EXPECT_TRUE(scrambled.Chain->Main());

@@ -24,13 +24,12 @@
 #include "platform/win32/Win32TrayIcon.h"
 #include "platform/win32/Win32WindowText.h"
 #include "programs/Trawlbeam/Deployment.h"
-#include "shell/ProgramGates.h"
-#include "shell/ProgramServices.h"
 #include "shell/Start.h"
 #include "shell/helpers/GeneralHelpers.h"
 #include "submissions/win32/OleSession.h"
 #include "submissions/win32/Win32ClipboardFormats.h"
 #include "submissions/win32/Win32DropTargets.h"
+#include "ui/main/MainWindows.h"
 #include "ui/window/win32/Win32WindowSystem.h"
 
 namespace {
@@ -57,7 +56,7 @@ private:
     }
     std::shared_ptr<tb::frmController> MakeController() {
         return std::make_shared<tb::frmController>(
-            m_Forms, tb::frmController::Parts{m_App, m_Log, m_Services, m_Tables, m_Access.MakeSender, m_Tray, m_Sound,
+            m_Forms, tb::frmController::Parts{m_Access, m_Log, m_MainWindows, m_Tables, m_Formats, m_Tray, m_Sound,
                                               [this](const tb::Text& line) { EndBroken(line); }});
     }
     bool NeedToExit() { return m_Start.Controller() && m_Start.Controller()->Controller().NeedToExit(); }
@@ -103,10 +102,8 @@ private:
     tb::OleSession m_Ole;
     tb::Win32ClipboardFormats m_Formats;
     tb::Win32DropTargets m_Targets{m_Failed};
-    tb::ProgramServices m_Services{
-        {m_Access, m_Forms, m_Formats, m_Targets, [this] { return m_Start.Controller().get(); }}};
-    tb::ProgramGates m_Gates{m_Access, m_Tables};
-    tb::Start m_Start{m_App, m_Log, m_Gates, [this] { return MakeController(); }};
+    tb::MainWindows m_MainWindows{{m_Access, m_Forms, m_Targets}};
+    tb::Start m_Start{m_Access, m_Log, m_Tables, m_MainWindows, [this] { return MakeController(); }};
 };
 
 }  // namespace

@@ -101,7 +101,7 @@ public:
     // The activity controller exists.
     bool HasController = false;
 
-    // Lines of the log for the diagnostics view, in debug mode.
+    // Lines for the diagnostics view; those of the log in debug mode.
     Event<Text> DebugMessage;
 
 private:

@@ -85,6 +85,11 @@ std::int32_t GetTimerInterval(const App& app, TextView name, std::int32_t defaul
 
 bool IsTimerEnabled(const App& app, TextView name) { return Setting(app, "TIMERS", UpperCase(name), "1") == "1"; }
 
+Text TimerLine(const Text& name, std::int32_t period, bool enabled) {
+    return name + " Timer " + ToText(static_cast<double>(period) / TimerTick) + " seconds" +
+           (enabled ? "" : ", DISABLED");
+}
+
 Text GetClientKey(const App& app, bool encoded) {
     const Text key = Setting(app, "MAIN", "KEY", "");
     return encoded ? UrlEncode(key) : key;

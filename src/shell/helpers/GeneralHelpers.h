@@ -32,6 +32,11 @@ std::int32_t GetTimerInterval(const App& app, TextView name, std::int32_t defaul
 // The setting of that name in section "TIMERS" is "1", which is its default.
 bool IsTimerEnabled(const App& app, TextView name);
 
+// Of the program's timers, in milliseconds.
+inline constexpr std::int32_t TimerTick = 1000;
+// The line that tells a period, in milliseconds.
+Text TimerLine(const Text& name, std::int32_t period, bool enabled);
+
 // The client's identifier that web requests carry, encoded for a form if asked.
 Text GetClientKey(const App& app, bool encoded = false);
 
