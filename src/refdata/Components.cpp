@@ -4,6 +4,7 @@
 #include "base/errors.h"
 #include "refdata/mFileInfo.h"
 #include "shell/helpers/SystemInfo.h"
+#include "shell/helpers/Versions.h"
 
 namespace tb {
 
@@ -34,8 +35,8 @@ std::optional<ComponentRecord> MakeRecord(const App& app, const Text& path, cons
         return record;
     }
     Trap([&] { files.ClearAttributes(file); }, [](const RuntimeError&) { /* it is for whoever replaces the file */ });
-    bool read = false;
-    Trap(
+    return TrapOr(
+        std::optional<ComponentRecord>(),
         [&] {
             FileInfo info;
             const bool versioned = GetFileInfo(files, app.System.FileVersions, file, info);
@@ -43,10 +44,9 @@ std::optional<ComponentRecord> MakeRecord(const App& app, const Text& path, cons
             record.VERSION = versioned ? info.FileVersion : NoVersion;
             record.CREATEDATE = info.CreatedDate;
             record.MODIFIEDDATE = info.ModifiedDate;
-            read = true;
+            return std::optional(record);
         },
         [](const RuntimeError&) { /* no record */ });
-    return read ? std::optional(record) : std::nullopt;
 }
 
 }  // namespace
@@ -64,6 +64,16 @@ void RefreshComponent(App& app, TextView fileName) {
     if (std::optional<ComponentRecord> record = MakeRecord(app, {}, known->FILENAME, known->REQUIRED)) {
         app.Components->Replace(std::move(*record));
     }
+}
+
+bool IsComponentOutOfDate(const App& app, const Text& name, const Text& version, const Date& date) {
+    if (!app.System.Files.Exists(app.Path() / TextPath(name))) return true;
+    if (!app.Components) throw Error(ErrorNumber::ObjectNotSet);
+    const ComponentRecord& record = app.Components->Item(name);
+    if (record.VERSION.empty() || record.VERSION == "0.0.0") {
+        return !record.MODIFIEDDATE || date > *record.MODIFIEDDATE;
+    }
+    return IsVersionNewerThan(version, record.VERSION, false);
 }
 
 }  // namespace tb

@@ -14,4 +14,9 @@ void AddComponent(App& app, const Text& path, const Text& fileName, bool require
 // Without a list or a record nothing happens.
 void RefreshComponent(App& app, TextView fileName);
 
+// The component `name` must be replaced by one of this version and date (local time): it is not in the program folder,
+// or older by its version, or, without a version, by its date. Error 5 for a file that is there and has no record, 91
+// before the records exist.
+bool IsComponentOutOfDate(const App& app, const Text& name, const Text& version, const Date& date);
+
 }  // namespace tb

@@ -36,38 +36,33 @@ void Defaults::Check(const App& app, const Text& plain) {
 }
 
 bool Defaults::RetrieveDefaults() noexcept {
-    bool fetched = false;
-    Trap(
-        [&] {
-            fetched = WebFiles(m_Access).GetFileFromWebService(BuiltInServers(m_Access.Program), FileName, FileName);
-        },
+    return TrapOr(
+        false,
+        [&] { return WebFiles(m_Access).GetFileFromWebService(BuiltInServers(m_Access.Program), FileName, FileName); },
         [&](const RuntimeError& error) {
             m_Access.Log.WriteLog("Error Process Defaults: " + error.Line(), LogLevel::Always);
         });
-    return fetched;
 }
 
 bool Defaults::LoadDefaults(const Text& MinVersion) noexcept { return Load(FileName, MinVersion); }
 
 bool Defaults::Load(const Text& name, const Text& MinVersion) noexcept {
-    bool loaded = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             const DataFile file{name, "Load defaults format error", "Load defaults version error"};
             const ElementPtr root = LoadDataFile(m_Access, file, MinVersion, [&] { RetrieveDefaults(); }).Root;
-            if (root == nullptr) return;
-            LoadGroups(*root, *m_Access.Settings());
-            loaded = true;
+            if (root != nullptr) LoadGroups(*root, *m_Access.Settings());
+            return root != nullptr;
         },
         [&](const RuntimeError& error) {
             m_Access.Log.WriteLog("Error Load Defaults: " + error.Line(), LogLevel::Always);
         });
-    return loaded;
 }
 
 bool Defaults::CheckLoadDefaults() noexcept {
-    bool stops = false;
-    Trap(
+    return TrapOr(
+        true,
         [&] {
             bool hasFile = m_Access.Program.System.Files.Exists(m_Access.DataFile(FileName));
             if (!hasFile) {
@@ -75,14 +70,11 @@ bool Defaults::CheckLoadDefaults() noexcept {
                 hasFile = RetrieveDefaults();
             }
             const Text name = DataGuard(m_Access).FileForStart(FileName);
-            if (!hasFile && name == FileName) return;
-            stops = !Load(name, {});
+            return (hasFile || name != FileName) && !Load(name, {});
         },
         [&](const RuntimeError& error) {
             m_Access.Log.WriteLog("Error Load Defaults: " + error.Line(), LogLevel::Always);
-            stops = true;
         });
-    return stops;
 }
 
 }  // namespace tb

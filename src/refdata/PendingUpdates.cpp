@@ -1,7 +1,6 @@
 #include "refdata/PendingUpdates.h"
 
 #include "base/codepage.h"
-#include "shell/helpers/GeneralHelpers.h"
 
 namespace tb {
 

@@ -8,7 +8,7 @@
 #include "refdata/DataGuard.h"
 #include "refdata/WebFiles.h"
 #include "refdata/mFileInfo.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/Messages.h"
 #include "sitedb/codec/Encryption.h"
 
 namespace tb {
@@ -72,13 +72,10 @@ void Reference::Check(const App& app, const Text& plain) {
 }
 
 bool Reference::RetrieveReference() noexcept {
-    bool fetched = false;
-    Trap(
-        [&] {
-            fetched = WebFiles(m_Access).GetFileFromWebService(m_Access.Servers("ReferenceSVR"), FileName, FileName);
-        },
+    return TrapOr(
+        false,
+        [&] { return WebFiles(m_Access).GetFileFromWebService(m_Access.Servers("ReferenceSVR"), FileName, FileName); },
         [&](const RuntimeError& error) { WriteLine("Error Retrieving Reference Data: ", error); });
-    return fetched;
 }
 
 bool Reference::LoadReference(const Text& MinVersion) noexcept {
@@ -111,8 +108,8 @@ std::optional<RuntimeError> Reference::Load(const std::function<LoadedFile()>& r
 }
 
 bool Reference::LoadReferenceData() noexcept {
-    bool stops = false;
-    Trap(
+    return TrapOr(
+        true,
         [&] {
             bool hasFile = m_Access.Program.System.Files.Exists(m_Access.DataFile(FileName));
             if (!hasFile) {
@@ -126,33 +123,31 @@ bool Reference::LoadReferenceData() noexcept {
             });
             // The built-in document fails too, behind its tables: it has no countries.
             if (failure && !HasTables()) throw RuntimeError(*failure);
+            return false;
         },
         [&](const RuntimeError& error) {
-            stops = true;
             WriteLine(StartError, error);
             Trap([&] { ShowMessage(m_Access.Program, StartError + error.Line(), MessageButtons::Critical); },
                  [](const RuntimeError&) { /* the line is in the log */ });
         });
-    return stops;
 }
 
 bool Reference::WriteBuiltIn() noexcept {
     Files& files = m_Access.Program.System.Files;
     const std::filesystem::path path = m_Access.DataFile(FileName);
-    bool written = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             WriteFileAtomically(files, path, [](FileWriter& to) { to.Write(EncryptStringChk(BuiltInReference())); });
             const Date old = OldestDate();
             SetFileDates(files, path, old, old, old, true);
-            written = true;
+            return true;
         },
         [&](const RuntimeError& error) {
             WriteLine(StartError, error);
             // With the date of today it would pass for newer than what the servers have.
             Trap([&] { files.Delete(path); }, [](const RuntimeError&) { /* it was not written */ });
         });
-    return written;
 }
 
 bool Reference::IsBuiltIn() const {

@@ -41,8 +41,8 @@ ElementPtr BuiltInServers(const App& app) {
 
 bool ServerLists::MakeServersArray(const Text& Section, const Text& Name, const Text& Default,
                                    std::vector<Text>& Result) noexcept {
-    bool found = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             Result.assign(1, {});
             const ElementPtr service =
@@ -57,12 +57,11 @@ bool ServerLists::MakeServersArray(const Text& Section, const Text& Name, const 
                 Shuffle(servers);
                 if (!servers.empty()) Result = std::move(servers);
             }
-            found = !Result[0].empty();
+            return !Result[0].empty();
         },
         [&](const RuntimeError& error) {
             m_Access.Log.WriteLog("Error Make Servers Array: " + error.Line(), LogLevel::Always);
         });
-    return found;
 }
 
 // Over the full range each time, with the rounding that gives its ends half the chance: the order that servers have
@@ -77,9 +76,9 @@ void ServerLists::Shuffle(std::vector<Text>& servers) const {
 }
 
 bool ServerLists::IsOnline() noexcept {
-    bool online = false;
-    Trap([&] { online = m_Access.MakeSender()->IsOnline(); }, [](const RuntimeError&) { /* nothing to ask with */ });
-    return online;
+    return TrapOr(
+        false, [&] { return m_Access.MakeSender()->IsOnline(); },
+        [](const RuntimeError&) { /* nothing to ask with */ });
 }
 
 }  // namespace tb

@@ -6,13 +6,13 @@
 #include "refdata/PendingUpdates.h"
 #include "refdata/Reference.h"
 #include "refdata/ServerLists.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/Messages.h"
 
 namespace tb {
 
 bool UpdateCheck::CanUpdate(bool Manual, Text& Message) noexcept {
-    bool can = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             Message.clear();
             // Others tell their reason only to a user who asks.
@@ -27,17 +27,17 @@ bool UpdateCheck::CanUpdate(bool Manual, Text& Message) noexcept {
             } else if (!IsDue(last) && !m_Access.Program.NeedToUpdate) {
                 refuse("Last checked for updates on " + last + ".  No new updates are available...");
             } else if (ServerLists(m_Access).IsOnline()) {
-                can = true;
+                return true;
             } else if (Manual) {
                 Message = "Not Online";
                 ShowMessage(m_Access.Program, "Please connect to the Internet to check for updates.",
                             MessageButtons::Information);
             }
+            return false;
         },
         [&](const RuntimeError& error) {
             m_Access.Log.WriteLog("CanUpdate Error: " + error.Line(), LogLevel::Always);
         });
-    return can;
 }
 
 bool UpdateCheck::IsDue(Text& lastChecked) const {
@@ -51,17 +51,17 @@ bool UpdateCheck::IsDue(Text& lastChecked) const {
 }
 
 std::int16_t UpdateCheck::CheckForUpdates(cUpdate& Updater, bool Manual) noexcept {
-    std::int16_t result = 0;
     const bool needed = m_Access.Program.NeedToUpdate;
     m_InProgress = true;
-    Trap(
+    const auto result = TrapOr(
+        std::int16_t{0},
         [&] {
             m_Access.Log.WriteLog(Text("Checking for updates") + (needed ? " - NeedToUpdate..." : "..."),
                                   LogLevel::Always);
             DailyFiles daily(m_Access);
             if (!Updater.StopUpdate()) daily.GetDailyFiles("ReferenceSVR", Reference::FileName, Reference::FileName);
             if (!Updater.StopUpdate()) daily.GetDailyFiles({}, Defaults::FileName, Defaults::FileName);
-            result = Updater.DoCheckForUpdates(Manual);
+            return Updater.DoCheckForUpdates(Manual);
         },
         [&](const RuntimeError& error) {
             m_Access.Log.WriteLog("CheckForUpdates error: " + error.Line(), LogLevel::Always);

@@ -1,30 +1,29 @@
 #include "refdata/VersionReport.h"
 
 #include "base/errors.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/SettingValues.h"
 #include "shell/helpers/SystemInfo.h"
 
 namespace tb {
 
 bool VersionReport::SendVersions() noexcept {
-    bool sent = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             const ElementPtr servers = m_Access.Servers("VersionsSVR");
-            if (servers == nullptr) return;
+            if (servers == nullptr) return false;
             m_Access.Log.WriteLog("Sending version information...", LogLevel::Debug);
             const std::unique_ptr<Sender> sender = m_Access.MakeSender();
             sender->Key(GetClientKey(m_Access.Program, true));
             sender->ReplyLimit(Sender::SmallReplyLimit);
             Text reply;
             const Text error = sender->PostRequest(servers, "Versions.aspx", Body(), reply, {});
-            if (!error.empty()) return m_Access.Log.WriteLog("Send versions error: " + error, LogLevel::Debug);
-            sent = true;
+            if (!error.empty()) m_Access.Log.WriteLog("Send versions error: " + error, LogLevel::Debug);
+            return error.empty();
         },
         [&](const RuntimeError& error) {
             m_Access.Log.WriteLog("Send version error: " + error.Line(), LogLevel::Always);
         });
-    return sent;
 }
 
 Text VersionReport::Body() const {

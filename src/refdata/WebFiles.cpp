@@ -4,7 +4,7 @@
 #include "platform/AtomicWrite.h"
 #include "refdata/DataGuard.h"
 #include "refdata/mFileInfo.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/SettingValues.h"
 #include "shell/helpers/Versions.h"
 #include "sitedb/codec/Encryption.h"
 
@@ -18,10 +18,9 @@ constexpr long DateLength = 50;
 }  // namespace
 
 bool WebFiles::GetFileFromWebService(const ElementPtr& Server, const Text& Page, const Text& File) noexcept {
-    bool fetched = false;
-    Trap([&] { fetched = Server != nullptr && Fetch(Server, Page, File); },
-         [&](const RuntimeError& error) { Refuse("GetFileFromWebService Error: " + error.Line()); });
-    return fetched;
+    return TrapOr(
+        false, [&] { return Server != nullptr && Fetch(Server, Page, File); },
+        [&](const RuntimeError& error) { Refuse("GetFileFromWebService Error: " + error.Line()); });
 }
 
 bool WebFiles::Fetch(const ElementPtr& Server, const Text& Page, const Text& File) const {

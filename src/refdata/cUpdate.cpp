@@ -8,7 +8,9 @@
 #include "components/tbXML/Document.h"
 #include "platform/AtomicWrite.h"
 #include "refdata/PendingUpdates.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/Folders.h"
+#include "shell/helpers/Messages.h"
+#include "shell/helpers/SettingValues.h"
 #include "sitedb/codec/Encryption.h"
 
 namespace tb {
@@ -24,10 +26,9 @@ constexpr const char* LastUpdateVersion = "LastUpdateVersion";
 }  // namespace
 
 std::int16_t cUpdate::DoCheckForUpdates(bool Manual) noexcept {
-    std::int16_t result = NothingStaged;
-    Trap([&] { result = Check(Manual); },
-         [&](const RuntimeError& error) { Log("Update CheckUpdates " + error.Line()); });
-    return result;
+    return TrapOr(
+        NothingStaged, [&] { return Check(Manual); },
+        [&](const RuntimeError& error) { Log("Update CheckUpdates " + error.Line()); });
 }
 
 std::int16_t cUpdate::Check(bool manual) {
@@ -103,16 +104,15 @@ Text cUpdate::ManifestPage(const Text& name) {
 
 bool cUpdate::IsPending(std::int32_t number) {
     if (!HasPendingUpdates(Program())) return false;
-    bool same = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             Document pending;
             pending.Load(Program().System.Files, PendingManifest(Program()));
-            same = ManifestNumber(*pending.Root()) == number;
+            return ManifestNumber(*pending.Root()) == number;
         },
         // A manifest that the updater could not read either must not keep a good one away.
         [&](const RuntimeError& error) { Log("Update CheckUpdates " + error.Line()); });
-    return same;
 }
 
 void cUpdate::ClearPending() {
@@ -132,9 +132,8 @@ void cUpdate::ClearPending() {
 
 std::int32_t cUpdate::LastNumber() const {
     const Text last = m_Access.Settings()->GetXMLString("MAIN", LastUpdateVersion, "0");
-    std::int32_t number = -1;
-    Trap([&] { number = ToInt32(last); }, [](const RuntimeError&) { /* it is none */ });
-    return number;
+    return TrapOr(
+        -1, [&] { return ToInt32(last); }, [](const RuntimeError&) { /* it is none */ });
 }
 
 std::int16_t cUpdate::UpToDate(bool manual) {

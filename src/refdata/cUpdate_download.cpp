@@ -7,7 +7,6 @@
 #include "refdata/PendingUpdates.h"
 #include "refdata/cUpdate.h"
 #include "refdata/mFileInfo.h"
-#include "shell/helpers/GeneralHelpers.h"
 
 namespace tb {
 
@@ -49,10 +48,9 @@ bool cUpdate::AreFilesSound(const Element& manifest) {
 }
 
 bool cUpdate::DownloadUpdateFile(Sender& sender, const Element& child, const Text& folder, Staged& staged) noexcept {
-    bool done = false;
-    Trap([&] { done = Fetch(sender, ReadFileElement(child, Program().System.Clock.Now()), folder, staged); },
-         [&](const RuntimeError& error) { Log("DownloadFile: " + error.Line()); });
-    return done;
+    return TrapOr(
+        false, [&] { return Fetch(sender, ReadFileElement(child, Program().System.Clock.Now()), folder, staged); },
+        [&](const RuntimeError& error) { Log("DownloadFile: " + error.Line()); });
 }
 
 bool cUpdate::Fetch(Sender& sender, const UpdateFile& file, const Text& folder, Staged& staged) {
@@ -94,10 +92,9 @@ bool cUpdate::Fetch(Sender& sender, const UpdateFile& file, const Text& folder, 
 
 bool cUpdate::IsCurrent(const UpdateFile& file) const {
     if (!MustBeSigned()) return !IsComponentOutOfDate(Program(), file.FILE, file.VERSION, file.ModifiedDate);
-    bool isCurrent = false;
-    Trap([&] { isCurrent = HasSignedHash(file, Program().Path() / TextPath(file.FILE)); },
-         [](const RuntimeError&) { /* it is not there, or nobody can tell */ });
-    return isCurrent;
+    return TrapOr(
+        false, [&] { return HasSignedHash(file, Program().Path() / TextPath(file.FILE)); },
+        [](const RuntimeError&) { /* it is not there, or nobody can tell */ });
 }
 
 std::uint64_t cUpdate::ReplyLimit(const UpdateFile& file) const {

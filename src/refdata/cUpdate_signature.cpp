@@ -5,9 +5,9 @@
 namespace tb {
 
 bool cUpdate::IsSigned(Sender& sender, const Element& manifest) {
-    Text text;
-    Trap([&] { text = SignedText(manifest); },
-         [](const RuntimeError&) { /* the rest of it is sound, so a hash is missing */ });
+    const Text text = TrapOr(
+        Text(), [&] { return SignedText(manifest); },
+        [](const RuntimeError&) { /* the rest of it is sound, so a hash is missing */ });
     if (text.empty()) {
         LogRefusal("it is not signed (a file has no SHA256)");
         return false;

@@ -1,15 +1,11 @@
 #include "shell/DatabaseHost.h"
 
 #include "base/errors.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/Messages.h"
+#include "shell/helpers/SettingValues.h"
 #include "sitedb/BuiltInCategories.h"
 
 namespace tb {
-
-Text DatabaseHost::GetXMLString(const Text& section, const Text& key, const Text& fallback) {
-    const xmlINI* const settings = m_Parts.Program.Settings.get();
-    return settings != nullptr ? settings->GetXMLString(section, key, fallback) : fallback;
-}
 
 void DatabaseHost::AllowSite(const Text& url) {
     if (m_Parts.Windows.AllowInWindow(url)) return;

@@ -5,6 +5,7 @@
 #include "shell/ProgramWindows.h"
 #include "shell/SiteTables.h"
 #include "shell/helpers/ProgramLog.h"
+#include "shell/helpers/SettingValues.h"
 #include "urlcheck/sounds/Sounds.h"
 
 namespace tb {
@@ -27,8 +28,9 @@ public:
 
     void WriteLog(const Text& message, LogLevel level) noexcept override { m_Parts.Log.WriteLog(message, level); }
     bool Writes(LogLevel level) noexcept override { return m_Parts.Log.Writes(level); }
-    // The fallback also once the settings have gone.
-    Text GetXMLString(const Text& section, const Text& key, const Text& fallback) override;
+    Text GetXMLString(const Text& section, const Text& key, const Text& fallback) override {
+        return GetSetting(m_Parts.Program, section, key, fallback);
+    }
     bool IsDebugMode() override { return m_Parts.Program.Debug.IsOn(); }
     Text ProductName() override { return m_Parts.Program.Product.ProductName; }
     bool IsOverride(const Text& url) override {

@@ -5,7 +5,8 @@
 #include "components/tbBHBridge/ChannelNames.h"
 #include "refdata/Components.h"
 #include "refdata/PendingUpdates.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/Messages.h"
+#include "shell/helpers/SettingValues.h"
 #include "shell/helpers/Versions.h"
 
 namespace tb {
@@ -18,9 +19,7 @@ constexpr const char* EmptyLine = "\r\n\r\n";
 
 template <typename Gate>
 bool InstallationGates::Guarded(const char* name, Gate gate) noexcept {
-    bool stops = false;
-    Trap([&] { stops = gate(); }, [&](const RuntimeError& error) { Log(Text(name) + " Error: " + error.Line()); });
-    return stops;
+    return TrapOr(false, gate, [&](const RuntimeError& error) { Log(Text(name) + " Error: " + error.Line()); });
 }
 
 void InstallationGates::AddComponents() noexcept {

@@ -1,7 +1,9 @@
 #include "shell/ProgramExit.h"
 
 #include "base/numbers.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/Messages.h"
+#include "shell/helpers/SettingValues.h"
+#include "shell/helpers/SystemInfo.h"
 
 namespace tb {
 
@@ -80,11 +82,9 @@ void ProgramExit::DropDatabases() {
 
 void ProgramExit::PrepareShutdown() {
     App& app = m_Parts.Program;
+    if (GetSetting(app, "Desktop", "Show", "1") == "1" && IsWindows2000OrLater(app)) m_Parts.Windows.CloseDropZone();
     // A message that they cannot be saved serves messages.
-    const std::shared_ptr<xmlINI> settings = app.Settings;
-    const bool shown = !settings || settings->GetXMLString("Desktop", "Show", "1") == "1";
-    if (shown && IsWindows2000OrLater(app)) m_Parts.Windows.CloseDropZone();
-    if (settings) settings->SaveXMLINI();
+    if (const std::shared_ptr<xmlINI> settings = app.Settings) settings->SaveXMLINI();
     app.Components.reset();
     m_Parts.Windows.CloseAbout();
     app.Settings.reset();

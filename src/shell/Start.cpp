@@ -4,7 +4,11 @@
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "refdata/Defaults.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/Folders.h"
+#include "shell/helpers/Messages.h"
+#include "shell/helpers/SettingValues.h"
+#include "shell/helpers/SystemInfo.h"
+#include "shell/helpers/ThisProcess.h"
 #include "ui/settings/SettingsTable.h"
 
 namespace tb {

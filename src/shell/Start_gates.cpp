@@ -19,20 +19,19 @@ constexpr std::int32_t PreviousInstanceMilliseconds = 5000;
 }  // namespace
 
 bool Start::ReadSkinXML() {
-    bool read = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             m_App.SkinRoot.reset();
             Document document;
             document.LoadXML(SkinText());
             if (!document.Root()) throw Error(ErrorNumber::ObjectNotSet);
             m_App.SkinRoot = document.Root();
-            read = true;
+            return true;
         },
         [&](const RuntimeError& error) {
             m_Log.WriteLog("Error Read Skin XML: " + error.Description, LogLevel::Always);
         });
-    return read;
 }
 
 Text Start::SkinText() {

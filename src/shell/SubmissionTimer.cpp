@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "base/errors.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/SettingValues.h"
 
 namespace tb {
 

@@ -2,7 +2,8 @@
 
 #include "base/errors.h"
 #include "refdata/VersionReport.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/SettingValues.h"
+#include "shell/helpers/ThisProcess.h"
 
 namespace tb {
 

@@ -1,6 +1,6 @@
 #include "shell/frmController.h"
 
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/SettingValues.h"
 
 namespace tb {
 

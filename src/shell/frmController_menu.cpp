@@ -1,7 +1,7 @@
 #include "base/errors.h"
 #include "shell/frmController.h"
-#include "shell/helpers/GeneralHelpers.h"
-#include "shell/helpers/Help.h"
+#include "shell/helpers/Opening.h"
+#include "shell/helpers/SystemInfo.h"
 
 namespace tb {
 

@@ -2,8 +2,8 @@
 
 #include "base/errors.h"
 #include "base/numbers.h"
-#include "shell/helpers/GeneralHelpers.h"
-#include "shell/helpers/Help.h"
+#include "shell/helpers/Messages.h"
+#include "shell/helpers/Opening.h"
 
 namespace tb {
 

@@ -3,7 +3,8 @@
 #include <algorithm>
 
 #include "base/errors.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/Messages.h"
+#include "shell/helpers/SettingValues.h"
 
 namespace tb {
 

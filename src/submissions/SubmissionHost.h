@@ -4,7 +4,9 @@
 #include "base/errors.h"
 #include "base/event.h"
 #include "refdata/ServiceAccess.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/Messages.h"
+#include "shell/helpers/SettingValues.h"
+#include "shell/helpers/ThisProcess.h"
 
 namespace tb {
 
@@ -21,7 +23,7 @@ public:
     bool IsDebugMode() const { return Program().Debug.IsOn(); }
     // The default also once the program has let go of its settings.
     Text Setting(TextView section, TextView key, const Text& otherwise) const {
-        return Program().Settings ? Program().Settings->GetXMLString(section, key, otherwise) : otherwise;
+        return tb::GetSetting(Program(), section, key, otherwise);
     }
 
     void Log(const Text& message, LogLevel level = LogLevel::Always) const { m_Lines.Raise(message, level); }

@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "base/numbers.h"
-#include "shell/helpers/OpenDialog.h"
+#include "shell/helpers/Messages.h"
+#include "shell/helpers/SettingValues.h"
+#include "shell/helpers/WindowPosition.h"
 #include "submissions/Blanks.h"
 
 namespace tb {

@@ -91,20 +91,5 @@ TEST(DataFiles, AreRefusedWhenTheyCannotBeRead) {
     }
 }
 
-// Sections that are there and hold nonsense do not fail the load: the tables cope.
-TEST(ReferenceData, IsTakenWithOddSections) {
-    const Text tables = "<CATEGORIES/><SUBMISSIONS/><DISPOSITIONS/>";
-    for (const Text odd :
-         {"<COUNTRIES><C/></COUNTRIES>", "<WHITELIST/><COUNTRIES/>", "<WHITELIST>,,.,%</WHITELIST><COUNTRIES/>",
-          "<EVILWORDS><A>x</A></EVILWORDS><COUNTRIES/>", "<COUNTRIES/><GEOIP>!!</GEOIP>",
-          "<COUNTRIES/><GEOIP>QUJD</GEOIP>", "<COUNTRIES/><GEOIP> </GEOIP>"}) {
-        RefDataRig rig;
-        rig.Place(ReferencePath, EncryptStringChk("<B>" + tables + odd + "</B>"));
-        EXPECT_TRUE(rig.ReferenceData.LoadReference("")) << odd;
-        EXPECT_EQ(rig.Log.Take(), Lines()) << odd;
-        EXPECT_FALSE(rig.WhiteList && rig.WhiteList->isWhiteList("www.good.example")) << odd;
-    }
-}
-
 }  // namespace
 }  // namespace tb

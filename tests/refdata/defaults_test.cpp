@@ -2,7 +2,7 @@
 
 #include "refdata/RefDataRig.h"
 #include "refdata/ServerLists.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/SettingValues.h"
 
 namespace tb {
 namespace {

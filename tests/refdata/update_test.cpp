@@ -46,7 +46,9 @@ TEST(CUpdate, StagesWhatIsNewerAndThenTheManifest) {
                           Child("Trawlbeam.chm", "4", "", "DOWNLOAD='Y' CreatedDate='1/2/2003'") +
                           Child("new.dll", "4", "") + Child("../current.dll", "x", "9", "DOWNLOAD='N'");
     rig.System.Files.ReadOnly = {"/app/tbUpdater.exe"};
+    rig.System.Versions.Versions["/app/tbUpdater.exe"]["FileVersion"] = "1.10";
     EXPECT_EQ(rig.Check(Manifest(children)), 3);
+    EXPECT_EQ(rig.Program.Components->Item("tbUpdater.exe").VERSION, "1.10") << "or it would be fetched again";
     const Lines log = rig.Log.Take();
     ASSERT_EQ(log.size(), 17U);
     EXPECT_EQ(Lines(log.begin() + 5, log.begin() + 11),

@@ -53,15 +53,7 @@ TEST(GetFileFromWebService, FetchesOnlyWhatIsLater) {
 TEST(GetFileFromWebService, KeepsTheOldFileFromABadReply) {
     WebFilesRig rig;
     rig.Web.Heads["reference.bin"] = LaterHead;
-    std::vector<Text> replies;
-    for (size_t length = 0; length < Good.size(); ++length) replies.push_back(Good.substr(0, length));
-    for (size_t bit = 0; bit < Good.size() * 8; ++bit) {
-        replies.push_back(Good);
-        replies.back()[bit / 8] ^= static_cast<char>(1 << bit % 8);
-    }
-    replies.push_back(Good + "\r\n");
-    replies.push_back(LowerCase(Good));
-    for (const Text& reply : replies) {
+    for (const Text& reply : {Text(), Good.substr(0, Good.size() - 1), Good + "\r\n", LowerCase(Good)}) {
         rig.Web.Replies["page"] = reply;
         EXPECT_FALSE(rig.Fetch()) << Quoted(reply);
         EXPECT_EQ(rig.System.Files.Contents, (World{{ReferencePath, "old"}})) << Quoted(reply);

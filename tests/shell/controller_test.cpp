@@ -3,7 +3,7 @@
 
 #include "fakes/RecordedLog.h"
 #include "shell/ShellRig.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/Messages.h"
 
 namespace tb {
 namespace {

@@ -75,6 +75,22 @@ TEST(AddComponent, RecordsWhatIsThere) {
     EXPECT_FALSE(rig.Entered("tbUpdater.exe").MISSING);
 }
 
+TEST(IsComponentOutOfDate, GoesByTheVersionElseByTheDate) {
+    GatesRig rig;
+    const Date date(CivilDate{2026, 1, 2, 3, 4, 5});
+    EXPECT_TRUE(IsComponentOutOfDate(rig.Program, "a.dll", "1.0.0", date)) << "it is not there";
+    for (const Text& name : {Text("a.dll"), Text("b.chm"), Text("c.bin")})
+        rig.System.Files.Contents["/app/" + name] = "x";
+    rig.Program.Components->Add({"A.dll", "", "1.0.0", date, date, true, false});
+    rig.Program.Components->Add({"b.chm", "", "0.0.0", date, date, true, false});
+    rig.Program.Components->Add({"c.bin", "", "", {}, {}, true, false});
+    EXPECT_FALSE(IsComponentOutOfDate(rig.Program, "a.dll", "1.0.0", date.PlusSeconds(9)));
+    EXPECT_TRUE(IsComponentOutOfDate(rig.Program, "a.dll", "1.0.1", date));
+    EXPECT_FALSE(IsComponentOutOfDate(rig.Program, "b.chm", "9.9.9", date));
+    EXPECT_TRUE(IsComponentOutOfDate(rig.Program, "b.chm", "9.9.9", date.PlusSeconds(1)));
+    EXPECT_TRUE(IsComponentOutOfDate(rig.Program, "c.bin", "0.0.1", date)) << "a record without a date is the oldest";
+}
+
 TEST(CheckForMissingComponents, HealsByAnUpdateUnlessOneWaits) {
     for (const bool pending : {false, true}) {
         GatesRig rig;

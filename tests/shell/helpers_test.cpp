@@ -7,9 +7,12 @@
 #include "fakes/FakePlatform.h"
 #include "fakes/Raised.h"
 #include "fakes/RecordedLog.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "refdata/Components.h"
+#include "shell/helpers/SettingValues.h"
 #include "shell/helpers/SystemInfo.h"
+#include "shell/helpers/ThisProcess.h"
 #include "shell/helpers/Versions.h"
+#include "shell/helpers/WindowPosition.h"
 #include "shell/helpers/cRegistry.h"
 
 namespace tb {
@@ -118,22 +121,6 @@ TEST_F(HelpersTest, MemoryIsTrimmedToTheLimitsUnlessBothAreNought) {
     Set("MAIN", "MAXFREEMEM", "0");
     FreeMemory(m_App, m_Log);
     EXPECT_EQ(m_System.Processes.Trims, (std::vector<Text>{"3145728-6291456", "0-6291456"}));
-}
-
-TEST_F(HelpersTest, ComponentsAreOutOfDateByVersionElseByDate) {
-    const Date date(CivilDate{2026, 1, 2, 3, 4, 5});
-    EXPECT_TRUE(IsComponentOutOfDate(m_App, "a.dll", "1.0.0", date)) << "it is not there";
-    m_App.Components = std::make_shared<ComponentList>();
-    for (const Text& name : {Text("a.dll"), Text("b.chm"), Text("c.bin")})
-        m_System.Files.Contents["/app/" + name] = "x";
-    m_App.Components->Add({"A.dll", "", "1.0.0", date, date, true, false});
-    m_App.Components->Add({"b.chm", "", "0.0.0", date, date, true, false});
-    m_App.Components->Add({"c.bin", "", "", {}, {}, true, false});
-    EXPECT_FALSE(IsComponentOutOfDate(m_App, "a.dll", "1.0.0", date.PlusSeconds(9)));
-    EXPECT_TRUE(IsComponentOutOfDate(m_App, "a.dll", "1.0.1", date));
-    EXPECT_FALSE(IsComponentOutOfDate(m_App, "b.chm", "9.9.9", date));
-    EXPECT_TRUE(IsComponentOutOfDate(m_App, "b.chm", "9.9.9", date.PlusSeconds(1)));
-    EXPECT_TRUE(IsComponentOutOfDate(m_App, "c.bin", "0.0.1", date)) << "a record without a date is the oldest";
 }
 
 TEST_F(HelpersTest, TheRegistryCursorTellsWhatFailed) {

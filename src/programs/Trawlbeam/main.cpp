@@ -25,7 +25,7 @@
 #include "platform/win32/Win32WindowText.h"
 #include "programs/Trawlbeam/Deployment.h"
 #include "shell/Start.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/ThisProcess.h"
 #include "submissions/win32/OleSession.h"
 #include "submissions/win32/Win32ClipboardFormats.h"
 #include "submissions/win32/Win32DropTargets.h"

@@ -15,7 +15,7 @@ constexpr TextView LogExtension = ".log";
 Text BehindProduct(const Text& name, const Text& product) {
     const bool fits = name.size() >= product.size() + LogExtension.size() &&
                       UpperCase(Left(name, product.size())) == UpperCase(product) &&
-                      LowerCase(TextView(name).substr(name.size() - LogExtension.size())) == LogExtension;
+                      LowerCase(name).ends_with(LogExtension);
     return fits ? name.substr(product.size()) : Text();
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/errors.h"
 #include "base/numbers.h"
+#include "shell/helpers/cRegistry.h"
 
 namespace tb {
 
@@ -46,5 +47,16 @@ Text SystemInfo::GetWindowsVersion() const {
 
 bool IsWindowsNT(TextView windowsVersion) { return VersionPart(windowsVersion, 3) == 2; }
 bool IsWindows2000OrLater(TextView windowsVersion) { return VersionPart(windowsVersion, 0) >= 5; }
+
+bool IsWindowsNT(const App& app) { return IsWindowsNT(SystemInfo(app.System.Machine).GetWindowsVersion()); }
+
+bool IsWindows2000OrLater(const App& app) {
+    return IsWindows2000OrLater(SystemInfo(app.System.Machine).GetWindowsVersion());
+}
+
+Text GetBrowserVersion(const App& app) {
+    return cRegistry(app.System.Registry)
+        .ValueEx(RegistryRoot::LocalMachine, "Software\\Microsoft\\Internet Explorer", "Version", "");
+}
 
 }  // namespace tb

@@ -1,7 +1,7 @@
 // A read-only view of the machine, in the texts and numbers that the program shows and reports.
 #pragma once
 
-#include "platform/Machine.h"
+#include "shell/helpers/App.h"
 
 namespace tb {
 
@@ -47,5 +47,11 @@ private:
 // form.
 bool IsWindowsNT(TextView windowsVersion);
 bool IsWindows2000OrLater(TextView windowsVersion);
+// The same of this machine.
+bool IsWindowsNT(const App& app);
+bool IsWindows2000OrLater(const App& app);
+
+// Of the system's browser; empty when it is not known.
+Text GetBrowserVersion(const App& app);
 
 }  // namespace tb

@@ -2,9 +2,12 @@
 #pragma once
 
 #include "base/date.h"
-#include "base/text.h"
+#include "shell/helpers/App.h"
 
 namespace tb {
+
+// "major.minor.revision" of the running program.
+inline Text GetAppVersion(const App& app) { return app.Product.Version; }
 
 // True when version `a` is newer than `b`, or, with `orEqual`, the same. Versions are up to three numbers joined by
 // points; a missing or empty one counts as 0, a fourth is ignored. The first two count as one number, first * 65536 +

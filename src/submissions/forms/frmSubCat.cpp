@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "base/numbers.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/WindowPosition.h"
 
 namespace tb {
 

@@ -1,4 +1,4 @@
-// The help file in the system's viewer.
+// Opening things with the system's own programs.
 #pragma once
 
 #include "base/log.h"
@@ -15,5 +15,8 @@ inline constexpr std::int32_t Qualifiers = 2000;
 // Opens the help file at a topic, without one at its first page. A viewer that does not start is one line of level 0 on
 // `log`. What the viewer finds is not known here.
 void StartHelp(const App& app, LogSink& log, std::int32_t topic = HelpTopic::None) noexcept;
+
+// A file or an address, as the user's shell would. False when the shell refuses.
+bool ShellOpen(const App& app, const Text& target);
 
 }  // namespace tb

@@ -1,4 +1,4 @@
-#include "shell/helpers/Help.h"
+#include "shell/helpers/Opening.h"
 
 #include "base/errors.h"
 
@@ -13,5 +13,7 @@ void StartHelp(const App& app, LogSink& log, std::int32_t topic) noexcept {
         },
         [&](const RuntimeError& error) { log.WriteLog("Error starting help: " + error.Line(), LogLevel::Always); });
 }
+
+bool ShellOpen(const App& app, const Text& target) { return app.System.Shell.Open(target); }
 
 }  // namespace tb
