@@ -8,7 +8,7 @@
 #include "refdata/Defaults.h"
 #include "refdata/Reference.h"
 #include "refdata/ServerLists.h"
-#include "shell/helpers/GeneralHelpers.h"
+#include "shell/helpers/SettingValues.h"
 #include "sitedb/codec/Encryption.h"
 
 namespace {
