@@ -1,5 +1,6 @@
 // What is dropped on the program, and what is sent of it: no input breaks the way from the drop to the service, and a
-// mail that was queued is posted whole. The first byte chooses the format; a stored message's streams are joined by
+// mail that was queued is posted whole. The first byte chooses the format, debug mode, and whether the body is as long
+// as those that mail programs store (pictures in Base64, compressed RTF); a stored message's streams are joined by
 // "\x01", the descriptor before them.
 #include <cstdlib>
 
@@ -17,6 +18,15 @@ void Require(bool condition) {
     if (!condition) std::abort();
 }
 
+// Beyond what the fuzzer makes by itself.
+constexpr std::size_t LongBody = 200000;
+
+Text Repeated(const Text& text) {
+    Text longer = text;
+    while (!text.empty() && longer.size() < LongBody) longer += text;
+    return longer;
+}
+
 tb::FakeDrop Dropped(const tb::SubmissionDB& db, char kind, const Text& content) {
     tb::FakeDrop drop;
     if (kind % 3 == 0) {
@@ -31,7 +41,9 @@ tb::FakeDrop Dropped(const tb::SubmissionDB& db, char kind, const Text& content)
         drop.Messages.resize(1);
         for (size_t index = 0; index < parts.size(); ++index) {
             if (index == 0) drop.Descriptor = parts[0];
-            if (index > 0 && index <= std::size(streams)) drop.Messages[0].Streams[streams[index - 1]] = parts[index];
+            // An empty one is not there: the next kind of body is taken.
+            const bool isStream = index > 0 && index <= std::size(streams) && !parts[index].empty();
+            if (isStream) drop.Messages[0].Streams[streams[index - 1]] = parts[index];
         }
     }
     return drop;
@@ -62,12 +74,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     tb::SubmissionRig rig;
     if ((data[0] & 0x80) != 0) rig.SetDebug();
     rig.Set("ConfirmSubmission", "0");
-    tb::FakeDrop drop =
-        Dropped(*rig.DB, static_cast<char>(data[0] & 0x7F), Text(reinterpret_cast<const char*>(data) + 1, size - 1));
+    Text content(reinterpret_cast<const char*>(data) + 1, size - 1);
+    // Of a stored message it is the last stream.
+    if ((data[0] & 0x40) != 0) content += Repeated(content.substr(content.rfind('\x01') + 1));
+    tb::FakeDrop drop = Dropped(*rig.DB, static_cast<char>(data[0] & 0x3F), content);
     rig.DB->DoDrop(drop);
     std::vector<Text> queued;
-    for (const auto& [path, content] : rig.System.Files.Contents) {
-        if (path.parent_path() == "/app/Data/InProcess") queued.push_back(content);
+    for (const auto& [path, file] : rig.System.Files.Contents) {
+        if (path.parent_path() == rig.DB->Queue().Folder()) queued.push_back(file);
     }
     rig.Web.Replies = {{"SubmitEmail.aspx", "1-1"}, {"SubmitURL.aspx", "1-2"}};
     rig.DB->ProcessSubmissions();
