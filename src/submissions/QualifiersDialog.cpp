@@ -46,8 +46,8 @@ void QualifiersDialog::SelectCategory(size_t index) { SelectOnly(m_Categories, i
 void QualifiersDialog::SelectConfidence(size_t index) { SelectOnly(m_Confidences, index); }
 
 bool QualifiersDialog::cmdOK(const WindowPosition& window) noexcept {
-    bool closes = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             for (const Category& category : m_Categories) {
                 if (category.Selected) CategoryID = ToInt16(category.Tag);
@@ -58,12 +58,11 @@ bool QualifiersDialog::cmdOK(const WindowPosition& window) noexcept {
             Result = 1;
             LastTop = static_cast<float>(window.Top);
             LastLeft = static_cast<float>(window.Left);
-            closes = true;
+            return true;
         },
         [&](const RuntimeError& error) {
             ShowMessage(m_App, "Error Submissions Category cmdOK Click: " + error.Description, 0);
         });
-    return closes;
 }
 
 void QualifiersDialog::cmdCancel() noexcept { CategoryID = ConfidenceID = -1; }

@@ -13,12 +13,12 @@ void CountDown(std::unordered_map<Text, std::int32_t>& counts, const Text& text)
 
 }  // namespace
 
-size_t SubmissionItems::Place(std::int32_t index) const {
+size_t SubmissionItems::Position(std::int32_t index) const {
     if (index < 1 || index > Count()) throw Error(ErrorNumber::Subscript);
     return static_cast<size_t>(index) - 1;
 }
 
-const ElementPtr& SubmissionItems::Item(std::int32_t index) const { return m_Items[Place(index)].Value; }
+const ElementPtr& SubmissionItems::Item(std::int32_t index) const { return m_Items[Position(index)].Value; }
 
 const ElementPtr& SubmissionItems::Find(const Text& key) const {
     const auto found = m_ByKey.find(key);
@@ -43,7 +43,7 @@ void SubmissionItems::AddLast(const Text& key, ElementPtr element) {
 }
 
 void SubmissionItems::Remove(std::int32_t index) {
-    const auto entry = m_Items.begin() + static_cast<std::ptrdiff_t>(Place(index));
+    const auto entry = m_Items.begin() + static_cast<std::ptrdiff_t>(Position(index));
     CountDown(m_Bodies, entry->Value->Body());
     CountDown(m_UniqueKeys, entry->Value->FindAttributeValue("UKEY"));
     m_ByKey.erase(entry->Key);

@@ -36,7 +36,7 @@ private:
     };
     using Counts = std::unordered_map<Text, std::int32_t>;
 
-    size_t Place(std::int32_t index) const;
+    size_t Position(std::int32_t index) const;
     void Index(const Text& key, const ElementPtr& element);
 
     std::deque<Entry> m_Items;
