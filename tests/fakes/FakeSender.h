@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <map>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -40,22 +41,22 @@ public:
     std::int32_t Timeout() const override { return m_Timeout; }
     void Timeout(std::int32_t milliseconds) override { m_Timeout = milliseconds; }
     void Key(const Text& key) override { m_Key = key; }
-    void ReplyLimit(std::uint64_t) override {}
+    void ReplyLimit(std::uint64_t bytes) override { m_ReplyLimit = bytes; }
 
     Text PostRequest(const ElementPtr& Server, const Text& Page, const Text& Body, Text& Reply,
                      const Text& /*Extra*/) override {
         Reply.clear();
         Record("POST", Server, Page, Body);
+        Text error = Find(m_Web.Errors, Page);
+        if (error.empty()) Reply = Find(m_Web.Replies, Page);
         std::deque<std::pair<Text, Text>>& script = m_Web.Scripts[Page];
         if (!script.empty()) {
-            const auto [scripted, answer] = script.front();
+            std::tie(error, Reply) = script.front();
             script.pop_front();
-            Reply = answer;
-            return scripted;
         }
-        const Text error = Find(m_Web.Errors, Page);
-        if (error.empty()) Reply = Find(m_Web.Replies, Page);
-        return error;
+        if (Reply.size() <= m_ReplyLimit) return error;
+        Reply.clear();
+        return "one: the reply is longer than " + std::to_string(m_ReplyLimit) + " bytes";
     }
     void GetHead(const ElementPtr& Server, const Text& Page, const Text& /*Extra*/, ResponseHead& Head) override {
         Head.Text.clear();
@@ -81,6 +82,7 @@ private:
 
     FakeWeb& m_Web;
     std::int32_t m_Timeout = DefaultTimeout;
+    std::uint64_t m_ReplyLimit = DataReplyLimit;
     Text m_Key;
 };
 

@@ -79,6 +79,8 @@ TEST(SendVersions, PostsWhatRunsHere) {
     EXPECT_EQ(request.Operation + " " + request.Page, "POST Versions.aspx");
     EXPECT_EQ(request.Body, "Key=A%2D1&AppVer=1.0.0&OSVer=6.1.7601.2&IEVer=9.11.9600.18376&OEVer=0&OutVer=0");
     EXPECT_EQ(request.Key, "A%2D1");
+    rig.Web.Replies["Versions.aspx"] = Text(Sender::SmallReplyLimit + 1, 'x');
+    EXPECT_FALSE(report.SendVersions()) << "more than an answer can be";
     rig.Web.Errors["Versions.aspx"] = "no answer";
     EXPECT_FALSE(report.SendVersions());
     EXPECT_EQ(rig.Log.Take().back(), "1 Send versions error: no answer");

@@ -42,24 +42,17 @@ public:
 };
 
 // A stored message; a stream whose bytes are "FAIL" cannot be read.
-struct StoredMessage {
-    std::map<Text, Text> Streams;
-    Text ClassId = "{00020D0B-0000-0000-C000-000000000046}";
-};
-
-class FakeStorage : public MessageStorage {
-public:
-    explicit FakeStorage(const StoredMessage& message) : m_Message(message) {}
-    Text ClassIdText() override { return m_Message.ClassId; }
+struct StoredMessage : MessageStorage {
+    explicit StoredMessage(std::map<Text, Text> streams = {}) : Streams(std::move(streams)) {}
+    Text ClassIdText() override { return ClassId; }
     std::optional<Text> Stream(const Text& name) override {
-        const auto found = m_Message.Streams.find(name);
-        if (found == m_Message.Streams.end()) return std::nullopt;
+        const auto found = Streams.find(name);
+        if (found == Streams.end()) return std::nullopt;
         if (found->second == "FAIL") throw Error(ErrorNumber::DeviceIO);
         return found->second;
     }
-
-private:
-    const StoredMessage& m_Message;
+    std::map<Text, Text> Streams;
+    Text ClassId = "{00020D0B-0000-0000-C000-000000000046}";
 };
 
 class FakeDrop : public DropData, public NativeData {
@@ -74,15 +67,14 @@ public:
     NativeData* Native() override { return this; }
     Text DescriptorBytes() override { return Descriptor; }
     std::unique_ptr<MessageStorage> Storage(std::int32_t index) override {
-        const auto place = static_cast<size_t>(index);
-        if (place >= Messages.size()) return nullptr;
-        return std::make_unique<FakeStorage>(Messages[place]);
+        const auto number = static_cast<size_t>(index);
+        return number < Messages.size() ? std::make_unique<StoredMessage>(Messages[number]) : nullptr;
     }
 };
 
 struct SubmissionRig {
     SubmissionRig() {
-        System.Files.Folders.insert({"/app/Data/InProcess", "/app/Data/InProcess/Error"});
+        SubmissionQueue(System.Files, "/app/Data").MakeFolders();
         Program.Settings =
             std::make_shared<xmlINI>(xmlINI::Surroundings{System.Files, System.Clock, System.Dialogs, {}, "Trawlbeam"});
         const auto global = [&](const Text& name, const Text& xml) {
@@ -111,6 +103,10 @@ struct SubmissionRig {
         DB->DoDrop(drop);
     }
     Text& File(const Text& name) { return System.Files.Contents["/app/Data/" + name]; }
+    // A file of the queue.
+    Text& Queued(const Text& name) { return File("InProcess/" + name); }
+    // What stands in it behind the first line.
+    Text Handed(const Text& name) { return Queued(name).substr(Queued(name).find("\r\n") + 2); }
     // Names in the queue, joined by blanks; those in the error folder behind "!".
     Text Queue() const {
         Text names;
@@ -120,15 +116,19 @@ struct SubmissionRig {
         }
         return names.empty() ? names : names.substr(1);
     }
-    // The stored submissions in order: name, plain identifier, body, key.
-    Lines Stored() {
-        Lines items;
+    // What `tell` says of each submission, in order.
+    Lines Each(const std::function<Text()>& tell) {
+        Lines told;
         for (std::int32_t index = 1; index <= DB->Count(); ++index) {
             DB->MoveToItem(index);
-            items.push_back(DB->Name() + "|" + DB->DecryptSubID(DB->GetAttributeValue("ID")) + "|" + DB->Body() + "|" +
-                            DB->GetAttributeValue("UKey"));
+            told.push_back(tell());
         }
-        return items;
+        return told;
+    }
+    Text PlainId() { return DB->DecryptSubID(DB->GetAttributeValue("ID")); }
+    // The stored submissions: name, plain identifier, body, key.
+    Lines Stored() {
+        return Each([this] { return Join({DB->Name(), PlainId(), DB->Body(), DB->GetAttributeValue("UKey")}, "|"); });
     }
     Lines TakeShown() { return std::exchange(System.Dialogs.Shown, {}); }
 

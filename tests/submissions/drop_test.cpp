@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "base/bytes.h"
 #include "submissions/CEmailMessage.h"
 #include "submissions/SubmissionRig.h"
 
@@ -14,48 +15,50 @@ const Text Plain = "__substg1.0_1000001E";
 
 // A block with that count and room for that many descriptors.
 Text DescriptorOf(std::uint32_t count, size_t room) {
-    Text bytes;
-    for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(count >> shift);
-    return bytes + Text(room * 332, '\0');
+    Text bytes(4 + room * 332, '\0');
+    PutLittleEndian(count, bytes.data(), 4);
+    return bytes;
+}
+
+FakeDrop Stored(const SubmissionDB& db, const Text& descriptor, std::vector<StoredMessage> messages) {
+    FakeDrop drop;
+    drop.Formats[db.cfFileGroupDescriptor];
+    drop.Descriptor = descriptor;
+    drop.Messages = std::move(messages);
+    return drop;
 }
 
 TEST(Drop, TakesTheFirstFormatThatItKnows) {
-    const struct {
-        bool Mail, Descriptor, Text;
-        tb::Text Queue;
-    } cases[] = {{true, true, true, "0.E"}, {false, true, true, "0.E 1.E"}, {false, false, true, "0.U"}, {}};
-    for (const auto& [mail, descriptor, text, queue] : cases) {
+    const Text queues[] = {"", "0.U", "0.E 1.E", "0.E"};
+    for (size_t known = 0; known < std::size(queues); ++known) {
         SubmissionRig rig;
         EXPECT_EQ(rig.Formats.Names,
                   (Lines{"FileContents", "FileGroupDescriptor", "Internet Message (rfc822/rfc1522)"}));
         FakeDrop drop;
-        if (mail) drop.Formats[rig.DB->cfInternetMessage] = "H\r\n\r\nB";
-        if (descriptor) drop.Formats[rig.DB->cfFileGroupDescriptor];
-        if (text) drop.Formats[PlainTextFormat] = " http://a.example/ ";
-        drop.Descriptor = DescriptorOf(2, 2);
-        drop.Messages = {{{{Headers, "H"}, {Plain, "1"}}}, {{{Headers, "H"}, {Plain, "2"}}}};
+        const StoredMessage one({{Headers, "H"}, {Plain, "1"}});
+        const StoredMessage two({{Headers, "H"}, {Plain, "2"}});
+        if (known > 1) drop = Stored(*rig.DB, DescriptorOf(2, 2), {one, two});
+        if (known > 2) drop.Formats[rig.DB->cfInternetMessage] = "H\r\n\r\nB";
+        if (known > 0) drop.Formats[PlainTextFormat] = " http://a.example/ ";
         rig.DB->DoDrop(drop);
-        EXPECT_EQ(rig.Queue(), queue);
-        EXPECT_EQ(rig.TakeShown(), queue.empty() ? Lines{NotUnderstood} : Lines());
+        EXPECT_EQ(rig.Queue(), queues[known]);
+        EXPECT_EQ(rig.TakeShown(), known == 0 ? Lines{NotUnderstood} : Lines());
     }
 }
 
 TEST(Drop, SplitsAMail) {
-    const Text first = " 2 , 3 , ";
-    // The mail, and what is queued behind the fingerprint.
-    for (const auto& [mail, queued] :
-         std::vector<std::pair<Text, Text>>{{"H\r\n\r\nB1\r\n\r\nB2", "H\r\n\r\nB1\r\n\r\nB2\r\n"},
-                                            {"H\r\n\r\n\r\n\r\n\r\n\r\nB", "H\r\n\r\nB\r\n"},
-                                            {"H\n\r\n", "H\n\r\n\r\n\r\n"},
-                                            {"", "\r\n\r\n\r\n"},
-                                            // A block of memory with room behind the mail.
-                                            {Text("H\r\n\r\nB\0\0x\0", 10), "H\r\n\r\nB\r\n"},
-                                            {Text("H\0\r\n\r\nB", 7), "H\r\n\r\n\r\n"}}) {
+    // The mail, and what is queued of it; a block of memory can have room behind the mail.
+    const std::pair<Text, Text> cases[] = {{"H\r\n\r\nB1\r\n\r\nB2", "H\r\n\r\nB1\r\n\r\nB2\r\n"},
+                                           {"H\r\n\r\n\r\n\r\n\r\n\r\nB", "H\r\n\r\nB\r\n"},
+                                           {"H\n\r\n", "H\n\r\n\r\n\r\n"},
+                                           {"", "\r\n\r\n\r\n"},
+                                           {Text("H\r\n\r\nB\0\0x\0", 10), "H\r\n\r\nB\r\n"},
+                                           {Text("H\0\r\n\r\nB", 7), "H\r\n\r\n\r\n"}};
+    for (const auto& [mail, queued] : cases) {
         SubmissionRig rig;
         rig.DropMail(mail);
-        const Text file = rig.File("InProcess/0.E");
-        EXPECT_EQ(file.substr(0, first.size()), first);
-        EXPECT_EQ(file.substr(file.find("\r\n") + 2), queued) << Quoted(mail);
+        EXPECT_EQ(Left(rig.Queued("0.E"), 9), " 2 , 3 , ");
+        EXPECT_EQ(rig.Handed("0.E"), queued) << Quoted(mail);
     }
 }
 
@@ -68,14 +71,14 @@ TEST(Drop, RefusesRepeatedAndLargeMails) {
     rig.DB->Add("EMAIL", "s", "1-1", 1, {}, "752");
     rig.DropMail("subject:b\r\n\r\nBody one");
     rig.DropMail("Hi\r\n\r\nBody one");
-    EXPECT_EQ(rig.TakeShown(), (Lines{"64|Trawlbeam|Previously Submitted Email: \r\nb\r\n\r\n",
-                                      "64|Trawlbeam|Previously Submitted Email: \r\n"}));
+    const Text again = "64|Trawlbeam|Previously Submitted Email: \r\n";
+    EXPECT_EQ(rig.TakeShown(), (Lines{again + "b\r\n\r\n", again}));
     EXPECT_EQ(rig.Queue(), "0.E");
-    for (const size_t size : {size_t{0x500000}, size_t{0x500001}}) {
+    for (const bool fits : {true, false}) {
         SubmissionRig large;
-        large.DropMail(Text(size - 10, 'h') + "\r\n\r\n" + Text(10, 'b'));
-        EXPECT_EQ(large.Queue(), size == 0x500000 ? "0.E" : "");
-        EXPECT_EQ(large.TakeShown(), size == 0x500000 ? Lines() : Lines{"48|Trawlbeam|Email message is too large"});
+        large.DropMail(Text(fits ? 0x4FFFF6 : 0x4FFFF7, 'h') + "\r\n\r\n" + Text(10, 'b'));
+        EXPECT_EQ(large.Queue(), fits ? "0.E" : "");
+        EXPECT_EQ(large.TakeShown(), fits ? Lines() : Lines{"48|Trawlbeam|Email message is too large"});
     }
 }
 
@@ -85,52 +88,43 @@ TEST(Drop, ReadsStoredMessages) {
         "Please submit the original message.";
     const Text nul("\0", 1);
     const struct {
-        Text What;
         std::map<Text, Text> Streams;
-        Text PlainText;
-        Text Body;  // of the queued mail
+        Text PlainText, Queue, Body;  // the body of the queued mail
         Lines Shown;
-        Text ClassId = StoredMessage().ClassId;
+        bool IsMail = true;
     } cases[] = {
-        {"html first",
-         {{Headers, "H" + nul + "x"}, {Html, "html" + nul + "x"}, {Rtf, "r"}, {Plain, "p"}},
-         "",
-         "html",
-         {}},
-        {"rtf as it is", {{Headers, "H"}, {Rtf, "r" + nul + "tf"}, {Plain, "p"}}, "", "r" + nul + "tf", {}},
-        {"a stream that fails half-way", {{Headers, "H"}, {Html, "FAIL"}, {Plain, "p"}}, "", "p", {}},
-        {"no headers", {{Html, "html"}}, "", "", {forwarded}},
-        {"neither, a link", {}, " http://a.example/ ", "", {}},
-        {"neither, no link", {}, "hello", "", {NotUnderstood}},
-        {"another class", {{Headers, "H"}, {Plain, "p"}}, "", "", {NotUnderstood}, "{other}"},
+        {{{Headers, "H" + nul + "x"}, {Html, "html" + nul + "x"}, {Rtf, "r"}, {Plain, "p"}}, "", "0.E", "html", {}},
+        {{{Headers, "H"}, {Rtf, "r" + nul + "tf"}, {Plain, "p"}}, "", "0.E", "r" + nul + "tf", {}},
+        {{{Headers, "H"}, {Html, "FAIL"}, {Plain, "p"}}, "", "0.E", "p", {}},
+        {{{Html, "html"}}, "", "", "", {forwarded}},
+        {{}, " http://a.example/ ", "0.U", "", {}},
+        {{}, "hello", "", "", {NotUnderstood}},
+        {{{Headers, "H"}, {Plain, "p"}}, "", "", "", {NotUnderstood}, false},
     };
-    for (const auto& [what, streams, text, body, shown, classId] : cases) {
+    for (const auto& [streams, text, queue, body, shown, isMail] : cases) {
         SubmissionRig rig;
-        FakeDrop drop;
-        drop.Formats[rig.DB->cfFileGroupDescriptor];
+        FakeDrop drop = Stored(*rig.DB, DescriptorOf(1, 1), {StoredMessage(streams)});
+        if (!isMail) drop.Messages[0].ClassId = "{other}";
         if (!text.empty()) drop.Formats[PlainTextFormat] = text;
-        drop.Descriptor = DescriptorOf(1, 1);
-        drop.Messages = {{streams, classId}};
         rig.DB->DoDrop(drop);
-        EXPECT_EQ(rig.TakeShown(), shown) << what;
-        EXPECT_EQ(rig.Queue(), body.empty() ? shown.empty() ? "0.U" : "" : "0.E") << what;
-        const Text& file = rig.File("InProcess/0.E");
-        EXPECT_EQ(body.empty() || file.substr(file.find("\r\n") + 2) == "H\r\n\r\n" + body + "\r\n", true) << what;
+        EXPECT_EQ(rig.TakeShown(), shown);
+        EXPECT_EQ(rig.Queue(), queue);
+        if (queue == "0.E") {
+            EXPECT_EQ(rig.Handed(queue), "H\r\n\r\n" + body + "\r\n");
+        }
     }
 }
 
 TEST(Drop, BelievesNoCount) {
-    for (const auto& [descriptor, count] :
-         std::vector<std::pair<Text, std::int32_t>>{{"", 0},
-                                                    {Text("\1\0\0", 3), 0},
-                                                    {DescriptorOf(1, 0), 1},
-                                                    {DescriptorOf(2, 3), 2},
-                                                    {DescriptorOf(0x7FFFFFFF, 2), 2},
-                                                    {DescriptorOf(0xFFFFFFFF, 2), -1}}) {
+    const std::pair<Text, std::int32_t> cases[] = {{"", 0},
+                                                   {Text("\1\0\0", 3), 0},
+                                                   {DescriptorOf(1, 0), 1},
+                                                   {DescriptorOf(2, 3), 2},
+                                                   {DescriptorOf(0x7FFFFFFF, 2), 2},
+                                                   {DescriptorOf(0xFFFFFFFF, 2), -1}};
+    for (const auto& [descriptor, count] : cases) {
         SubmissionRig rig;
-        FakeDrop drop;
-        drop.Formats[rig.DB->cfFileGroupDescriptor];
-        drop.Descriptor = descriptor;
+        FakeDrop drop = Stored(*rig.DB, descriptor, {});
         EXPECT_EQ(rig.DB->GetMessageCount(&drop), count);
         // Nothing is behind any index.
         rig.DB->DoDrop(drop);
@@ -176,31 +170,27 @@ TEST(Drop, TakesURLs) {
         rig.DB->Add("URL", "http://a.example/p", "1-1", 1, {}, "k");
         rig.DB->SubmitEvilURL(given);
         Lines lines;
-        for (size_t number = 0; number < queued.size(); ++number) {
-            const Text file = rig.File("InProcess/" + std::to_string(number) + ".U");
-            lines.push_back(file.substr(file.find("\r\n") + 2));
-        }
+        for (const Text& name : Split(rig.Queue(), ' ')) lines.push_back(rig.Handed(name));
         EXPECT_EQ(lines, queued) << given;
-        EXPECT_EQ(Split(rig.Queue(), ' ').size(), queued.size()) << given;
         EXPECT_EQ(rig.TakeShown(), shown);
         EXPECT_EQ(Join(rig.Log.Take(), "&"), logged);
         // The caption is what was given, and nobody is asked about what is refused before.
         const bool early = !shown.empty() && shown[0].substr(0, 2) == "64";
         EXPECT_EQ(rig.Qualifiers.Captions, early ? Lines() : Lines{given});
     }
-    SubmissionRig rig;
-    rig.Program.Settings->WriteXMLString("SubCat", "LastConfidenceID", "4");
-    rig.DB->SubmitEvilURL("http://evil.example/a,b?x=1&y=2");
-    EXPECT_EQ(rig.File("InProcess/0.U"), " 2 , 4 ,http://evil.example/a,b\r\nhttp://evil.example/a,b?x=1&y=2");
 }
 
 TEST(Drop, ReplacesNoFileThatWaits) {
     SubmissionRig rig;
-    rig.File("InProcess/0.E") = "waits";
-    rig.File("InProcess/1.U") = "another kind";
+    rig.DB->SubmitEvilURL("http://evil.example/a,b?x=1&y=2");
+    EXPECT_EQ(rig.Queued("0.U"), " 2 , 3 ,http://evil.example/a,b\r\nhttp://evil.example/a,b?x=1&y=2");
+    rig.System.Files.Contents.clear();
+    rig.Start();
+    rig.Queued("0.E") = "waits";
+    rig.Queued("1.U") = "another kind";
     rig.DropMail("H\r\n\r\nB");
     EXPECT_EQ(rig.Queue(), "0.E 1.E 1.U");
-    EXPECT_EQ(rig.File("InProcess/0.E"), "waits");
+    EXPECT_EQ(rig.Queued("0.E"), "waits");
     EXPECT_EQ(rig.DB->LastSubmissionID(), 2);
 }
 

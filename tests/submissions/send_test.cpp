@@ -14,8 +14,6 @@ const Text Link = " 2 , 4 ,http://evil.example/a,b\r\nhttp://evil.example/a,b?x=
 
 struct SendRig : SubmissionRig {
     SendRig() { Log.Take(); }
-    void Queue(const Text& name, const Text& content) { File("InProcess/" + name) = content; }
-    Text Names() const { return SubmissionRig::Queue(); }
     // What a run logs.
     Lines Run() {
         Log.Take();
@@ -29,10 +27,10 @@ struct SendRig : SubmissionRig {
 
 TEST(Send, PostsMailsAndURLs) {
     SendRig rig;
-    rig.Queue("0.e", Mail);
-    rig.Queue("1.U", Link);
-    rig.Queue("2.X", "stays");
-    rig.Queue("3.U", " 2 , 4 ,http://0x7f.1/\r\nhttp://0x7f.1//?q");
+    rig.Queued("0.e") = Mail;
+    rig.Queued("1.U") = Link;
+    rig.Queued("2.X") = "stays";
+    rig.Queued("3.U") = " 2 , 4 ,http://0x7f.1/\r\nhttp://0x7f.1//?q";
     rig.Web.Replies = {{EmailPage, "12-345 thanks"}, {UrlPage, "12-346"}};
     rig.Web.Meanwhile = [&](const FakeWeb::Request&) {
         // Each has another identifier.
@@ -53,17 +51,16 @@ TEST(Send, PostsMailsAndURLs) {
     EXPECT_EQ(rig.Stored(), (Lines{"URL|12-000346|http://127.0.0.1//|http://0x7f.1/",
                                    "URL|12-000346|http://evil.example/a,b|http://evil.example/a",
                                    "EMAIL|12-000345|Win 100% now|3202"}));
-    EXPECT_EQ(rig.Names(), "2.X");
+    EXPECT_EQ(rig.Queue(), "2.X");
     EXPECT_EQ(rig.Redisplayed, 3);
     rig.Start();
     EXPECT_EQ(rig.Stored().size(), 3U);
 }
 
 TEST(Send, DoesWhatTheAnswerSays) {
-    enum Effect { Taken, Nothing, Refused, Failed };
+    enum Effect { Taken, Untracked, Nothing, Refused, Failed };
     const Text add = "16|Trawlbeam|Error Submissions Add: ";
     const Text nine = add + "9 " + ErrorText(9);
-    const Text thirteen = add + "13 " + ErrorText(13);
     const auto said = [](const char* text) { return Text("64|Trawlbeam|") + text; };
     const struct {
         Text Error, Reply;
@@ -72,60 +69,81 @@ TEST(Send, DoesWhatTheAnswerSays) {
     } cases[] = {{"", "12-345 thanks", Taken, ""},
                  {"", "", Nothing, ""},
                  {"", "Error x", Nothing, ""},
-                 {"", "error x", Taken, nine},
-                 {"", "<html>", Taken, nine},
-                 {"", "12-3x", Taken, thirteen},
+                 {"", "error x", Untracked, nine},
+                 {"", "12-3x", Untracked, add + "13 " + ErrorText(13)},
                  {"", "-1", Refused, ""},
                  {"", "-1 Sorry ", Refused, said("Sorry")},
                  {"", "-1Sorry", Refused, said("orry")},
-                 {"", " -1 x", Taken, nine},
+                 {"", " -1 x", Untracked, nine},
                  {"t/o", "", Failed, ""},
                  {"t/o", "12-345", Failed, ""},
                  {"t/o", " -1 No", Refused, said("No")}};
     for (const auto& [error, reply, does, shown] : cases) {
         for (const bool isMail : {true, false}) {
             SendRig rig;
-            rig.Queue(isMail ? "0.E" : "0.U", isMail ? Mail : Link);
+            rig.Queued(isMail ? "0.E" : "0.U") = isMail ? Mail : Link;
             rig.Script(isMail ? EmailPage : UrlPage, error, reply);
-            const Text last = rig.Run().back();
-            const char* const lines[] = {"1 Update Submission: ", "0 Submi", "0 Deleting ", "0 Error submitting "};
-            const bool lacksId = does == Taken && !shown.empty();
-            const Text line = lacksId ? "0 Deleting submission without identifier: " : lines[does];
-            EXPECT_EQ(last.rfind(line, 0), 0U) << last;
-            EXPECT_TRUE(does == Nothing || last.ends_with(reply)) << last;
+            const Text url = "http://evil.example/a,b?x=1&y=2";
+            const Text about = isMail ? "Bad Guy <bad@evil.example> Win 100% now" : url;
+            // The last line, by what the answer does.
+            const Text lines[] = {
+                "1 Update Submission: " + reply, "0 Deleting submission without identifier: " + about + " " + reply,
+                isMail ? "0 Submission is Email: Win 100% now" : "0 Submitting URL: " + url,
+                (isMail ? "0 Deleting submission email (Code -1): " : "0 Deleting URL (Code -1): ") + about + " " +
+                    reply,
+                (isMail ? "0 Error submitting email: " : "0 Error submitting URL: ") + error + " " + reply};
+            EXPECT_EQ(rig.Run().back(), lines[does]);
             EXPECT_EQ(Join(rig.TakeShown(), "&"), shown) << reply;
-            EXPECT_EQ(rig.Names().empty(), does == Taken || does == Refused) << reply;
-            EXPECT_EQ(rig.DB->Count(), does == Taken && !lacksId ? 1 : 0) << reply;
+            EXPECT_EQ(rig.Queue().empty(), does != Nothing && does != Failed) << reply;
+            EXPECT_EQ(rig.DB->Count(), does == Taken ? 1 : 0) << reply;
         }
     }
+}
+
+TEST(Send, TakesNoReplyBeyondItsLimit) {
+    SendRig rig;
+    rig.Queued("0.U") = Link;
+    Text reply = "1-1" + Text(Sender::SmallReplyLimit - 2, ' ');
+    rig.Script(UrlPage, "", reply);
+    EXPECT_EQ(rig.Run().back(), "0 Error submitting URL: one: the reply is longer than 1048576 bytes ");
+    reply.pop_back();
+    rig.Script(UrlPage, "", reply);
+    rig.Run();
+    EXPECT_EQ(rig.Stored().size(), 1U);
 }
 
 TEST(Send, PutsAFileAsideAtTheSixthFailure) {
     for (const bool isMail : {true, false}) {
         SendRig rig;
         const Text name = isMail ? "0.E" : "0.U";
-        const Text page = isMail ? EmailPage : UrlPage;
-        rig.Queue(name, isMail ? Mail : Link);
-        rig.Queue("Error/" + name, "older");
-        const auto fail = [&](int times) {
-            for (int time = 0; time < times; ++time) {
-                EXPECT_EQ(rig.Names(), name + " !" + name);
-                rig.Script(page, "t/o", "");
-                rig.Run();
-            }
+        const Text content = isMail ? Mail : Link;
+        const auto answer = [&](const Text& error, const Text& reply) {
+            rig.Script(isMail ? EmailPage : UrlPage, error, reply);
+            rig.Run();
         };
-        fail(5);
-        // An empty reply does nothing else but clear the count; so does a start.
-        rig.Script(page, "", "");
-        rig.Run();
-        fail(5);
+        const auto fail = [&] {
+            for (int time = 0; time < 5; ++time) answer("t/o", "");
+            EXPECT_EQ(rig.Queue(), name + " !" + name);
+        };
+        rig.Queued("Error/" + name) = "older";
+        // An empty reply does nothing else but clear the count. The other answers are for a file that goes: another of
+        // its name begins anew, as it does after a start.
+        for (const Text reply : {"", "1-1", "-1", "x"}) {
+            rig.Queued(name) = content;
+            fail();
+            answer("", reply);
+        }
+        rig.TakeShown();
+        rig.Queued(name) = content;
+        fail();
         rig.Start();
-        fail(5);
-        rig.Script(page, "t/o", "r");
-        rig.Run();
+        fail();
+        answer("t/o", "r");
         EXPECT_EQ(rig.TakeShown(), isMail ? Lines{"0|Trawlbeam|Error submitting email: t/o r"} : Lines());
-        EXPECT_EQ(rig.Names(), "!" + name);
-        EXPECT_EQ(rig.File("InProcess/Error/" + name), isMail ? Mail : Link);
+        EXPECT_EQ(rig.Queue(), "!" + name);
+        EXPECT_EQ(rig.Queued("Error/" + name), content);
+        rig.Queued(name) = content;
+        fail();
     }
 }
 
@@ -145,9 +163,9 @@ TEST(Send, LeavesOrMovesWhatItCannotRead) {
     };
     for (const auto& [name, content, lastLine, isTold, moves] : cases) {
         SendRig rig;
-        rig.Queue(name, content);
+        rig.Queued(name) = content;
         EXPECT_EQ(rig.Run().back(), lastLine);
-        EXPECT_EQ(rig.Names(), moves ? "!" + name : name);
+        EXPECT_EQ(rig.Queue(), moves ? "!" + name : name);
         EXPECT_EQ(rig.TakeShown(), isTold ? Lines{"16|Trawlbeam|Error with submission & readfile"} : Lines());
         EXPECT_TRUE(rig.Web.Requests.empty());
     }
@@ -158,23 +176,28 @@ TEST(Send, AsksBeforeEachPostOfATestAndThanks) {
     rig.Set("BlockSendSubmission", "1");
     rig.Set("ConfirmSubmission", "1");
     for (const bool yes : {false, true}) {
-        rig.Queue("0.U", Link);
+        rig.Queued("0.U") = Link;
         rig.Web.Replies[UrlPage] = "1-1";
         rig.System.Dialogs.Answer = yes ? 6 : 7;
         rig.Run();
-        EXPECT_EQ(rig.TakeShown().size(), yes ? 2U : 1U);
+        Lines shown{
+            "36|Send to Web Service|File: 0.U\r\nTRN=URL\r\nKey=AB%2D1\r\nCategory_ID=2\r\nConfidence_ID=4\r\n"
+            "Visible_URL=http%3A%2F%2Fevil%2Eexample%2Fa%2Cb%3Fx%3D1%26y%3D2\r\n"
+            "Main_URL=http%3A%2F%2Fevil%2Eexample%2Fa"};
+        if (yes) shown.push_back("64|Trawlbeam|Thank you for your submission: \r\n    'http://evil.example/a,b'");
+        EXPECT_EQ(rig.TakeShown(), shown);
         EXPECT_EQ(rig.Web.Requests.size(), yes ? 1U : 0U);
-        EXPECT_EQ(rig.Names(), "");
+        EXPECT_EQ(rig.Queue(), "");
     }
 }
 
 TEST(Send, TakesWhatIsDroppedMeanwhileWithoutSendingTwice) {
     SendRig rig;
-    rig.Queue("0.U", Link);
+    rig.Queued("0.U") = Link;
     bool dropped = false;
     rig.Web.Meanwhile = [&](const FakeWeb::Request&) {
         if (std::exchange(dropped, true)) return;
-        rig.Queue("1.U", Link);
+        rig.Queued("1.U") = Link;
         rig.DB->ProcessSubmissions();
     };
     rig.Run();
@@ -184,8 +207,8 @@ TEST(Send, TakesWhatIsDroppedMeanwhileWithoutSendingTwice) {
 // The program goes while a post waits: the object lives on until the run has recorded the answer, and sends no more.
 TEST(Send, OutlivesItsOwner) {
     SendRig rig;
-    rig.Queue("0.U", Link);
-    rig.Queue("1.U", Link);
+    rig.Queued("0.U") = Link;
+    rig.Queued("1.U") = Link;
     rig.Web.Replies[UrlPage] = "1-1";
     rig.Web.Meanwhile = [&](const FakeWeb::Request&) {
         rig.DB.reset();
@@ -193,38 +216,38 @@ TEST(Send, OutlivesItsOwner) {
     };
     rig.Run();
     EXPECT_EQ(rig.Web.Requests.size(), 1U);
-    EXPECT_EQ(rig.Names(), "1.U");
+    EXPECT_EQ(rig.Queue(), "1.U");
     EXPECT_NE(rig.File("submissions.xml").find("evil"), Text::npos);
 }
 
 TEST(Send, NeverPostsAgainWhatWasAnswered) {
     SendRig rig;
     auto& readOnly = rig.System.Files.ReadOnly;
-    rig.Queue("0.U", Link);
-    rig.Queue("1.E", Mail);
+    rig.Queued("0.U") = Link;
+    rig.Queued("1.E") = Mail;
     rig.Web.Replies = {{UrlPage, "1-1"}, {EmailPage, "-1 no"}};
     readOnly = {"/app/Data/submissions.xml", "/app/Data/InProcess/1.E"};
     rig.Run();
     rig.Run();
     // The list is not on the disk, so the file stays for it.
-    EXPECT_EQ(rig.Names(), "0.U 1.E");
+    EXPECT_EQ(rig.Queue(), "0.U 1.E");
     EXPECT_EQ(rig.Web.Requests.size(), 2U);
     readOnly = {"/app/Data/InProcess/0.U"};
     rig.Run();
-    EXPECT_EQ(rig.Names(), "0.U");
+    EXPECT_EQ(rig.Queue(), "0.U");
     readOnly.clear();
     rig.Run();
-    EXPECT_EQ(rig.Names(), "");
+    EXPECT_EQ(rig.Queue(), "");
     EXPECT_EQ(rig.Web.Requests.size(), 2U);
     rig.Start();
     EXPECT_EQ(rig.Stored().size(), 1U);
     // But another file of that name is posted.
-    rig.Queue("2.U", Link);
+    rig.Queued("2.U") = Link;
     readOnly = {"/app/Data/InProcess/2.U"};
     rig.Run();
     rig.System.Files.Contents.erase("/app/Data/InProcess/2.U");
     rig.Run();
-    rig.Queue("2.U", Link);
+    rig.Queued("2.U") = Link;
     rig.Run();
     EXPECT_EQ(rig.Web.Requests.size(), 4U);
 }

@@ -8,7 +8,7 @@ namespace {
 
 const Text Page = "SubmissionStatus.aspx";
 
-// Notes in order what the user sees, and what is waited.
+// Notes in order what the user sees, and that messages are served.
 struct StatusRig : SubmissionRig, StatusView, Activities {
     StatusRig() {
         for (const Text id : {"1-100", "1-101"}) Hold(id);
@@ -24,8 +24,8 @@ struct StatusRig : SubmissionRig, StatusView, Activities {
         DB->Add("URL", "b" + id, id, 1, System.Clock.Now(), "k");
     }
     void ShowLamp(std::int32_t state, std::int32_t blink, std::int32_t colour, const Text& caption) override {
-        Seen.push_back("lamp " + std::to_string(state) + " " + std::to_string(blink) + " " + std::to_string(colour) +
-                       " " + caption);
+        const auto text = [](std::int32_t number) { return std::to_string(number); };
+        Seen.push_back(Join({"lamp", text(state), text(blink), text(colour), caption}, " "));
     }
     void ShowWaitCursor(bool wait) override { Seen.push_back(wait ? "wait" : "arrow"); }
     void PlayClickSound() override { Seen.push_back("click"); }
@@ -45,13 +45,10 @@ struct StatusRig : SubmissionRig, StatusView, Activities {
     }
     // "plain status/disposition" in order.
     Lines States() {
-        Lines states;
-        for (std::int32_t index = 1; index <= DB->Count(); ++index) {
-            DB->MoveToItem(index);
-            states.push_back(DB->DecryptSubID(DB->GetAttributeValue("ID")).substr(3) + " " +
-                             DB->GetAttributeValue("Status") + "/" + DB->GetAttributeValue("Disposition"));
-        }
-        return states;
+        return Each([this] {
+            return PlainId().substr(3) + " " + DB->GetAttributeValue("Status") + "/" +
+                   DB->GetAttributeValue("Disposition");
+        });
     }
     Lines Seen;
     bool Granted = true;
@@ -132,6 +129,20 @@ TEST(Status, PlaysTheMotionWithinNinetySeconds) {
     rig.SetDebug();
     rig.Press();
     EXPECT_EQ(rig.Web.Requests.size(), 3U);
+}
+
+TEST(Status, SendsNothingWhereItMustNotBegin) {
+    StatusRig rig;
+    rig.Granted = false;
+    EXPECT_EQ(rig.Press(), Lines{StartLine});
+    rig.Granted = true;
+    rig.Web.Online = false;
+    EXPECT_EQ(rig.Press(), (Lines{StartLine, Updating, "arrow", Cleared, EndLine}));
+    EXPECT_EQ(rig.TakeShown(), Lines{"64|Trawlbeam|Please connect to the internet to update submission status"});
+    rig.DB->Delete(2);
+    rig.DB->Delete(1);
+    EXPECT_EQ(rig.Press(), Lines());
+    EXPECT_TRUE(rig.Web.Requests.empty());
 }
 
 // The panel closes and the program drops the list while the post waits.

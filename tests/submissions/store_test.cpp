@@ -94,12 +94,7 @@ TEST(Store, Prunes) {
         const Text content = StoreText(Entry("i0", dates[0], "b0") + Entry("i1", dates[1], "b1"));
         rig.File("submissions.xml") = content;
         rig.Start();
-        Lines held;
-        for (std::int32_t index = 1; index <= rig.DB->Count(); ++index) {
-            rig.DB->MoveToItem(index);
-            held.push_back(rig.DB->Body());
-        }
-        EXPECT_EQ(held, bodies) << setting;
+        EXPECT_EQ(rig.Each([&] { return rig.DB->Body(); }), bodies) << setting;
         EXPECT_EQ(Join(rig.TakeShown(), "&"), shown);
         EXPECT_EQ(Join(rig.Log.Take(), "&"), firstLine);
         EXPECT_EQ(rig.File("submissions.xml"), content);
