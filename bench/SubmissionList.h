@@ -12,7 +12,8 @@ class SubmissionList {
 public:
     // A list of so many submissions, saved, in the folder, which is empty before.
     SubmissionList(Files& disk, const std::filesystem::path& folder, int count) : m_Process(folder), m_Disk(disk) {
-        std::filesystem::create_directories(folder / "Data" / "InProcess");
+        std::filesystem::create_directories(folder / "Data");
+        SubmissionQueue(disk, folder / "Data").MakeFolders();
         DB = MakeDB();
         DB->Setup();
         for (int index = 0; index < count; ++index) Add(*DB);
