@@ -11,6 +11,22 @@ namespace {
 
 const Text PermissionDenied = "70 Permission denied";
 
+// Files that somebody else changes meanwhile.
+class ChangingFiles : public FakeFiles {
+public:
+    // Before a file is opened for reading; after one has been replaced.
+    std::function<void(const Path&)> Opening, Replaced;
+
+    std::unique_ptr<FileReader> OpenForReading(const Path& path) override {
+        if (Opening) Opening(path);
+        return FakeFiles::OpenForReading(path);
+    }
+    void Replace(const Path& from, const Path& to) override {
+        FakeFiles::Replace(from, to);
+        if (Replaced) Replaced(to);
+    }
+};
+
 // An installed version with an update to number 57, which the updater itself is part of.
 class Update : public testing::Test {
 protected:
@@ -21,17 +37,17 @@ protected:
                                   {"tbXML.dll", "new xml"},
                                   {"Same.chm", "help"},
                                   {"Trawlbeam.exe", "new program"},
-                                  {"b.dll", "brought"}};
+                                  {"z.dll", "brought"}};
 
     Update() { Lay(Old); }
 
     void Lay(const World& installed) {
-        m_Files = std::make_unique<FakeFiles>();
+        m_Files = std::make_unique<ChangingFiles>();
         m_Files->Folders = {"/app", "/app/Updates", "/app/Log"};
         for (const auto& [name, content] : installed) m_Files->Contents["/app/" + name] = content;
         m_Files->Contents["/app/tbUpdater.exe"] = "updater";
         m_Files->ReadOnly.insert("/app/a.dll");
-        Stage("57", {"Trawlbeam.exe", "a.dll", "tbXML.dll", "b.dll"});
+        Stage("57", {"Trawlbeam.exe", "a.dll", "tbXML.dll", "z.dll"});
     }
     // A manifest of the new version, with these of its files staged.
     void Stage(const Text& number, const std::vector<Text>& staged, const World& files = New, const Text& more = {}) {
@@ -66,7 +82,7 @@ protected:
     bool IsPending() const { return m_Files->Exists("/app/Updates/updates.xml"); }
     bool HasJournal() const { return m_Files->Exists("/app/Updates/Backup/installing.xml"); }
 
-    std::unique_ptr<FakeFiles> m_Files;
+    std::unique_ptr<ChangingFiles> m_Files;
     RecordedLog m_Log;
     FakePump m_Pump;
     int m_Percent = 0;
@@ -93,115 +109,158 @@ TEST_F(Update, IsInstalledWithBackupDatesAndNothingLeft) {
     EXPECT_EQ(m_Files->Dates["/app/a.dll"].Modified, Date(2));
     EXPECT_EQ(m_Percent, 100);
     EXPECT_EQ(m_Log.Take(), (std::vector<Text>{"0 Installing update 57, files: 4", "0 Installed a.dll 70000",
-                                               "0 Installed b.dll 7", "0 Installed tbXML.dll 7",
+                                               "0 Installed z.dll 7", "0 Installed tbXML.dll 7",
                                                "0 Installed Trawlbeam.exe 11", "0 Update 57 is installed"}));
     EXPECT_EQ(Run().Outcome, UpdateOutcome::Nothing);
 }
 
 // Whatever fails once, the run ends with a whole version, and the next one with the new.
 TEST_F(Update, AnyCallThatFailsLeavesAWholeVersion) {
-    int undone = 0;
-    int failing = 0;
-    for (;; ++failing) {
-        Lay(Old);
-        m_Files->FailAt(failing + 1, ErrorNumber::DiskFull);
-        const UpdateOutcome outcome = Run().Outcome;
-        const bool isOver = m_Files->Calls() <= failing;
-        m_Files->FailNoMore();
-        ASSERT_TRUE(outcome == UpdateOutcome::Installed || outcome == UpdateOutcome::Failed) << failing;
-        ASSERT_EQ(Installed(), outcome == UpdateOutcome::Installed ? New : Old) << failing;
-        undone += outcome == UpdateOutcome::Failed ? 1 : 0;
-        ASSERT_FALSE(outcome == UpdateOutcome::Failed && (!IsPending() || HasJournal())) << failing;
-        ASSERT_FALSE(outcome == UpdateOutcome::Failed && !In("/app/Updates/Backup/57").empty()) << failing;
-        ASSERT_LE(static_cast<int>(Run().Outcome), static_cast<int>(UpdateOutcome::Installed)) << failing;
-        ASSERT_EQ(Installed(), New) << failing;
-        ASSERT_FALSE(IsPending() || HasJournal()) << failing;
-        if (isOver) break;
+    for (const bool isLoaded : {false, true}) {
+        int undone = 0;
+        int failing = 1;
+        for (bool isOver = false; !isOver; ++failing) {
+            SCOPED_TRACE(failing);
+            Lay(Old);
+            // A library that a browser has loaded is moved aside, and back.
+            if (isLoaded) m_Files->Loaded = {"/app/a.dll"};
+            m_Files->FailAt(failing);
+            const UpdateOutcome outcome = Run().Outcome;
+            isOver = m_Files->Calls() < failing;
+            m_Files->FailNoMore();
+            if (outcome == UpdateOutcome::Failed) {
+                ++undone;
+                ASSERT_EQ(Installed(), Old);
+                ASSERT_TRUE(IsPending() && !HasJournal());
+                World left = In("/app/Updates/Backup/57");
+                left.erase("a.dll.used1~");
+                ASSERT_EQ(left, World());
+                ASSERT_EQ(Run().Outcome, UpdateOutcome::Installed);
+            } else {
+                ASSERT_EQ(outcome, UpdateOutcome::Installed);
+                ASSERT_EQ(Run().Outcome, IsPending() ? UpdateOutcome::Installed : UpdateOutcome::Nothing);
+            }
+            ASSERT_EQ(Installed(), New);
+            ASSERT_FALSE(IsPending() || HasJournal());
+        }
+        EXPECT_GT(undone, 20);
+        EXPECT_GT(failing, undone + 2);
     }
-    EXPECT_GT(undone, 20);
-    EXPECT_GT(failing, undone);
+}
+
+// The program is the last to be replaced and the first to be put back, next to it the library that it starts with.
+TEST_F(Update, ThatIsNotWhatWasStagedIsPutBackInTheOppositeOrder) {
+    std::vector<Text> replaced;
+    m_Files->Replaced = [&](const std::filesystem::path& to) {
+        if (to.parent_path() != "/app") return;
+        replaced.push_back(to.filename().string());
+        if (to == "/app/a.dll" && replaced.size() == 1) m_Files->Contents[to] = "cut";
+    };
+    const UpdateResult result = Run();
+    EXPECT_EQ(result.Outcome, UpdateOutcome::Failed);
+    EXPECT_EQ(result.Reason, "a.dll: 57 Device I/O error");
+    EXPECT_FALSE(result.IsDenied);
+    EXPECT_EQ(Installed(), Old);
+    EXPECT_TRUE(IsPending() && !HasJournal());
+    EXPECT_EQ(replaced, (std::vector<Text>{"a.dll", "z.dll", "tbXML.dll", "Trawlbeam.exe", "Trawlbeam.exe", "tbXML.dll",
+                                           "a.dll"}));
+}
+
+TEST_F(Update, OfAFileThatChangesWhileItIsReadIsRefused) {
+    int opened = 0;
+    m_Files->Opening = [&](const std::filesystem::path& path) {
+        // At first its size is looked at.
+        if (path == "/app/Updates/tbXML.dll" && ++opened == 2) m_Files->Contents[path] += "longer";
+    };
+    const UpdateResult result = Run();
+    EXPECT_EQ(result.Outcome, UpdateOutcome::Refused);
+    EXPECT_EQ(result.Reason, "tbXML.dll changes while it is read");
+    EXPECT_EQ(Installed(), Old);
+    EXPECT_EQ(In("/app/Updates"), World());
 }
 
 class KilledUpdate : public Update {
 protected:
-    // Ends a run before its call of that number, from 1: nothing is written from there on. False behind its end.
-    bool KillAt(int call) {
+    // Of the second kill, which comes at every call of the next run, but not of each: together they are all.
+    static constexpr int Stride = 23;
+
+    // Fails a run from its call of that number on, from 1, as a kill does, or only there. False behind its end.
+    bool KillAt(int call, bool forGood = true) {
         const int before = m_Files->Calls();
-        m_Files->FailAt(call, ErrorNumber::DeviceIO, true);
+        m_Files->FailAt(call, ErrorNumber::DeviceIO, forGood);
         Run();
         const bool wasKilled = m_Files->Calls() - before >= call;
         m_Files->FailNoMore();
         return wasKilled;
+    }
+    // Kills the next run too, at calls from `first` on in steps, and lets one more end, of which `check` is told.
+    template <typename Check>
+    void KillAgain(int first, int step, bool forGood, Check check) {
+        const ChangingFiles asFound = *m_Files;
+        bool wasKilled = true;
+        for (int again = first; wasKilled && !HasFailure(); again += step) {
+            SCOPED_TRACE(again);
+            *m_Files = asFound;
+            wasKilled = KillAt(again, forGood);
+            check(Run().Outcome);
+            EXPECT_FALSE(IsPending() || HasJournal());
+        }
+    }
+    // The same for a whole update that was killed at each of its calls; `check` may prepare what is found.
+    template <typename Found, typename Check>
+    void KillTwice(Found found, Check check) {
+        for (int call = 1; !HasFailure(); ++call) {
+            SCOPED_TRACE(call);
+            Lay(Old);
+            if (!KillAt(call)) return;
+            found();
+            KillAgain(1 + call % Stride, Stride, true, check);
+        }
     }
 };
 
 // The program and the library that it starts with are both old or both new, but for one moment between two renames.
 TEST_F(KilledUpdate, AtAnyCallIsFinishedByTheNextRunEvenIfThatIsKilledToo) {
     int torn = 0;
-    for (int call = 1;; ++call) {
-        Lay(Old);
-        if (!KillAt(call)) break;
-        const World found = Installed();
-        const bool isOld = found.at("Trawlbeam.exe") == "old program";
-        torn += isOld != (found.at("tbXML.dll") == "old xml") ? 1 : 0;
-        ASSERT_TRUE(IsPending() || found == New) << call;
-        const FakeFiles asFound = *m_Files;
-        for (int again = 1;; again += 3) {
-            *m_Files = asFound;
-            const bool wasKilled = KillAt(again);
-            ASSERT_LE(static_cast<int>(Run().Outcome), static_cast<int>(UpdateOutcome::Installed))
-                << call << " " << again;
-            ASSERT_EQ(Installed(), New) << call << " " << again;
-            ASSERT_FALSE(IsPending() || HasJournal()) << call << " " << again;
-            if (!wasKilled) break;
-        }
-    }
+    const auto found = [&] {
+        const World world = Installed();
+        torn += (world.at("Trawlbeam.exe") == "old program") != (world.at("tbXML.dll") == "old xml") ? 1 : 0;
+        EXPECT_TRUE(IsPending() || world == New);
+    };
+    KillTwice(found, [&](UpdateOutcome outcome) {
+        EXPECT_TRUE(outcome == UpdateOutcome::Installed || outcome == UpdateOutcome::Nothing);
+        EXPECT_EQ(Installed(), New);
+    });
     EXPECT_LE(torn, 3) << "the rename of the program and what comes before it";
+    EXPECT_GT(torn, 0);
 }
 
 TEST_F(KilledUpdate, IsUndoneWhenItsStagedFilesAreNotWholeAnyMore) {
-    for (int call = 1;; ++call) {
-        Lay(Old);
-        if (!KillAt(call) || !IsPending()) break;
-        const bool isCommitted = Installed() == New && In("/app/Updates").size() < 5;
-        m_Files->Contents["/app/Updates/tbXML.dll"] = "neither of both";
-        const FakeFiles asFound = *m_Files;
-        for (int again = 1;; again += 3) {
-            *m_Files = asFound;
-            const bool wasKilled = KillAt(again);
-            const UpdateOutcome outcome = Run().Outcome;
-            ASSERT_TRUE(outcome == UpdateOutcome::Refused || outcome == UpdateOutcome::Nothing) << call << " " << again;
-            ASSERT_TRUE(Installed() == Old || (isCommitted && Installed() == New)) << call << " " << again;
-            ASSERT_FALSE(IsPending() || HasJournal()) << call << " " << again;
-            if (!wasKilled) break;
-        }
-    }
+    bool isCommitted = false;
+    const auto found = [&] {
+        isCommitted = Installed() == New && In("/app/Updates").size() < 5;
+        if (IsPending()) m_Files->Contents["/app/Updates/tbXML.dll"] = "neither of both";
+    };
+    KillTwice(found, [&](UpdateOutcome outcome) {
+        EXPECT_TRUE(outcome == UpdateOutcome::Refused || outcome == UpdateOutcome::Nothing);
+        EXPECT_TRUE(Installed() == Old || (isCommitted && Installed() == New));
+    });
 }
 
 // Some of the staged files are gone already, or the old version was coming back under an update that relies on a file
 // of the new one. Whichever version comes of it, no run takes files of the other for current.
 TEST_F(KilledUpdate, ThatFailsOnceMoreLeavesAWholeVersion) {
-    const auto check = [this](const Text& where) {
-        const FakeFiles asFound = *m_Files;
-        for (int failing = 1;; ++failing) {
-            for (const bool forGood : {false, true}) {
-                *m_Files = asFound;
-                const int before = m_Files->Calls();
-                m_Files->FailAt(failing, ErrorNumber::DiskFull, forGood);
-                Run();
-                const bool isOver = m_Files->Calls() - before < failing;
-                m_Files->FailNoMore();
-                Run();
-                ASSERT_TRUE(Installed() == Old || Installed() == New) << where << failing;
-                ASSERT_FALSE(IsPending() || HasJournal()) << where << failing;
-                if (isOver) return;
-            }
+    const auto check = [this] {
+        const ChangingFiles asFound = *m_Files;
+        for (const bool forGood : {false, true}) {
+            *m_Files = asFound;
+            KillAgain(1, 1, forGood, [this](UpdateOutcome) { EXPECT_TRUE(Installed() == Old || Installed() == New); });
         }
     };
     for (int call = 1;; ++call) {
         Lay(Old);
         if (!KillAt(call)) break;
-        if (HasJournal() && In("/app/Updates").size() < 5) check(std::to_string(call) + " ");
+        if (HasJournal() && In("/app/Updates").size() < 5) check();
     }
     Lay(Old);
     m_Files->Folders.insert({"/app/Updates/Backup", "/app/Updates/Backup/56"});
@@ -210,7 +269,7 @@ TEST_F(KilledUpdate, ThatFailsOnceMoreLeavesAWholeVersion) {
         "<JOURNAL STATE='UNDOING'><F FILE='a.dll' VERSION='56' EXISTED='Y' SIZE='5'/></JOURNAL>";
     std::swap(m_Files->Contents["/app/a.dll"], m_Files->Contents["/app/Updates/a.dll"]);
     m_Files->Contents.erase("/app/Updates/a.dll");
-    check("undoing ");
+    check();
     EXPECT_EQ(Installed(), Old);
 }
 
@@ -228,7 +287,7 @@ TEST_F(KilledUpdate, MeetsAnotherUpdateOrNone) {
             if (IsPending()) continue;
             break;
         }
-        const FakeFiles asFound = *m_Files;
+        const ChangingFiles asFound = *m_Files;
         // A file that the new manifest does not name goes back to the old version.
         for (const auto& [files, end] : {std::pair(later, later),
                                          std::pair(smaller, World{{"a.dll", "old a"},
@@ -313,7 +372,7 @@ TEST_F(Update, WithADefectIsRefusedAsAWholeAndRemoved) {
         {"Log is a folder", [&] { stageWith("<F FILE='Log' SIZE='1' DOWNLOAD='Y'/>"); }},
         {"a.dll, downloaded: 5 bytes, 70000 bytes expected",
          [&] { m_Files->Contents["/app/Updates/a.dll"] = "short"; }},
-        {"b.dll is neither downloaded nor installed", [&] { m_Files->Contents.erase("/app/Updates/b.dll"); }}};
+        {"z.dll is neither downloaded nor installed", [&] { m_Files->Contents.erase("/app/Updates/z.dll"); }}};
     for (const auto& [reason, make] : defects) {
         Lay(Old);
         make();
@@ -329,6 +388,8 @@ TEST_F(Update, WithADefectIsRefusedAsAWholeAndRemoved) {
 TEST_F(KilledUpdate, WithADamagedJournalIsInstalledAnew) {
     for (const char* damaged :
          {"", "<JOURNAL STATE='?'/>",
+          "<JOURNAL STATE='UNDOING'><F FILE='a.dll' VERSION='57' EXISTED='Y' SIZE='18446744073709551616'/></JOURNAL>",
+          "<JOURNAL STATE='UNDOING'><F FILE='a.dll' VERSION='..' EXISTED='Y' SIZE='5'/></JOURNAL>",
           "<JOURNAL STATE='UNDOING'><F FILE='..\\x' VERSION='57' EXISTED='N' SIZE='0'/></JOURNAL>"}) {
         Lay(Old);
         m_Files->Folders.insert("/app/Updates/Backup");
