@@ -89,6 +89,7 @@ protected:
 };
 
 TEST_F(Update, IsInstalledWithBackupDatesAndNothingLeft) {
+    m_Files->Zone = 2;
     m_Files->Contents["/app/Updates/tbUpdater.exe"] = "could not be put in place";
     m_Files->Folders.insert({"/app/Updates/Backup", "/app/Updates/Backup/56"});
     m_Files->Contents["/app/Updates/Backup/56/a.dll"] = "older a";
@@ -202,6 +203,7 @@ protected:
             SCOPED_TRACE(again);
             *m_Files = asFound;
             wasKilled = KillAt(again, forGood);
+            EXPECT_TRUE(HasJournal() || Installed() == Old || Installed() == New) << "without a journal all is whole";
             check(Run().Outcome);
             EXPECT_FALSE(IsPending() || HasJournal());
         }
@@ -262,6 +264,19 @@ TEST_F(KilledUpdate, ThatFailsOnceMoreLeavesAWholeVersion) {
         if (!KillAt(call)) break;
         if (HasJournal() && In("/app/Updates").size() < 5) check();
     }
+    // In the midst of an undo.
+    for (int call = 1; !HasFailure(); ++call) {
+        SCOPED_TRACE(call);
+        Lay(Old);
+        m_Files->Replaced = [this](const std::filesystem::path& to) {
+            if (to == "/app/Trawlbeam.exe" && m_Files->Contents[to] == New.at("Trawlbeam.exe"))
+                m_Files->Contents[to] = "";
+        };
+        const bool wasKilled = KillAt(call);
+        m_Files->Replaced = nullptr;
+        if (!wasKilled) break;
+        if (HasJournal()) KillAgain(1 + call % 5, 5, false, [this](UpdateOutcome) { EXPECT_EQ(Installed(), New); });
+    }
     Lay(Old);
     m_Files->Folders.insert({"/app/Updates/Backup", "/app/Updates/Backup/56"});
     m_Files->Contents["/app/Updates/Backup/56/a.dll"] = "old a";
@@ -271,6 +286,22 @@ TEST_F(KilledUpdate, ThatFailsOnceMoreLeavesAWholeVersion) {
     m_Files->Contents.erase("/app/Updates/a.dll");
     check();
     EXPECT_EQ(Installed(), Old);
+}
+
+// The undo of an earlier run took the file for which the new update relies on the program's folder.
+TEST_F(KilledUpdate, ThatLosesAFileByItsUndoIsRemoved) {
+    Lay(Old);
+    m_Files->Folders.insert({"/app/Updates/Backup", "/app/Updates/Backup/56"});
+    m_Files->Contents["/app/Updates/Backup/56/a.dll"] = "old a";
+    m_Files->Contents["/app/Updates/Backup/installing.xml"] =
+        "<JOURNAL STATE='INSTALLING'><F FILE='a.dll' VERSION='56' EXISTED='Y' SIZE='5'/></JOURNAL>";
+    std::swap(m_Files->Contents["/app/a.dll"], m_Files->Contents["/app/Updates/a.dll"]);
+    m_Files->Contents.erase("/app/Updates/a.dll");
+    const auto held = m_Files->OpenForReading("/app/Trawlbeam.exe");
+    const UpdateResult result = Run();
+    EXPECT_EQ(result.Outcome, UpdateOutcome::Refused) << result.Reason;
+    EXPECT_EQ(Installed(), Old);
+    EXPECT_FALSE(IsPending() || HasJournal());
 }
 
 // The program ran on what a kill has left, and its check has replaced the pending update or dropped it.
@@ -314,12 +345,18 @@ TEST_F(KilledUpdate, MeetsAnotherUpdateOrNone) {
 }
 
 TEST_F(Update, OfOneFileThatIsInUseIsPutBackAndStaysPending) {
-    for (const char* held : {"a.dll", "Trawlbeam.exe"}) {
+    for (const Text held : {"a.dll", "tbXML.dll", "Trawlbeam.exe"}) {
         Lay(Old);
-        const auto reader = m_Files->OpenForReading(Text("/app/") + held);
+        std::unique_ptr<FileReader> reader;
+        if (held == "tbXML.dll") {
+            // It could be moved aside, but would be missing for a moment at which the program may start.
+            m_Files->Loaded = {"/app/tbXML.dll"};
+        } else {
+            reader = m_Files->OpenForReading("/app/" + held);
+        }
         const UpdateResult result = Run();
         EXPECT_EQ(result.Outcome, UpdateOutcome::Failed);
-        EXPECT_EQ(result.Reason, held + (": " + PermissionDenied));
+        EXPECT_EQ(result.Reason, held + ": " + PermissionDenied);
         EXPECT_TRUE(result.IsDenied);
         EXPECT_EQ(Installed(), Old);
         EXPECT_TRUE(IsPending() && !HasJournal());
@@ -390,6 +427,7 @@ TEST_F(KilledUpdate, WithADamagedJournalIsInstalledAnew) {
          {"", "<JOURNAL STATE='?'/>",
           "<JOURNAL STATE='UNDOING'><F FILE='a.dll' VERSION='57' EXISTED='Y' SIZE='18446744073709551616'/></JOURNAL>",
           "<JOURNAL STATE='UNDOING'><F FILE='a.dll' VERSION='..' EXISTED='Y' SIZE='5'/></JOURNAL>",
+          "<JOURNAL STATE='UNDOING'><F FILE='a.dll' VERSION='9999999999' EXISTED='Y' SIZE='5'/></JOURNAL>",
           "<JOURNAL STATE='UNDOING'><F FILE='..\\x' VERSION='57' EXISTED='N' SIZE='0'/></JOURNAL>"}) {
         Lay(Old);
         m_Files->Folders.insert("/app/Updates/Backup");
@@ -398,6 +436,12 @@ TEST_F(KilledUpdate, WithADamagedJournalIsInstalledAnew) {
         EXPECT_EQ(Installed(), New);
         EXPECT_EQ(In("/app/Updates/Backup"), (World{{"installing.xml.bad", damaged}}));
     }
+}
+
+TEST(UpdateJournal, FindsAFileCaseDisregarded) {
+    const Journal journal{false, {{"a.dll", "57", true, 5}}};
+    EXPECT_EQ(journal.Find("A.DLL"), journal.Entries.data());
+    EXPECT_EQ(journal.Find("a.dl"), nullptr);
 }
 
 TEST(UpdaterCommand, IsTheLastTwoWordsOfAnUnquotedLine) {
