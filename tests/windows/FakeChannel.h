@@ -39,8 +39,8 @@ public:
 
 private:
     void Run() {
-        RegisterWindowClass(NormalClasses.Window, &DefWindowProcA);
-        RegisterWindowClass(NormalClasses.TextBox, &Procedure);
+        RegisterChannelClass(NormalClasses.Window, &DefWindowProcA);
+        RegisterChannelClass(NormalClasses.TextBox, &Procedure);
         const OwnedWindow tray(CreateWindowExA(0, NormalClasses.Window, ChannelCaption, WS_OVERLAPPED, 0, 0, 0, 0,
                                                nullptr, nullptr, GetModuleHandleA(nullptr), nullptr));
         // It goes with its parent.

@@ -30,14 +30,11 @@ public:
     HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override {
         *cookie = 7;
-        void* events = nullptr;
-        if (FAILED(sink->QueryInterface(DIID_DWebBrowserEvents2, &events))) return CONNECT_E_CANNOTCONNECT;
-        m_Sink = Reference<IDispatch>(static_cast<IDispatch*>(events));
-        return S_OK;
+        return sink->QueryInterface(DIID_DWebBrowserEvents2, reinterpret_cast<void**>(m_Sink.Receive()));
     }
     HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override {
         EXPECT_EQ(cookie, 7U);
-        m_Sink.Close();
+        m_Sink = {};
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections**) override { return E_NOTIMPL; }
@@ -55,29 +52,28 @@ public:
         arguments[5].vt = VT_VARIANT | VT_BYREF;
         arguments[5].pvarVal = &address;
         DISPPARAMS parameters{arguments, nullptr, 7, 0};
-        EXPECT_EQ(m_Sink.Get()->Invoke(DISPID_BEFORENAVIGATE2, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr,
-                                       nullptr, nullptr),
+        EXPECT_EQ(m_Sink->Invoke(DISPID_BEFORENAVIGATE2, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr,
+                                 nullptr),
                   S_OK);
         SysFreeString(address.bstrVal);
         return cancel != VARIANT_FALSE;
     }
 
 private:
-    Reference<IDispatch> m_Sink;
+    ComPointer<IDispatch> m_Sink;
 };
 
 class Site : public ServedObject<IConnectionPointContainer> {
 public:
-    explicit Site(BrowserWindow* window) : m_Window(Share(window)) {}
+    explicit Site(BrowserWindow* window) : m_Window(ComPointer<BrowserWindow>::Share(window)) {}
     HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID id, IConnectionPoint** point) override {
         if (!IsEqualIID(id, DIID_DWebBrowserEvents2)) return CONNECT_E_NOCONNECTION;
-        *point = Share(m_Window.Get()).Release();
-        return S_OK;
+        return m_Window->QueryInterface(__uuidof(IConnectionPoint), reinterpret_cast<void**>(point));
     }
 
 private:
-    Reference<BrowserWindow> m_Window;
+    ComPointer<BrowserWindow> m_Window;
 };
 
 // Presses OK in the message box of that title as soon as it is there, and keeps its text.
@@ -126,15 +122,14 @@ protected:
         void* const function = ComponentLibrary(Folder.Path() / HelperFile).Function(name);
         return function == nullptr ? E_NOINTERFACE : reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(function)();
     }
-    static CLSID Id() {
+    static ComPointer<IObjectWithSite> Make() {
         CLSID id{};
         CLSIDFromString(ToSystem(HelperCLSID).c_str(), &id);
-        return id;
-    }
-    static Reference<IObjectWithSite> Make() {
-        void* helper = nullptr;
-        EXPECT_EQ(CoCreateInstance(Id(), nullptr, CLSCTX_INPROC_SERVER, IID_IObjectWithSite, &helper), S_OK);
-        return Reference<IObjectWithSite>(static_cast<IObjectWithSite*>(helper));
+        ComPointer<IObjectWithSite> helper;
+        EXPECT_EQ(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IObjectWithSite,
+                                   reinterpret_cast<void**>(helper.Receive())),
+                  S_OK);
+        return helper;
     }
     void Configure(const char* flag, bool value) {
         ComponentLibrary library(Folder.Path() / tbBHOCfgFace::File);
@@ -147,62 +142,62 @@ protected:
     // The class in the registry is one for all.
     OnlyProgram Only;
     ScratchFolder Folder;
-    Reference<BrowserWindow> Window{new BrowserWindow};
-    Reference<Site> Browser{new Site(Window.Get())};
+    ComPointer<BrowserWindow> Window{new BrowserWindow};
+    ComPointer<Site> Browser{new Site(Window.Get())};
 };
 
 constexpr const wchar_t* Page = L"http://127.0.0.7:8080/a%20page";
 
 TEST_F(BrowserHelper, BlocksWhatTheProgramNames) {
-    const Reference<IObjectWithSite> helper = Make();
+    const ComPointer<IObjectWithSite> helper = Make();
     ASSERT_TRUE(helper);
-    ASSERT_EQ(helper.Get()->SetSite(Browser.Get()), S_OK);
+    ASSERT_EQ(helper->SetSite(Browser.Get()), S_OK);
     FakeChannel program;
-    EXPECT_FALSE(Window.Get()->Navigate(Page)) << "not listed";
+    EXPECT_FALSE(Window->Navigate(Page)) << "not listed";
     EXPECT_EQ(program.Request().substr(program.Request().find('\t')),
               "\tCheck\thttp://127.0.0.7:8080/a%20page\t127.0.0.7");
-    EXPECT_FALSE(Window.Get()->Navigate(L"about:blank"));
+    EXPECT_FALSE(Window->Navigate(L"about:blank"));
 
     program.Reply = "Validated: 11/01/2026  (Category: Test)";
     Configure(BHOOption::CheckOff, false);
     BoxReader reader("Helper test");
-    EXPECT_TRUE(Window.Get()->Navigate(Page));
+    EXPECT_TRUE(Window->Navigate(Page));
     const Text told = reader.Read();
     EXPECT_NE(told.find("http://127.0.0.7:8080/a%20page"), Text::npos) << told;
     EXPECT_NE(told.find(program.Reply), Text::npos) << told;
     Configure(BHOOption::ShowAlert, false);
-    EXPECT_TRUE(Window.Get()->Navigate(Page)) << "without a box";
+    EXPECT_TRUE(Window->Navigate(Page)) << "without a box";
     Configure(BHOOption::CheckOff, true);
-    EXPECT_FALSE(Window.Get()->Navigate(Page));
+    EXPECT_FALSE(Window->Navigate(Page));
     Configure(BHOOption::ShowAlert, false);
 
     // A program that hangs delays the page and no more.
     program.Hang();
     const int before = program.Handled();
-    EXPECT_FALSE(Window.Get()->Navigate(Page));
+    EXPECT_FALSE(Window->Navigate(Page));
     EXPECT_EQ(program.Handled(), before);
 
-    EXPECT_EQ(helper.Get()->SetSite(nullptr), S_OK);
-    EXPECT_FALSE(Window.Get()->IsHeard());
+    EXPECT_EQ(helper->SetSite(nullptr), S_OK);
+    EXPECT_FALSE(Window->IsHeard());
 }
 
 TEST_F(BrowserHelper, LetsPagesPassWithoutProgramBridgeOrConfiguration) {
     {
-        const Reference<IObjectWithSite> helper = Make();
-        ASSERT_EQ(helper.Get()->SetSite(Browser.Get()), S_OK);
-        EXPECT_FALSE(Window.Get()->Navigate(Page)) << "no program";
+        const ComPointer<IObjectWithSite> helper = Make();
+        ASSERT_EQ(helper->SetSite(Browser.Get()), S_OK);
+        EXPECT_FALSE(Window->Navigate(Page)) << "no program";
         EXPECT_EQ(Call("DllCanUnloadNow"), S_FALSE);
     }
-    EXPECT_FALSE(Window.Get()->IsHeard()) << "a helper that goes lets go of the window";
+    EXPECT_FALSE(Window->IsHeard()) << "a helper that goes lets go of the window";
     EXPECT_EQ(Call("DllCanUnloadNow"), S_OK);
     for (const char* file : {tbBHOCfgFace::File, tbBHBridgeFace::File}) {
         while (const HMODULE module = GetModuleHandleA(file)) FreeLibrary(module);
         std::filesystem::remove(Folder.Path() / file);
     }
-    const Reference<IObjectWithSite> helper = Make();
-    ASSERT_EQ(helper.Get()->SetSite(Browser.Get()), S_OK);
-    EXPECT_FALSE(Window.Get()->Navigate(Page)) << "no bridge";
-    EXPECT_EQ(helper.Get()->SetSite(Window.Get()), E_NOINTERFACE) << "a site without events";
+    const ComPointer<IObjectWithSite> helper = Make();
+    ASSERT_EQ(helper->SetSite(Browser.Get()), S_OK);
+    EXPECT_FALSE(Window->Navigate(Page)) << "no bridge";
+    EXPECT_EQ(helper->SetSite(Window.Get()), E_NOINTERFACE) << "a site without events";
 }
 
 TEST_F(BrowserHelper, IsRegisteredForTheTimeBeing) {

@@ -17,8 +17,9 @@ public:
     // Takes over a reference that the caller has; null is none.
     explicit ComPointer(Interface* object) : m_Object(object) {}
     ComPointer(ComPointer&& other) noexcept : m_Object(std::exchange(other.m_Object, nullptr)) {}
+    // What it held is given back here, not with the other one.
     ComPointer& operator=(ComPointer&& other) noexcept {
-        std::swap(m_Object, other.m_Object);
+        ComPointer before(std::exchange(m_Object, std::exchange(other.m_Object, nullptr)));
         return *this;
     }
     ~ComPointer() {
@@ -29,6 +30,12 @@ public:
     static ComPointer Share(Interface* object) {
         if (object != nullptr) object->AddRef();
         return ComPointer(object);
+    }
+    // Another face of an object that may be null; none when it has no such face.
+    static ComPointer AskFor(IUnknown* object) {
+        ComPointer found;
+        if (object != nullptr) object->QueryInterface(__uuidof(Interface), reinterpret_cast<void**>(found.Receive()));
+        return found;
     }
 
     explicit operator bool() const { return m_Object != nullptr; }

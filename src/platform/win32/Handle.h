@@ -103,9 +103,32 @@ struct WindowTrait {
     static bool Close(Value value) { return DestroyWindow(value) != FALSE; }
 };
 
+// Menus, with those below them.
+struct MenuTrait {
+    using Value = HMENU;
+    static Value None() { return nullptr; }
+    static bool Close(Value value) { return DestroyMenu(value) != FALSE; }
+};
+
+// Icons that were made, not those shared with the system.
+struct IconTrait {
+    using Value = HICON;
+    static Value None() { return nullptr; }
+    static bool Close(Value value) { return DestroyIcon(value) != FALSE; }
+};
+
+struct FontTrait {
+    using Value = HFONT;
+    static Value None() { return nullptr; }
+    static bool Close(Value value) { return DeleteObject(value) != FALSE; }
+};
+
 using OwnedFile = Handle<FileTrait>;
 using OwnedFind = Handle<FindTrait>;
 using OwnedObject = Handle<ObjectTrait>;
 using OwnedWindow = Handle<WindowTrait>;
+using OwnedMenu = Handle<MenuTrait>;
+using OwnedIcon = Handle<IconTrait>;
+using OwnedFont = Handle<FontTrait>;
 
 }  // namespace tb

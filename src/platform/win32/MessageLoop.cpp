@@ -6,18 +6,18 @@ namespace tb {
 
 namespace {
 
-constexpr const char* DialogKeys = "TrawlbeamDialogKeys";
+constexpr const wchar_t* DialogKeys = L"TrawlbeamDialogKeys";
 
 bool IsKeyOfDialog(MSG& message) {
     if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
     const HWND window = GetAncestor(message.hwnd, GA_ROOT);
-    return window != nullptr && GetPropA(window, DialogKeys) != nullptr && IsDialogMessageA(window, &message) != FALSE;
+    return window != nullptr && GetPropW(window, DialogKeys) != nullptr && IsDialogMessageW(window, &message) != FALSE;
 }
 
 void Handle(MSG& message) {
     if (IsKeyOfDialog(message)) return;
     TranslateMessage(&message);
-    DispatchMessageA(&message);
+    DispatchMessageW(&message);
 }
 
 }  // namespace
@@ -26,9 +26,9 @@ int RunMessageLoop(const std::function<bool()>& done) {
     MSG message{};
     for (;;) {
         // Asked before the wait, and not where the end, with its status, is in the queue already.
-        if (done && done() && !PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE)) return 0;
+        if (done && done() && !PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE)) return 0;
         // Zero ends the loop, -1 means a parameter that is wrong; both end here.
-        if (GetMessageA(&message, nullptr, 0, 0) <= 0) break;
+        if (GetMessageW(&message, nullptr, 0, 0) <= 0) break;
         Handle(message);
     }
     return message.message == WM_QUIT ? static_cast<int>(message.wParam) : 1;
@@ -38,7 +38,7 @@ void EndMessageLoop(int status) { PostQuitMessage(status); }
 
 bool ServeWaitingMessages(int limit) {
     MSG message{};
-    for (int served = 0; served < limit && PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE); ++served) {
+    for (int served = 0; served < limit && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); ++served) {
         if (message.message == WM_QUIT) {
             PostQuitMessage(static_cast<int>(message.wParam));
             return false;
@@ -59,6 +59,6 @@ bool ServeMessagesUntil(const std::function<bool()>& done) {
     return true;
 }
 
-void UseDialogKeys(HWND window) { SetPropA(window, DialogKeys, window); }
+void UseDialogKeys(HWND window) { SetPropW(window, DialogKeys, window); }
 
 }  // namespace tb

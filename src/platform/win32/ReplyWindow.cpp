@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/errors.h"
+#include "platform/win32/Module.h"
 #include "platform/win32/Win32Errors.h"
 #include "platform/win32/Win32WindowText.h"
 #include "platform/win32/WindowClass.h"
@@ -16,9 +17,9 @@ constexpr const char* ClassName = "TrawlbeamReply";
 }  // namespace
 
 ReplyWindow::ReplyWindow() {
-    RegisterWindowClass(ClassName, &ReplyWindow::Procedure);
-    m_Window = OwnedWindow(CreateWindowExA(0, ClassName, "", WS_OVERLAPPED, 0, 0, 0, 0, nullptr, nullptr,
-                                           GetModuleHandleA(nullptr), this));
+    RegisterChannelClass(ClassName, &ReplyWindow::Procedure);
+    m_Window =
+        OwnedWindow(CreateWindowExA(0, ClassName, "", WS_OVERLAPPED, 0, 0, 0, 0, nullptr, nullptr, OwnModule(), this));
     if (!m_Window) throw SystemError("CreateWindowEx", GetLastError());
 }
 

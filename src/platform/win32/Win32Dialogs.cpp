@@ -2,11 +2,13 @@
 
 #include <windows.h>
 
+#include "platform/win32/Win32Text.h"
+
 namespace tb {
 
 std::int32_t Win32Dialogs::ShowMessage(const Text& prompt, std::int32_t buttons, const Text& title) {
     const UINT style = static_cast<UINT>(buttons) | MB_SETFOREGROUND;
-    return MessageBoxA(nullptr, prompt.c_str(), title.c_str(), style);
+    return MessageBoxW(nullptr, ToSystem(prompt).c_str(), ToSystem(title).c_str(), style);
 }
 
 }  // namespace tb

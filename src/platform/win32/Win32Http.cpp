@@ -86,7 +86,8 @@ public:
         response.Head = Header(WINHTTP_QUERY_RAW_HEADERS_CRLF).value_or(Text());
         if (response.Head.ends_with("\r\n\r\n")) response.Head.resize(response.Head.size() - 2);
         const Text status = Header(WINHTTP_QUERY_STATUS_CODE).value_or(Text());
-        Trap([&] { response.Status = ToInt32(status); }, [](const RuntimeError&) { /* stays 0 */ });
+        response.Status = TrapOr(
+            0, [&] { return ToInt32(status); }, [](const RuntimeError&) { /* as without one */ });
     }
 
     void TakeBody(const Http::BodySink& body) {

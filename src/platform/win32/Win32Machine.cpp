@@ -15,6 +15,13 @@ namespace {
 
 constexpr int TwipsPerInch = 1440;
 
+int Capability(int number) {
+    const HDC screen = GetDC(nullptr);
+    const int found = GetDeviceCaps(screen, number);
+    ReleaseDC(nullptr, screen);
+    return found;
+}
+
 // What `call(room, size)` writes; it gives the length, or 0 when it fails.
 template <typename Call>
 std::wstring Written(Call call) {
@@ -41,6 +48,8 @@ std::wstring SystemDisk() {
 }
 
 }  // namespace
+
+int DotsPerInch() { return Capability(LOGPIXELSX); }
 
 std::uint32_t Win32Machine::AnsiCodePage() { return GetACP(); }
 
@@ -100,12 +109,8 @@ Machine::MemoryState Win32Machine::Memory() {
 }
 
 Machine::ScreenState Win32Machine::Screen() {
-    const HDC screen = GetDC(nullptr);
-    const int bits = GetDeviceCaps(screen, BITSPIXEL) * GetDeviceCaps(screen, PLANES);
-    const int dotsPerInch = GetDeviceCaps(screen, LOGPIXELSX);
-    ReleaseDC(nullptr, screen);
-    ScreenState state{Metric(SM_CXSCREEN), Metric(SM_CYSCREEN), bits};
-    if (dotsPerInch > 0) state.TwipsPerPixel = TwipsPerInch / dotsPerInch;
+    ScreenState state{Metric(SM_CXSCREEN), Metric(SM_CYSCREEN), Capability(BITSPIXEL) * Capability(PLANES)};
+    if (const int dots = DotsPerInch(); dots > 0) state.TwipsPerPixel = TwipsPerInch / dots;
     return state;
 }
 

@@ -5,6 +5,9 @@
 
 namespace tb {
 
+// Dots of the screen; 96 where nobody has chosen larger texts.
+int DotsPerInch();
+
 // What the system does not tell is empty or 0.
 class Win32Machine : public Machine {
 public:

@@ -6,7 +6,7 @@
 #include <tlhelp32.h>
 
 #include "platform/win32/Handle.h"
-#include "platform/win32/Win32Errors.h"
+#include "platform/win32/Module.h"
 #include "platform/win32/Win32Text.h"
 
 namespace tb {
@@ -74,13 +74,7 @@ std::uint32_t StartFile(const wchar_t* file, const Text& commandLine) {
 
 }  // namespace
 
-std::filesystem::path Win32Processes::Executable() {
-    std::wstring name(LongestPath, L'\0');
-    const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
-    if (length == 0 || length >= name.size()) throw SystemError("GetModuleFileName", GetLastError());
-    name.resize(length);
-    return name;
-}
+std::filesystem::path Win32Processes::Executable() { return FileOf(nullptr); }
 
 bool Win32Processes::IsPreviousInstance() { return IsRunByAnother(ImageOf(GetCurrentProcess())); }
 

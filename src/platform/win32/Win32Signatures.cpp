@@ -75,8 +75,8 @@ std::unique_ptr<Sha256> Win32Signatures::MakeSha256() { return std::make_unique<
 
 bool Win32Signatures::VerifyP256(TextView publicKey, TextView hash, TextView signature) {
     if (publicKey.size() != P256Size || hash.size() != Sha256::Size || signature.size() != P256Size) return false;
-    bool valid = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
             const Algorithm algorithm = OpenAlgorithm(BCRYPT_ECDSA_P256_ALGORITHM);
             const BCRYPT_ECCKEY_BLOB head{BCRYPT_ECDSA_PUBLIC_P256_MAGIC, P256Size / 2};
@@ -86,12 +86,11 @@ bool Win32Signatures::VerifyP256(TextView publicKey, TextView hash, TextView sig
             Require(BCryptImportKeyPair(algorithm.Get(), nullptr, BCRYPT_ECCPUBLIC_BLOB, &imported, BytesOf(blob),
                                         static_cast<ULONG>(blob.size()), 0));
             const Handle<KeyTrait> key(imported);
-            valid =
-                BCRYPT_SUCCESS(BCryptVerifySignature(key.Get(), nullptr, BytesOf(hash), static_cast<ULONG>(hash.size()),
-                                                     BytesOf(signature), static_cast<ULONG>(signature.size()), 0));
+            return BCRYPT_SUCCESS(BCryptVerifySignature(key.Get(), nullptr, BytesOf(hash),
+                                                        static_cast<ULONG>(hash.size()), BytesOf(signature),
+                                                        static_cast<ULONG>(signature.size()), 0));
         },
         [](const RuntimeError&) { /* nothing speaks for the signature */ });
-    return valid;
 }
 
 }  // namespace tb

@@ -12,7 +12,7 @@
 namespace tb {
 
 Win32Sound::~Win32Sound() {
-    if (!m_Waves.empty()) sndPlaySoundA(nullptr, 0);
+    if (!m_Waves.empty()) sndPlaySoundW(nullptr, 0);
 }
 
 void Win32Sound::Play(const std::shared_ptr<const Text>& wave, std::uint32_t flags) noexcept {
@@ -20,7 +20,8 @@ void Win32Sound::Play(const std::shared_ptr<const Text>& wave, std::uint32_t fla
     Trap(
         [&] {
             if (std::find(m_Waves.begin(), m_Waves.end(), wave) == m_Waves.end()) m_Waves.push_back(wave);
-            sndPlaySoundA(wave->data(), flags);
+            // Bytes in memory, whatever the type says.
+            sndPlaySoundW(reinterpret_cast<const wchar_t*>(wave->data()), flags);
         },
         [](const RuntimeError&) { /* no memory to keep it: not played */ });
 }

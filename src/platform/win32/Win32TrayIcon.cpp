@@ -10,15 +10,9 @@ namespace tb {
 
 namespace {
 
-constexpr const char* PropertyName = "TrawlbeamTrayIcon";
+constexpr const wchar_t* PropertyName = L"TrawlbeamTrayIcon";
 
 HICON ToIcon(std::int32_t number) { return reinterpret_cast<HICON>(static_cast<INT_PTR>(number)); }
-
-template <size_t Size>
-void Put(char (&room)[Size], const Text& text) {
-    const size_t count = Text(text.c_str()).copy(room, Size - 1);
-    room[count] = '\0';
-}
 
 template <size_t Size>
 void Put(wchar_t (&room)[Size], const Text& text) {
@@ -26,10 +20,9 @@ void Put(wchar_t (&room)[Size], const Text& text) {
     room[count] = L'\0';
 }
 
-template <typename Data>
-Data Fill(NotifyIconCall call, const NotifyIconRecord& record, DWORD sizeWithBalloons, DWORD sizeWithout) {
-    Data data{};
-    data.cbSize = record.HasBalloons ? sizeWithBalloons : sizeWithout;
+NOTIFYICONDATAW Fill(NotifyIconCall call, const NotifyIconRecord& record) {
+    NOTIFYICONDATAW data{};
+    data.cbSize = record.HasBalloons ? NOTIFYICONDATAW_V2_SIZE : NOTIFYICONDATAW_V1_SIZE;
     data.hWnd = ToHwnd(record.Window);
     data.uID = TrayIconId;
     data.uFlags = record.Flags;
@@ -50,25 +43,25 @@ void Win32TrayIcon::Listen(WindowHandle window, TrayIconListener& listener) {
     StopListening();
     const HWND owner = ToHwnd(window);
     if (!IsWindow(owner)) return;
-    m_TaskbarCreated = RegisterWindowMessageA("TaskbarCreated");
-    SetPropA(owner, PropertyName, this);
+    m_TaskbarCreated = RegisterWindowMessageW(L"TaskbarCreated");
+    SetPropW(owner, PropertyName, this);
     m_Listener = &listener;
     m_Window = owner;
     m_Original =
-        reinterpret_cast<WNDPROC>(SetWindowLongPtrA(owner, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure)));
+        reinterpret_cast<WNDPROC>(SetWindowLongPtrW(owner, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure)));
 }
 
 void Win32TrayIcon::StopListening() noexcept {
     if (m_Listener == nullptr) return;
     m_Listener = nullptr;
-    SetWindowLongPtrA(m_Window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_Original));
-    RemovePropA(m_Window, PropertyName);
+    SetWindowLongPtrW(m_Window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_Original));
+    RemovePropW(m_Window, PropertyName);
     m_Window = nullptr;
 }
 
 LRESULT CALLBACK Win32TrayIcon::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-    auto* const self = static_cast<Win32TrayIcon*>(GetPropA(window, PropertyName));
-    if (self == nullptr) return DefWindowProcA(window, message, wParam, lParam);
+    auto* const self = static_cast<Win32TrayIcon*>(GetPropW(window, PropertyName));
+    if (self == nullptr) return DefWindowProcW(window, message, wParam, lParam);
     const WNDPROC original = self->m_Original;
     // What the listener does may end the listening and the window.
     const auto failed = [self](const RuntimeError& error) {
@@ -81,25 +74,18 @@ LRESULT CALLBACK Win32TrayIcon::Procedure(HWND window, UINT message, WPARAM wPar
     }
     if (message == self->m_TaskbarCreated && message != 0) Trap([&] { self->m_Listener->TaskbarCreated(); }, failed);
     if (message == WM_NCDESTROY) self->StopListening();
-    return CallWindowProcA(original, window, message, wParam, lParam);
+    return CallWindowProcW(original, window, message, wParam, lParam);
 }
 
 bool Win32TrayIcon::Notify(NotifyIconCall call, const NotifyIconRecord& record) noexcept {
-    bool done = false;
-    Trap(
+    return TrapOr(
+        false,
         [&] {
-            const auto number = static_cast<DWORD>(call);
-            if (record.IsWide) {
-                auto data = Fill<NOTIFYICONDATAW>(call, record, NOTIFYICONDATAW_V2_SIZE, NOTIFYICONDATAW_V1_SIZE);
-                done = Shell_NotifyIconW(number, &data) != FALSE;
-            } else {
-                auto data = Fill<NOTIFYICONDATAA>(call, record, NOTIFYICONDATAA_V2_SIZE, NOTIFYICONDATAA_V1_SIZE);
-                done = Shell_NotifyIconA(number, &data) != FALSE;
-            }
+            NOTIFYICONDATAW data = Fill(call, record);
+            return Shell_NotifyIconW(static_cast<DWORD>(call), &data) != FALSE;
         },
         [](const RuntimeError&) { /* without memory for the texts there is no icon, as without a notification area */
         });
-    return done;
 }
 
 }  // namespace tb

@@ -21,6 +21,7 @@
 #include "platform/win32/Win32Shell.h"
 #include "platform/win32/Win32Signatures.h"
 #include "platform/win32/Win32Sound.h"
+#include "platform/win32/Win32Text.h"
 #include "platform/win32/Win32TrayIcon.h"
 #include "platform/win32/Win32WindowText.h"
 #include "programs/Trawlbeam/Deployment.h"
@@ -119,7 +120,8 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
         [](const tb::RuntimeError&) { /* the program runs without a record of its crashes */ });
     tb::Trap([&] { status = Program().Run(); },
              [](const tb::RuntimeError& error) {
-                 MessageBoxA(nullptr, error.Line().c_str(), tb::ProductName, MB_ICONERROR | MB_SETFOREGROUND);
+                 MessageBoxW(nullptr, tb::ToSystem(error.Line()).c_str(), tb::ToSystem(tb::ProductName).c_str(),
+                             MB_ICONERROR | MB_SETFOREGROUND);
              });
     return status;
 }

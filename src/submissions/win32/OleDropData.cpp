@@ -1,7 +1,6 @@
 #include "submissions/win32/OleDropData.h"
 
 #include "base/errors.h"
-#include "submissions/win32/MessageStream.h"
 #include "submissions/win32/OleMessageStorage.h"
 #include "submissions/win32/Win32ClipboardFormats.h"
 

@@ -1,8 +1,10 @@
 #include "submissions/win32/OleMessageStorage.h"
 
+#include <algorithm>
+
+#include "base/errors.h"
 #include "platform/win32/ComPointer.h"
 #include "platform/win32/Win32Text.h"
-#include "submissions/win32/MessageStream.h"
 
 namespace tb {
 
@@ -11,7 +13,23 @@ namespace {
 // Characters of a class identifier in braces, with the NUL behind it.
 constexpr int ClassIdLength = 39;
 
+constexpr size_t PieceSize = 65536;
+
 }  // namespace
+
+Text ReadStream(IStream& stream, size_t limit) {
+    Text bytes;
+    Text piece(PieceSize, '\0');
+    while (bytes.size() < limit) {
+        const auto wanted = static_cast<ULONG>(std::min(PieceSize, limit - bytes.size()));
+        ULONG read = 0;
+        const HRESULT result = stream.Read(piece.data(), wanted, &read);
+        if (FAILED(result) || read > wanted) throw Error(ErrorNumber::DeviceIO);
+        if (read == 0) break;
+        bytes.append(piece, 0, read);
+    }
+    return bytes;
+}
 
 Text OleMessageStorage::ClassIdText() {
     STATSTG about{};

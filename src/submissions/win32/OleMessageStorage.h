@@ -6,6 +6,10 @@
 
 namespace tb {
 
+// What a stream of another program really holds, at most `limit` bytes; nothing that it tells about itself is believed.
+// Error 57 when a read fails, also half-way.
+Text ReadStream(IStream& stream, size_t limit);
+
 class OleMessageStorage : public MessageStorage {
 public:
     // The medium holds a storage that is not null.

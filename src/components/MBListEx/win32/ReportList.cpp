@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/errors.h"
+#include "platform/win32/Win32Text.h"
+
 namespace tb {
 
 namespace {
@@ -12,18 +15,19 @@ constexpr DWORD Style = WS_TABSTOP | WS_BORDER | LVS_REPORT | LVS_OWNERDATA | LV
 }  // namespace
 
 ReportList::ReportList(HWND parent, const ControlBox& box, const MBListExEvents& events)
-    : ControlWindow({"MBListEx", WC_LISTVIEWA, Style, ICC_LISTVIEW_CLASSES}, parent, box), m_Events(events) {
+    : ControlWindow({L"MBListEx", WC_LISTVIEWW, Style, ICC_LISTVIEW_CLASSES}, parent, box), m_Events(events) {
     Ask(LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
 }
 
-std::int32_t ReportList::AddColumn(Text title, std::int32_t width) {
-    LVCOLUMNA column{};
+std::int32_t ReportList::AddColumn(const Text& title, std::int32_t width) {
+    std::wstring shown = ToSystem(title);
+    LVCOLUMNW column{};
     column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
-    column.pszText = title.data();
+    column.pszText = shown.data();
     column.cx = width;
     column.iSubItem = m_Rows.Columns();
     Order("LVM_INSERTCOLUMN",
-          Ask(LVM_INSERTCOLUMNA, static_cast<WPARAM>(m_Rows.Columns()), reinterpret_cast<LPARAM>(&column)), -1);
+          Ask(LVM_INSERTCOLUMNW, static_cast<WPARAM>(m_Rows.Columns()), reinterpret_cast<LPARAM>(&column)), -1);
     return m_Rows.AddColumn();
 }
 
@@ -48,7 +52,7 @@ void ReportList::Show() {
 
 void ReportList::ShowSelection() {
     const std::int32_t row = m_Rows.Selected();
-    LVITEMA item{};
+    LVITEMW item{};
     item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
     m_Own = true;
     // -1 is all of them.
@@ -63,7 +67,10 @@ LRESULT ReportList::Notified(NMHDR& what) noexcept {
         if (event != nullptr && which >= 0) event(m_Events.Context, which);
     };
     switch (what.code) {
-    case LVN_GETDISPINFOA: FillCell(reinterpret_cast<NMLVDISPINFOA&>(what).item); break;
+    case LVN_GETDISPINFOW:
+        Trap([&] { FillCell(reinterpret_cast<NMLVDISPINFOW&>(what).item); },
+             [](const RuntimeError&) { /* no memory: the cell is drawn as it is */ });
+        break;
     case LVN_ITEMCHANGED: SelectionChanged(); break;
     case LVN_COLUMNCLICK: tell(m_Events.ColumnClick, reinterpret_cast<NMLISTVIEW&>(what).iSubItem); break;
     case NM_DBLCLK: tell(m_Events.DoubleClick, reinterpret_cast<NMITEMACTIVATE&>(what).iItem); break;
@@ -72,14 +79,14 @@ LRESULT ReportList::Notified(NMHDR& what) noexcept {
     return 0;
 }
 
-void ReportList::FillCell(LVITEMA& item) const {
+void ReportList::FillCell(LVITEMW& item) const {
     if ((item.mask & LVIF_TEXT) == 0 || item.cchTextMax <= 0) return;
     // The view may ask for a row that has just gone.
     const bool known =
         item.iItem >= 0 && item.iItem < m_Rows.Count() && item.iSubItem >= 0 && item.iSubItem < m_Rows.Columns();
-    const TextView cell = known ? TextView(m_Rows.Get(item.iItem, item.iSubItem)) : TextView();
+    const std::wstring cell = known ? ToSystem(m_Rows.Get(item.iItem, item.iSubItem)) : std::wstring();
     const std::size_t size = cell.copy(item.pszText, static_cast<std::size_t>(item.cchTextMax) - 1);
-    item.pszText[size] = '\0';
+    item.pszText[size] = L'\0';
 }
 
 void ReportList::SelectionChanged() {

@@ -13,7 +13,7 @@ public:
 
     // For reading.
     const ListRows& Rows() const { return m_Rows; }
-    std::int32_t AddColumn(Text title, std::int32_t width);
+    std::int32_t AddColumn(const Text& title, std::int32_t width);
     void Set(std::int32_t row, std::int32_t column, Text cell);
     void Select(std::int32_t row);
     void Redraw(bool on) { Ask(WM_SETREDRAW, on ? TRUE : FALSE); }
@@ -26,7 +26,7 @@ public:
 
 private:
     LRESULT Notified(NMHDR& what) noexcept override;
-    void FillCell(LVITEMA& item) const;
+    void FillCell(LVITEMW& item) const;
     void SelectionChanged();
     // Makes the view agree with the rows.
     void Show();

@@ -36,7 +36,7 @@ HRESULT STDMETHODCALLTYPE BrowserEvents::Invoke(DISPID member, REFIID, LCID, WOR
     const VARIANT& cancel = parameters->rgvarg[CancelArgument];
     if (cancel.vt != (VT_BOOL | VT_BYREF) || cancel.pboolVal == nullptr) return DISP_E_TYPEMISMATCH;
     // The browser may let go of its helper while the user reads the alert.
-    const Reference<IDispatch> self = Share<IDispatch>(this);
+    const auto self = ComPointer<IDispatch>::Share(this);
     Trap([&] { BeforeNavigate(Plain(parameters->rgvarg[UrlArgument]), *cancel.pboolVal); },
          [](const RuntimeError&) { /* no memory for the URL: the page passes */ });
     return S_OK;

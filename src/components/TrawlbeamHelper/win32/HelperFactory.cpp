@@ -1,6 +1,5 @@
 #include "components/TrawlbeamHelper/win32/HelperFactory.h"
 
-#include "base/errors.h"
 #include "components/TrawlbeamHelper/win32/HelperObject.h"
 
 namespace tb {
@@ -9,14 +8,10 @@ HRESULT STDMETHODCALLTYPE HelperFactory::CreateInstance(IUnknown* outer, REFIID 
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-    HRESULT result = E_OUTOFMEMORY;
-    Trap(
-        [&] {
-            const Reference<IObjectWithSite> helper(new HelperObject(m_Folder));
-            result = helper.Get()->QueryInterface(id, object);
-        },
-        [](const RuntimeError&) { /* no memory */ });
-    return result;
+    return Guarded([&] {
+        const ComPointer<IObjectWithSite> helper(new HelperObject(m_Folder));
+        return helper->QueryInterface(id, object);
+    });
 }
 
 HRESULT STDMETHODCALLTYPE HelperFactory::LockServer(BOOL lock) noexcept {

@@ -25,8 +25,8 @@ private:
     void Disconnect() noexcept;
 
     const std::filesystem::path m_Folder;
-    Reference<IUnknown> m_Site;
-    Reference<IConnectionPoint> m_Point;
+    ComPointer<IUnknown> m_Site;
+    ComPointer<IConnectionPoint> m_Point;
     DWORD m_Cookie = 0;
 };
 

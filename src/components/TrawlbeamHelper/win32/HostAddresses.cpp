@@ -24,7 +24,7 @@ struct Lookup {
     std::wstring Host;
     // Written before Done is set.
     Text Addresses;
-    OwnedObject Done{CreateEventA(nullptr, TRUE, FALSE, nullptr)};
+    OwnedObject Done{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
     // This library, held while the thread runs in it.
     HMODULE Module = nullptr;
 };
@@ -71,7 +71,7 @@ DWORD WINAPI Run(void* parameter) noexcept {
 // False when no thread can be made.
 bool Start(const std::shared_ptr<Lookup>& lookup) {
     auto owner = std::make_unique<std::shared_ptr<Lookup>>(lookup);
-    if (!GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<const char*>(&RunningLookups),
+    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<const wchar_t*>(&RunningLookups),
                             &lookup->Module)) {
         return false;
     }

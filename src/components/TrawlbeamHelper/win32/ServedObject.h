@@ -7,8 +7,9 @@
 
 #include <atomic>
 
+#include "base/errors.h"
 #include "platform/win32/ComObject.h"
-#include "platform/win32/Handle.h"
+#include "platform/win32/ComPointer.h"
 
 namespace tb {
 
@@ -29,32 +30,10 @@ protected:
     ~ServedObject() override { ServedObjects::Add(-1); }
 };
 
-// The owner of one reference to an object of the system's component model.
-template <typename Interface>
-struct ReferenceTrait {
-    using Value = Interface*;
-    static Value None() { return nullptr; }
-    static bool Close(Value value) {
-        value->Release();
-        return true;
-    }
-};
-template <typename Interface>
-using Reference = Handle<ReferenceTrait<Interface>>;
-
-// Another face of the same object; none when it has no such face.
-template <typename Interface>
-Reference<Interface> AskFor(IUnknown* object) {
-    Interface* found = nullptr;
-    if (object != nullptr) object->QueryInterface(__uuidof(Interface), reinterpret_cast<void**>(&found));
-    return Reference<Interface>(found);
-}
-
-// A reference of one's own to an object that somebody else holds.
-template <typename Interface>
-Reference<Interface> Share(Interface* object) {
-    if (object != nullptr) object->AddRef();
-    return Reference<Interface>(object);
+// What `body` returns; for lack of memory, the error for that.
+template <typename Body>
+HRESULT Guarded(Body body) noexcept {
+    return TrapOr(HRESULT{E_OUTOFMEMORY}, body, [](const RuntimeError&) { /* no memory */ });
 }
 
 }  // namespace tb

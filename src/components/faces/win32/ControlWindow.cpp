@@ -1,5 +1,6 @@
 #include "components/faces/win32/ControlWindow.h"
 
+#include "platform/win32/Module.h"
 #include "platform/win32/Win32Errors.h"
 #include "platform/win32/WindowClass.h"
 
@@ -7,30 +8,8 @@ namespace tb {
 
 namespace {
 
-// The library that this code lies in. Its classes must be its own: the program may have classes of the same name, and
-// stays when the library goes.
-HINSTANCE OwnModule() {
-    static const char place = 0;
-    HMODULE module = nullptr;
-    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT, &place,
-                       &module);
-    return module;
-}
-
-void RegisterOwnClass(const char* className, WNDPROC procedure) {
-    WNDCLASSEXA description{};
-    description.cbSize = sizeof description;
-    description.lpfnWndProc = procedure;
-    description.hInstance = OwnModule();
-    description.hCursor = LoadCursor(nullptr, IDC_ARROW);
-    description.lpszClassName = className;
-    if (RegisterClassExA(&description) != 0) return;
-    const DWORD code = GetLastError();
-    if (code != ERROR_CLASS_ALREADY_EXISTS) throw SystemError("RegisterClassEx", code);
-}
-
-HWND MakeChild(const char* className, DWORD style, HWND parent, const ControlBox& box, void* object) {
-    const HWND window = CreateWindowExA(0, className, "", WS_CHILD | WS_VISIBLE | style, box.Left, box.Top, box.Width,
+HWND MakeChild(const wchar_t* className, DWORD style, HWND parent, const ControlBox& box, void* object) {
+    const HWND window = CreateWindowExW(0, className, L"", WS_CHILD | WS_VISIBLE | style, box.Left, box.Top, box.Width,
                                         box.Height, parent, nullptr, OwnModule(), object);
     if (window == nullptr) throw SystemError("CreateWindowEx", GetLastError());
     return window;
@@ -42,7 +21,7 @@ ControlWindow::ControlWindow(const Kind& kind, HWND parent, const ControlBox& bo
     if (!IsWindow(parent)) throw Error(ErrorNumber::InvalidCall);
     const INITCOMMONCONTROLSEX families{sizeof families, kind.Family};
     if (!InitCommonControlsEx(&families)) throw SystemError("InitCommonControlsEx", GetLastError());
-    RegisterOwnClass(m_ClassName, &ControlWindow::Procedure);
+    RegisterWindowClass(m_ClassName, &ControlWindow::Procedure);
     m_Window = OwnedWindow(MakeChild(m_ClassName, WS_CLIPCHILDREN, parent, box, this));
     m_Original = MakeChild(kind.Original, kind.Style, Window(), {0, 0, box.Width, box.Height}, nullptr);
     Ask(WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)));
@@ -50,10 +29,10 @@ ControlWindow::ControlWindow(const Kind& kind, HWND parent, const ControlBox& bo
 
 ControlWindow::~ControlWindow() {
     // The derived part, which would be told, has gone.
-    if (m_Window) SetWindowLongPtrA(Window(), GWLP_USERDATA, 0);
+    if (m_Window) SetWindowLongPtrW(Window(), GWLP_USERDATA, 0);
     m_Window.Close();
     // The last one takes the class along; while there are others the system refuses.
-    UnregisterClassA(m_ClassName, OwnModule());
+    UnregisterClassW(m_ClassName, OwnModule());
 }
 
 void ControlWindow::Move(const ControlBox& box) {
@@ -66,7 +45,7 @@ void ControlWindow::Order(const char* what, LRESULT answer, LRESULT failed) cons
 
 LRESULT CALLBACK ControlWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     auto* const self = WindowObject<ControlWindow>(window, message, lParam);
-    if (self == nullptr) return DefWindowProcA(window, message, wParam, lParam);
+    if (self == nullptr) return DefWindowProcW(window, message, wParam, lParam);
     switch (message) {
     case WM_NOTIFY: {
         auto& what = *reinterpret_cast<NMHDR*>(lParam);
@@ -81,7 +60,7 @@ LRESULT CALLBACK ControlWindow::Procedure(HWND window, UINT message, WPARAM wPar
         break;
     default: break;
     }
-    return DefWindowProcA(window, message, wParam, lParam);
+    return DefWindowProcW(window, message, wParam, lParam);
 }
 
 }  // namespace tb

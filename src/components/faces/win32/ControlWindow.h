@@ -33,8 +33,8 @@ protected:
     // What a class of windows is made from; both texts are literals. `original` is the system's class, `style` is added
     // to that of a visible child. Error 5 for no parent, 51 when the system refuses.
     struct Kind {
-        const char* ClassName;
-        const char* Original;
+        const wchar_t* ClassName;
+        const wchar_t* Original;
         DWORD Style;
         // Which classes of the system's control library are needed (ICC_...).
         DWORD Family;
@@ -45,7 +45,7 @@ protected:
     // The system's control; null with the window.
     HWND Original() const { return m_Original; }
     LRESULT Ask(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
-        return SendMessageA(m_Original, message, wParam, lParam);
+        return SendMessageW(m_Original, message, wParam, lParam);
     }
     // As Ask, for messages that answer 0 or -1 when they fail: error 51 then.
     void Order(const char* what, LRESULT answer, LRESULT failed) const;
@@ -55,7 +55,7 @@ private:
     virtual LRESULT Notified(NMHDR& what) noexcept = 0;
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
-    const char* const m_ClassName;
+    const wchar_t* const m_ClassName;
     OwnedWindow m_Window;
     HWND m_Original = nullptr;
 };

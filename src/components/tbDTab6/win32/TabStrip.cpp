@@ -2,20 +2,22 @@
 
 #include <utility>
 
+#include "platform/win32/Win32Text.h"
+
 namespace tb {
 
 TabStrip::TabStrip(HWND parent, const ControlBox& box, const tbDTab6Events& events)
-    : ControlWindow({"tbDTab6", WC_TABCONTROLA, WS_TABSTOP | WS_CLIPSIBLINGS, ICC_TAB_CLASSES}, parent, box),
+    : ControlWindow({L"tbDTab6", WC_TABCONTROLW, WS_TABSTOP | WS_CLIPSIBLINGS, ICC_TAB_CLASSES}, parent, box),
       m_Events(events) {}
 
 std::int32_t TabStrip::Add(Tab tab) {
     const std::int32_t index = m_Tabs.Add(std::move(tab));
-    Text caption = m_Tabs.Item(index).Caption;
-    TCITEMA item{};
+    std::wstring caption = ToSystem(m_Tabs.Item(index).Caption);
+    TCITEMW item{};
     item.mask = TCIF_TEXT;
     item.pszText = caption.data();
     try {
-        Order("TCM_INSERTITEM", Ask(TCM_INSERTITEMA, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item)), -1);
+        Order("TCM_INSERTITEM", Ask(TCM_INSERTITEMW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item)), -1);
     } catch (...) {
         m_Tabs.Remove(index);
         throw;

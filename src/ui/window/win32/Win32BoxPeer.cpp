@@ -6,7 +6,7 @@ namespace tb {
 
 namespace {
 
-constexpr const char* ClassName = "TrawlbeamBox";
+constexpr const wchar_t* ClassName = L"TrawlbeamBox";
 
 }  // namespace
 
@@ -17,7 +17,7 @@ Win32BoxPeer::Win32BoxPeer(const Win32WindowSystem& system, Win32FormPeer& form,
                       WS_EX_CONTROLPARENT | (hasBorder ? DWORD{WS_EX_STATICEDGE} : DWORD{0})},
                      this) {}
 
-const char* Win32BoxPeer::RegisteredClass() {
+const wchar_t* Win32BoxPeer::RegisteredClass() {
     RegisterWindowClass(ClassName, &Win32BoxPeer::Procedure);
     return ClassName;
 }
@@ -28,7 +28,7 @@ LRESULT CALLBACK Win32BoxPeer::Procedure(HWND window, UINT message, WPARAM wPara
     case WM_COMMAND:
     case WM_CTLCOLORBTN:
     case WM_CTLCOLOREDIT:
-    case WM_CTLCOLORSTATIC: return SendMessageA(GetParent(window), message, wParam, lParam);
+    case WM_CTLCOLORSTATIC: return SendMessageW(GetParent(window), message, wParam, lParam);
     case WM_ERASEBKGND: {
         // Nothing is known of its colours while the window is being made.
         if (self == nullptr || !self->m_Window) return TRUE;
@@ -38,7 +38,7 @@ LRESULT CALLBACK Win32BoxPeer::Procedure(HWND window, UINT message, WPARAM wPara
         FillRect(context, &client, self->Colored(context));
         return TRUE;
     }
-    default: return DefWindowProcA(window, message, wParam, lParam);
+    default: return DefWindowProcW(window, message, wParam, lParam);
     }
 }
 

@@ -12,7 +12,7 @@ public:
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-    static const char* RegisteredClass();
+    static const wchar_t* RegisteredClass();
 };
 
 }  // namespace tb

@@ -7,7 +7,7 @@ namespace tb {
 template <typename Base>
 Win32ButtonPeer<Base>::Win32ButtonPeer(const Win32WindowSystem& system, Win32FormPeer& form, BoxPeer* box,
                                        ButtonEvents& events, DWORD style)
-    : Win32ChildPeer<Base>(system, form, box, {"BUTTON", style}), m_Events(events) {
+    : Win32ChildPeer<Base>(system, form, box, {L"BUTTON", style}), m_Events(events) {
     UseDialogKeys(form.Handle());
 }
 
@@ -27,7 +27,7 @@ void Win32CommandButtonPeer::SetDefault(bool isDefault) {
     } else if (m_Form.DefaultButton() == Handle()) {
         m_Form.SetDefaultButton(nullptr);
     }
-    SendMessageA(Handle(), BM_SETSTYLE, isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON, TRUE);
+    SendMessageW(Handle(), BM_SETSTYLE, isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON, TRUE);
 }
 
 void Win32CommandButtonPeer::SetCancel(bool isCancel) {
@@ -43,19 +43,19 @@ Win32OptionButtonPeer::Win32OptionButtonPeer(const Win32WindowSystem& system, Wi
     : Win32ButtonPeer(system, form, box, events, BS_AUTORADIOBUTTON) {
     // The arrow keys go round among the buttons from this one on.
     const HWND before = GetWindow(Handle(), GW_HWNDPREV);
-    const LRESULT code = before != nullptr ? SendMessageA(before, WM_GETDLGCODE, 0, 0) : 0;
+    const LRESULT code = before != nullptr ? SendMessageW(before, WM_GETDLGCODE, 0, 0) : 0;
     if ((code & DLGC_RADIOBUTTON) == 0) ChangeStyle(WS_GROUP, true);
 }
 
 void Win32OptionButtonPeer::SetSelected(bool selected) {
-    SendMessageA(Handle(), BM_SETCHECK, selected ? BST_CHECKED : BST_UNCHECKED, 0);
+    SendMessageW(Handle(), BM_SETCHECK, selected ? BST_CHECKED : BST_UNCHECKED, 0);
 }
 
 void Win32OptionButtonPeer::SetTabStop(bool tabStop) { ChangeStyle(WS_TABSTOP, tabStop); }
 
 void Win32OptionButtonPeer::ChangeStyle(LONG_PTR bit, bool set) {
-    const LONG_PTR style = GetWindowLongPtrA(Handle(), GWL_STYLE);
-    SetWindowLongPtrA(Handle(), GWL_STYLE, set ? style | bit : style & ~bit);
+    const LONG_PTR style = GetWindowLongPtrW(Handle(), GWL_STYLE);
+    SetWindowLongPtrW(Handle(), GWL_STYLE, set ? style | bit : style & ~bit);
 }
 
 }  // namespace tb

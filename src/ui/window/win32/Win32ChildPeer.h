@@ -8,7 +8,7 @@ namespace tb {
 // How a window inside a form is made. All but option buttons have WS_GROUP: the arrow keys go round among those between
 // two of them.
 struct ChildStyle {
-    const char* ClassName;
+    const wchar_t* ClassName;
     DWORD Style;
     DWORD Extended = 0;
 };

@@ -1,6 +1,8 @@
 #include "ui/window/win32/Win32FormPeer.h"
 
+#include "platform/win32/Module.h"
 #include "platform/win32/Win32Errors.h"
+#include "platform/win32/Win32Text.h"
 #include "platform/win32/Win32WindowText.h"
 #include "platform/win32/WindowClass.h"
 #include "ui/window/win32/Win32BoxPeer.h"
@@ -37,19 +39,19 @@ constexpr DWORD BorderBits = WS_POPUP | WS_OVERLAPPEDWINDOW;
 constexpr DWORD BorderBitsExtended = WS_EX_DLGMODALFRAME | WS_EX_TOOLWINDOW;
 
 void ReplaceBits(HWND window, int index, DWORD bits, DWORD value) {
-    const auto old = static_cast<DWORD>(GetWindowLongPtrA(window, index));
-    SetWindowLongPtrA(window, index, static_cast<LONG_PTR>((old & ~bits) | value));
+    const auto old = static_cast<DWORD>(GetWindowLongPtrW(window, index));
+    SetWindowLongPtrW(window, index, static_cast<LONG_PTR>((old & ~bits) | value));
 }
 
 }  // namespace
 
 Win32FormPeer::Win32FormPeer(const Win32WindowSystem& system, FormEvents& events)
     : Win32Peer(system), m_Events(events) {
-    RegisterWindowClass(system.Names().Form, &Win32FormPeer::Procedure);
-    m_Window = OwnedWindow(CreateWindowExA(0, system.Names().Form, "", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, 0, 0,
-                                           0, nullptr, nullptr, GetModuleHandleA(nullptr), this));
+    const std::wstring className = ToSystem(system.Names().Form);
+    RegisterWindowClass(className, &Win32FormPeer::Procedure);
+    m_Window = OwnedWindow(CreateWindowExW(0, className.c_str(), L"", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, 0, 0, 0,
+                                           nullptr, nullptr, OwnModule(), this));
     if (!m_Window) throw SystemError("CreateWindowEx", GetLastError());
-    SetClassLongPtrA(Handle(), GCLP_HCURSOR, reinterpret_cast<LONG_PTR>(LoadCursorA(nullptr, IDC_ARROW)));
 }
 
 WindowHandle Win32FormPeer::Window() const { return ToWindowHandle(Handle()); }
@@ -97,8 +99,8 @@ void Win32FormPeer::SetBorderStyle(BorderStyles style) {
 void Win32FormPeer::SetIcon(const PictureRef& picture) {
     Win32Icon big(picture, GetSystemMetrics(SM_CXICON));
     Win32Icon little(picture, GetSystemMetrics(SM_CXSMICON));
-    SendMessageA(Handle(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(big.Get()));
-    SendMessageA(Handle(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(little.Get()));
+    SendMessageW(Handle(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(big.Get()));
+    SendMessageW(Handle(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(little.Get()));
     m_BigIcon = std::move(big);
     m_SmallIcon = std::move(little);
 }
@@ -118,7 +120,7 @@ void Win32FormPeer::SetMousePointer(MousePointers pointer) {
     GetCursorPos(&mouse);
     const HWND below = WindowFromPoint(mouse);
     if (below != Handle() && !IsChild(Handle(), below)) return;
-    SetCursor(LoadCursorA(nullptr, pointer == MousePointers::Hourglass ? IDC_WAIT : IDC_ARROW));
+    SetCursor(SystemCursor(pointer == MousePointers::Hourglass ? IDC_WAIT : IDC_ARROW));
 }
 
 void Win32FormPeer::RemoveChild(HWND window) {
@@ -140,7 +142,7 @@ void Win32FormPeer::EndModes() {
     state.cbSize = sizeof state;
     if (!GetGUIThreadInfo(GetCurrentThreadId(), &state)) return;
     if (state.hwndMenuOwner == Handle()) EndMenu();
-    if (state.hwndMoveSize == Handle()) SendMessageA(Handle(), WM_CANCELMODE, 0, 0);
+    if (state.hwndMoveSize == Handle()) SendMessageW(Handle(), WM_CANCELMODE, 0, 0);
 }
 
 std::unique_ptr<BoxPeer> Win32FormPeer::MakeBox(BoxPeer* box, bool hasBorder) {

@@ -5,7 +5,7 @@ namespace tb {
 
 LRESULT CALLBACK Win32FormPeer::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     auto* const self = WindowObject<Win32FormPeer>(window, message, lParam);
-    if (self == nullptr) return DefWindowProcA(window, message, wParam, lParam);
+    if (self == nullptr) return DefWindowProcW(window, message, wParam, lParam);
     // The message may end the form, and with it the peer; the system outlives both.
     const Win32WindowSystem& system = self->m_System;
     bool handled = false;
@@ -16,7 +16,7 @@ LRESULT CALLBACK Win32FormPeer::Procedure(HWND window, UINT message, WPARAM wPar
             handled = self->Dispatch(message, wParam, lParam, result);
         },
         [&](const RuntimeError& error) { system.Failed(error); });
-    return handled ? result : DefWindowProcA(window, message, wParam, lParam);
+    return handled ? result : DefWindowProcW(window, message, wParam, lParam);
 }
 
 bool Win32FormPeer::Dispatch(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
@@ -101,7 +101,7 @@ bool Win32FormPeer::OnCommand(HWND child, WORD id, WORD code) {
 HWND Win32FormPeer::ButtonOfKey(WORD id) const {
     if (id == IDCANCEL) return m_CancelButton;
     const HWND focused = GetFocus();
-    const LRESULT code = Child(focused) != nullptr ? SendMessageA(focused, WM_GETDLGCODE, 0, 0) : 0;
+    const LRESULT code = Child(focused) != nullptr ? SendMessageW(focused, WM_GETDLGCODE, 0, 0) : 0;
     return (code & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0 ? focused : m_DefaultButton;
 }
 
@@ -119,7 +119,7 @@ bool Win32FormPeer::OnFocus() {
 
 bool Win32FormPeer::OnCursor(WORD area) {
     if (m_Pointer != MousePointers::Hourglass || area != HTCLIENT) return false;
-    SetCursor(LoadCursorA(nullptr, IDC_WAIT));
+    SetCursor(SystemCursor(IDC_WAIT));
     return true;
 }
 

@@ -2,6 +2,9 @@
 
 #include <cstdlib>
 
+#include "base/bytes.h"
+#include "platform/win32/Module.h"
+
 namespace tb {
 
 namespace {
@@ -13,22 +16,16 @@ constexpr size_t EntrySize = 16;
 constexpr DWORD IconVersion = 0x00030000;
 constexpr int OwnIconResource = 1;
 
-std::uint32_t NumberAt(TextView bytes, size_t place, size_t width) {
-    std::uint32_t number = 0;
-    for (size_t index = width; index-- > 0;) number = number << 8 | static_cast<unsigned char>(bytes[place + index]);
-    return number;
-}
-
 // The bytes of the image whose width is nearest to `size`; empty when there is none that lies in the file.
 TextView NearestImage(TextView file, int size) {
     TextView nearest;
     int smallest = 0;
-    if (file.size() < HeaderSize || NumberAt(file, 0, 4) != 0x00010000U) return nearest;
-    const size_t count = NumberAt(file, 4, 2);
+    if (file.size() < HeaderSize || LittleEndian(file.substr(0, 4)) != 0x00010000U) return nearest;
+    const size_t count = LittleEndian(file.substr(4, 2));
     for (size_t index = 0; index < count && HeaderSize + (index + 1) * EntrySize <= file.size(); ++index) {
         const size_t entry = HeaderSize + index * EntrySize;
-        const size_t length = NumberAt(file, entry + 8, 4);
-        const size_t place = NumberAt(file, entry + 12, 4);
+        const size_t length = LittleEndian(file.substr(entry + 8, 4));
+        const size_t place = LittleEndian(file.substr(entry + 12, 4));
         if (length == 0 || place > file.size() || length > file.size() - place) continue;
         const int width = file[entry] == 0 ? 256 : static_cast<unsigned char>(file[entry]);
         const int distance = std::abs(width - size);
@@ -40,9 +37,9 @@ TextView NearestImage(TextView file, int size) {
 }
 
 HICON OwnIcon(int size) {
-    const HANDLE icon =
-        LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(OwnIconResource), IMAGE_ICON, size, size, LR_SHARED);
-    return icon != nullptr ? static_cast<HICON>(icon) : LoadIconA(nullptr, IDI_APPLICATION);
+    const HANDLE icon = LoadImageW(OwnModule(), MAKEINTRESOURCEW(OwnIconResource), IMAGE_ICON, size, size, LR_SHARED);
+    return icon != nullptr ? static_cast<HICON>(icon)
+                           : LoadIconW(nullptr, reinterpret_cast<const wchar_t*>(IDI_APPLICATION));
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 // An icon of a window.
 #pragma once
 
+#include "platform/win32/Handle.h"
 #include "ui/window/Value.h"
-#include "ui/window/win32/GuiHandles.h"
 
 namespace tb {
 

@@ -11,7 +11,7 @@ public:
     Win32LabelPeer(const Win32WindowSystem& system, Win32FormPeer& form, BoxPeer* box, bool useMnemonic)
         // Without SS_NOTIFY the mouse would not find it, and it had no tip.
         : Win32ChildPeer(system, form, box,
-                         {"STATIC", SS_LEFT | SS_NOTIFY | WS_GROUP | (useMnemonic ? DWORD{0} : DWORD{SS_NOPREFIX})}) {}
+                         {L"STATIC", SS_LEFT | SS_NOTIFY | WS_GROUP | (useMnemonic ? DWORD{0} : DWORD{SS_NOPREFIX})}) {}
 };
 
 }  // namespace tb

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include "platform/win32/Handle.h"
+#include "platform/win32/Win32Text.h"
 #include "ui/window/Peers.h"
 #include "ui/window/win32/Win32WindowSystem.h"
 
@@ -44,7 +45,7 @@ public:
                      SWP_NOZORDER | SWP_NOACTIVATE);
     }
     void SetEnabled(bool enabled) override { EnableWindow(Handle(), enabled ? TRUE : FALSE); }
-    void SetText(const Text& text) override { SetWindowTextA(Handle(), text.c_str()); }
+    void SetText(const Text& text) override { SetWindowTextW(Handle(), ToSystem(text).c_str()); }
     void SetColors(const ControlColors& colors) override {
         m_Colors = colors;
         InvalidateRect(Handle(), nullptr, TRUE);
@@ -67,7 +68,7 @@ protected:
     explicit Win32Peer(const Win32WindowSystem& system) : m_System(system) {}
     // No message reaches the object while its window goes.
     ~Win32Peer() override {
-        if (m_Window) SetWindowLongPtrA(Handle(), GWLP_USERDATA, 0);
+        if (m_Window) SetWindowLongPtrW(Handle(), GWLP_USERDATA, 0);
     }
 
     const Win32WindowSystem& m_System;

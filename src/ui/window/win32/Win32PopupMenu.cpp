@@ -1,7 +1,8 @@
 #include "ui/window/win32/Win32PopupMenu.h"
 
+#include "platform/win32/Handle.h"
 #include "platform/win32/Win32Errors.h"
-#include "ui/window/win32/GuiHandles.h"
+#include "platform/win32/Win32Text.h"
 
 namespace tb {
 
@@ -11,7 +12,7 @@ OwnedMenu MakeMenu(const std::vector<MenuRow>& rows);
 
 void Append(HMENU menu, const MenuRow& row, UINT position) {
     OwnedMenu below;
-    MENUITEMINFOA item{};
+    MENUITEMINFOW item{};
     item.cbSize = sizeof item;
     item.fMask = MIIM_FTYPE | MIIM_ID | MIIM_STATE;
     item.wID = static_cast<UINT>(row.Id);
@@ -19,7 +20,7 @@ void Append(HMENU menu, const MenuRow& row, UINT position) {
     item.fState = static_cast<UINT>(row.IsEnabled ? MFS_ENABLED : MFS_DISABLED) |
                   static_cast<UINT>(row.IsChecked ? MFS_CHECKED : MFS_UNCHECKED) |
                   static_cast<UINT>(row.IsDefault ? MFS_DEFAULT : 0);
-    Text caption = row.Caption;
+    std::wstring caption = ToSystem(row.Caption);
     if (!row.IsSeparator) {
         item.fMask |= MIIM_STRING;
         item.dwTypeData = caption.data();
@@ -29,7 +30,7 @@ void Append(HMENU menu, const MenuRow& row, UINT position) {
         item.fMask |= MIIM_SUBMENU;
         item.hSubMenu = below.Get();
     }
-    if (!InsertMenuItemA(menu, position, TRUE, &item)) throw SystemError("InsertMenuItem", GetLastError());
+    if (!InsertMenuItemW(menu, position, TRUE, &item)) throw SystemError("InsertMenuItem", GetLastError());
     // From here on it goes with the menu above it.
     static_cast<void>(below.Release());
 }
@@ -50,7 +51,7 @@ std::int32_t TrackPopup(HWND owner, const std::vector<MenuRow>& rows, std::uint3
     GetCursorPos(&mouse);
     const int chosen = TrackPopupMenu(menu.Get(), flags | TPM_RETURNCMD, mouse.x, mouse.y, 0, owner, nullptr);
     // Without a message behind it the next menu of a hidden owner would close at once.
-    PostMessageA(owner, WM_NULL, 0, 0);
+    PostMessageW(owner, WM_NULL, 0, 0);
     return chosen;
 }
 

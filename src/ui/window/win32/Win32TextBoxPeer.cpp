@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/win32/Module.h"
 #include "platform/win32/Win32Errors.h"
 #include "platform/win32/WindowClass.h"
 
@@ -29,10 +30,10 @@ private:
 Win32TextBoxPeer::Win32TextBoxPeer(const Win32WindowSystem& system, Win32FormPeer& form, TextBoxEvents& events,
                                    bool multiLine)
     : Win32Peer(system), m_Form(form), m_Events(events), m_FormVisible(form.IsVisible()) {
-    m_Edit = RegisterSuperclass(system.Names().TextBox, "EDIT", &Win32TextBoxPeer::Procedure);
+    m_Edit = RegisterChannelClass(system.Names().TextBox, "EDIT", &Win32TextBoxPeer::Procedure);
     const DWORD style = WS_CHILD | WS_TABSTOP | (multiLine ? MultiLineStyle : DWORD{ES_AUTOHSCROLL});
     m_Window = OwnedWindow(CreateWindowExA(WS_EX_CLIENTEDGE, system.Names().TextBox, "", style, 0, 0, 0, 0,
-                                           form.Handle(), nullptr, GetModuleHandleA(nullptr), this));
+                                           form.Handle(), nullptr, OwnModule(), this));
     if (!m_Window) throw SystemError("CreateWindowEx", GetLastError());
     SendMessageA(Handle(), EM_LIMITTEXT, 0, 0);
     SendMessageA(Handle(), WM_SETFONT, reinterpret_cast<WPARAM>(system.Font()), FALSE);

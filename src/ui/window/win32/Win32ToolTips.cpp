@@ -2,6 +2,9 @@
 
 #include <commctrl.h>
 
+#include "platform/win32/Module.h"
+#include "platform/win32/Win32Text.h"
+
 namespace tb {
 
 namespace {
@@ -9,10 +12,10 @@ namespace {
 // Pixels.
 constexpr LPARAM WidestLine = 300;
 
-TTTOOLINFOA Tool(HWND form, HWND child) {
-    TTTOOLINFOA tool{};
+TTTOOLINFOW Tool(HWND form, HWND child) {
+    TTTOOLINFOW tool{};
     // The version of the controls that a program without a manifest has refuses a later size.
-    tool.cbSize = TTTOOLINFOA_V2_SIZE;
+    tool.cbSize = TTTOOLINFOW_V2_SIZE;
     tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
     tool.hwnd = form;
     tool.uId = reinterpret_cast<UINT_PTR>(child);
@@ -27,24 +30,24 @@ void Win32ToolTips::Set(HWND form, HWND child, const Text& text) {
     if (!m_Window) {
         INITCOMMONCONTROLSEX classes{sizeof classes, ICC_BAR_CLASSES};
         InitCommonControlsEx(&classes);
-        m_Window = OwnedWindow(CreateWindowExA(
-            WS_EX_TOPMOST, TOOLTIPS_CLASSA, "", WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
-            CW_USEDEFAULT, CW_USEDEFAULT, form, nullptr, GetModuleHandleA(nullptr), nullptr));
-        SendMessageA(m_Window.Get(), TTM_SETMAXTIPWIDTH, 0, WidestLine);
+        m_Window = OwnedWindow(CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, L"",
+                                               WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
+                                               CW_USEDEFAULT, CW_USEDEFAULT, form, nullptr, OwnModule(), nullptr));
+        SendMessageW(m_Window.Get(), TTM_SETMAXTIPWIDTH, 0, WidestLine);
         m_Form = form;
     }
-    TTTOOLINFOA tool = Tool(form, child);
-    Text shown = text;
+    TTTOOLINFOW tool = Tool(form, child);
+    std::wstring shown = ToSystem(text);
     tool.lpszText = shown.data();
-    if (SendMessageA(m_Window.Get(), TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool)) != FALSE) {
+    if (SendMessageW(m_Window.Get(), TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool)) != FALSE) {
         m_Children.insert(child);
     }
 }
 
 void Win32ToolTips::Remove(HWND child) {
     if (m_Children.erase(child) == 0) return;
-    TTTOOLINFOA tool = Tool(m_Form, child);
-    SendMessageA(m_Window.Get(), TTM_DELTOOLA, 0, reinterpret_cast<LPARAM>(&tool));
+    TTTOOLINFOW tool = Tool(m_Form, child);
+    SendMessageW(m_Window.Get(), TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
 }
 
 }  // namespace tb

@@ -1,5 +1,6 @@
 #include "ui/window/win32/Win32WindowSystem.h"
 
+#include "platform/win32/Win32Machine.h"
 #include "ui/window/win32/Win32FormPeer.h"
 
 namespace tb {
@@ -8,18 +9,11 @@ namespace {
 
 constexpr int PointsPerInch = 72;
 constexpr int FontPoints = 8;
-constexpr const char* FontName = "Tahoma";
-
-int DotsPerInch() {
-    const HDC screen = GetDC(nullptr);
-    const int dots = GetDeviceCaps(screen, LOGPIXELSX);
-    ReleaseDC(nullptr, screen);
-    return dots;
-}
+constexpr const wchar_t* FontName = L"Tahoma";
 
 OwnedFont MakeFont() {
     const int height = -MulDiv(FontPoints, DotsPerInch(), PointsPerInch);
-    return OwnedFont(CreateFontA(height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+    return OwnedFont(CreateFontW(height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
                                  CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH, FontName));
 }
 

@@ -7,9 +7,9 @@
 #include <functional>
 
 #include "base/errors.h"
+#include "platform/win32/Handle.h"
 #include "platform/win32/MessageLoop.h"
 #include "ui/window/Peers.h"
-#include "ui/window/win32/GuiHandles.h"
 
 namespace tb {
 
