@@ -16,17 +16,13 @@ TextView TakeLastWord(TextView& line) {
     return word;
 }
 
-bool EndsIn(const Text& folded, const Text& end) {
-    return folded.size() >= end.size() && folded.compare(folded.size() - end.size(), end.size(), end) == 0;
-}
-
 bool IsUpdater(TextView lastWord) {
     const Text word = RemoveAll(lastWord, "\"");
-    return EndsIn("\\" + UpperCase(word), "\\" + UpperCase(UpdaterName));
+    return ("\\" + UpperCase(word)).ends_with("\\" + UpperCase(UpdaterName));
 }
 
 bool IsProgram(TextView word) {
-    return IsPlainFileName(word) && EndsIn(UpperCase(word), ".EXE") && UpperCase(word) != UpperCase(UpdaterName);
+    return IsPlainFileName(word) && UpperCase(word).ends_with(".EXE") && UpperCase(word) != UpperCase(UpdaterName);
 }
 
 }  // namespace

@@ -3,17 +3,16 @@
 // It links no component, for it replaces them.
 #include <windows.h>
 
-#include <cstdint>
-
 #include "platform/win32/CrashHandler.h"
 #include "platform/win32/Win32Clock.h"
 #include "platform/win32/Win32Files.h"
 #include "platform/win32/Win32Processes.h"
 #include "platform/win32/Win32Pump.h"
 #include "platform/win32/Win32Text.h"
-#include "programs/tbUpdater/UpdaterWindow.h"
 #include "updater/Updater.h"
 #include "updater/UpdaterLog.h"
+#include "updater/win32/OnlyUpdater.h"
+#include "updater/win32/UpdaterWindow.h"
 
 namespace {
 
@@ -22,25 +21,12 @@ constexpr const char* Product = TRAWLBEAM_PRODUCT;
 constexpr int DoneStatus = 0;
 constexpr int FailedStatus = 1;
 
-// The same for a folder however it was written when this program was started. Names of objects hold no paths, so it is
-// hashed: FNV-1a, over 16 bits at a time.
-std::uint64_t NumberOf(const std::filesystem::path& folder) {
-    std::wstring path(32768, L'\0');
-    path.resize(GetLongPathNameW(folder.c_str(), path.data(), static_cast<DWORD>(path.size())));
-    if (path.empty()) path = folder.wstring();
-    CharUpperBuffW(path.data(), static_cast<DWORD>(path.size()));
-    std::uint64_t hash = 0xCBF29CE484222325;
-    for (const wchar_t unit : path) hash = (hash ^ unit) * 0x100000001B3;
-    return hash;
-}
-
 // False when this is not the one to install.
 bool Install(const tb::UpdaterCommand& command, tb::Win32Files& files, tb::Win32Processes& processes,
              tb::LogSink& log) {
     const tb::Text caption = command.Product + " Updater";
-    const tb::Text name = caption + " " + std::to_string(NumberOf(processes.Executable().parent_path()));
-    tb::OwnedObject only(CreateMutexA(nullptr, FALSE, name.c_str()));
-    if (!only || GetLastError() == ERROR_ALREADY_EXISTS) {
+    tb::OwnedObject only = tb::BecomeOnlyUpdater(caption, processes.Executable().parent_path());
+    if (!only) {
         log.WriteLog("Another updater of this folder is running, exiting", tb::LogLevel::Always);
         return false;
     }
@@ -64,17 +50,16 @@ bool Run() {
                      tb::LogLevel::Always);
         return false;
     }
-    bool done = false;
     // Without a box, which nobody may be there to close.
-    tb::Trap([&] { done = Install(*command, files, processes, log); },
-             [&](const tb::RuntimeError& error) { log.WriteLog("Error: " + error.Line(), tb::LogLevel::Always); });
-    return done;
+    return tb::TrapOr(
+        false, [&] { return Install(*command, files, processes, log); },
+        [&](const tb::RuntimeError& error) { log.WriteLog("Error: " + error.Line(), tb::LogLevel::Always); });
 }
 
 }  // namespace
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
-    bool done = false;
-    tb::Trap([&] { done = Run(); }, [](const tb::RuntimeError&) { /* the system does not tell where the log is */ });
+    const bool done =
+        tb::TrapOr(false, Run, [](const tb::RuntimeError&) { /* the system does not tell where the log is */ });
     return done ? DoneStatus : FailedStatus;
 }

@@ -6,10 +6,10 @@
 #include <cstdio>
 
 #include "base/errors.h"
-#include "programs/tbprobe/Options.h"
-#include "programs/tbprobe/Probe.h"
-#include "programs/tbprobe/RoundTrips.h"
-#include "programs/tbprobe/Stop.h"
+#include "probe/win32/Probe.h"
+#include "probe/win32/ProbeOptions.h"
+#include "probe/win32/RoundTrips.h"
+#include "probe/win32/Stop.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // How long a request and its reply take.
 #pragma once
 
-#include "programs/tbprobe/Options.h"
+#include "probe/win32/ProbeOptions.h"
 
 namespace tb {
 

@@ -1,4 +1,4 @@
-#include "programs/tbprobe/Options.h"
+#include "probe/win32/ProbeOptions.h"
 
 #include "base/errors.h"
 #include "base/numbers.h"
@@ -10,8 +10,8 @@ namespace {
 RuntimeError Wrong(const Text& why) { return {static_cast<std::int32_t>(ErrorNumber::InvalidCall), why}; }
 
 std::int32_t Positive(const Text& option, const Text& word) {
-    std::int32_t value = 0;
-    Trap([&] { value = ToInt32(word); }, [](const RuntimeError&) { /* it is none */ });
+    const std::int32_t value = TrapOr(
+        0, [&] { return ToInt32(word); }, [](const RuntimeError&) { /* it is none */ });
     if (value < 1) throw Wrong(option + " takes a number from 1 on, not " + word);
     return value;
 }

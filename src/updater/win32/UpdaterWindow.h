@@ -27,12 +27,12 @@ private:
     bool Handle(UINT message, WPARAM wParam);
     void Fill();
     // In pixels of 96 to an inch.
-    HWND Add(const char* className, const char* text, DWORD style, RECT place, UINT id) const;
+    HWND Add(const wchar_t* className, const wchar_t* text, DWORD style, RECT place, UINT id) const;
 
     const Text m_Caption;
     OwnedObject m_Only;
     OwnedWindow m_Window;
-    HFONT m_Font = nullptr;
+    OwnedFont m_Font;
     HWND m_Label = nullptr;
     HWND m_Bar = nullptr;
     HWND m_Button = nullptr;

@@ -1,11 +1,12 @@
-#include "programs/tbprobe/Stop.h"
+#include "probe/win32/Stop.h"
 
 #include <windows.h>
 
 #include "platform/TrayIcon.h"
 #include "platform/win32/Handle.h"
 #include "platform/win32/Win32Errors.h"
-#include "programs/tbprobe/Probe.h"
+#include "platform/win32/Win32Text.h"
+#include "probe/win32/Probe.h"
 
 namespace tb {
 
@@ -14,10 +15,12 @@ namespace {
 constexpr DWORD PollMs = 20;
 // For each step. It only matters where something is broken, for no machine is so slow.
 constexpr DWORD StepMs = 300000;
-constexpr const char* MenuClass = "#32768";
-constexpr const char* DialogClass = "#32770";
+// Until the menu is opened once more.
+constexpr DWORD AgainMs = 10000;
+constexpr const wchar_t* MenuClass = L"#32768";
+constexpr const wchar_t* DialogClass = L"#32770";
 constexpr WPARAM ExitLetter = 'e';  // "&Exit"
-constexpr const char* Question = "Exit Trawlbeam";
+constexpr const wchar_t* Question = L"Exit Trawlbeam";
 
 // Polls until `done` answers other than null; null after `milliseconds`.
 template <typename Done>
@@ -43,12 +46,12 @@ public:
     }
 
     void Post(UINT message, WPARAM wParam, LPARAM lParam) const {
-        if (!PostMessageA(m_Window, message, wParam, lParam)) throw SystemError("PostMessage", GetLastError());
+        if (!PostMessageW(m_Window, message, wParam, lParam)) throw SystemError("PostMessage", GetLastError());
     }
 
     // Its visible window of that class and title, null when there is none.
-    HWND Find(const char* className, const char* title) const {
-        for (HWND window = nullptr; (window = FindWindowExA(nullptr, window, className, title)) != nullptr;) {
+    HWND Find(const wchar_t* className, const wchar_t* title) const {
+        for (HWND window = nullptr; (window = FindWindowExW(nullptr, window, className, title)) != nullptr;) {
             DWORD owner = 0;
             GetWindowThreadProcessId(window, &owner);
             if (owner == m_ProcessId && IsWindowVisible(window)) return window;
@@ -70,6 +73,22 @@ private:
     DWORD m_ProcessId = 0;
     OwnedObject m_Process;
 };
+
+// The box of the question. The menu that is open belongs to no other process's reach but the keyboard. Its letter
+// chooses the item at once: a mouse that lies over the menu could move the choice between two keys. A window that comes
+// to the front meanwhile closes the menu, and the letter is lost.
+HWND AskToExit(const Target& target) {
+    const auto menu = [&] { return target.Find(MenuClass, nullptr); };
+    const auto question = [&] { return target.Find(DialogClass, Question); };
+    const ULONGLONG deadline = GetTickCount64() + StepMs;
+    do {
+        target.Post(TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
+        if (WaitFor(StepMs, menu) == nullptr) throw StillRunning{"the tray icon's menu did not open"};
+        target.Post(WM_CHAR, ExitLetter, 0);
+        if (const HWND box = WaitFor(AgainMs, question)) return box;
+    } while (menu() == nullptr && GetTickCount64() < deadline);
+    return WaitFor(StepMs, question);
+}
 
 }  // namespace
 
@@ -93,16 +112,9 @@ int CloseServer(const Text& caption) {
 
 int ExitThroughTray(const Text& caption, bool answerYes) {
     const Target target(caption);
-    // The menu that is open belongs to no other process's reach but the keyboard. Its letter chooses the item at once:
-    // a mouse that lies over the menu could move the choice between two keys.
-    target.Post(TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
-    if (WaitFor(StepMs, [&] { return target.Find(MenuClass, nullptr); }) == nullptr) {
-        throw StillRunning{"the tray icon's menu did not open"};
-    }
-    target.Post(WM_CHAR, ExitLetter, 0);
-    const HWND box = WaitFor(StepMs, [&] { return target.Find(DialogClass, Question); });
-    if (box == nullptr) throw StillRunning{Text("the question \"") + Question + "\" did not come"};
-    PostMessageA(box, WM_COMMAND, answerYes ? IDYES : IDNO, 0);
+    const HWND box = AskToExit(target);
+    if (box == nullptr) throw StillRunning{"the question \"" + FromSystem(Question) + "\" did not come"};
+    PostMessageW(box, WM_COMMAND, answerYes ? IDYES : IDNO, 0);
     if (answerYes) return target.WaitForEnd(StepMs);
     const ULONGLONG deadline = GetTickCount64() + StepMs;
     while (IsWindow(box)) {

@@ -1,11 +1,14 @@
-#include "programs/tbUpdater/UpdaterWindow.h"
+#include "updater/win32/UpdaterWindow.h"
 
 // After windows.h.
 #include <commctrl.h>
 
 #include "components/tbBHBridge/ChannelNames.h"
 #include "platform/win32/MessageLoop.h"
+#include "platform/win32/Module.h"
 #include "platform/win32/Win32Errors.h"
+#include "platform/win32/Win32Machine.h"
+#include "platform/win32/Win32Text.h"
 #include "platform/win32/WindowClass.h"
 
 namespace tb {
@@ -23,36 +26,19 @@ constexpr UINT_PTR UnreadTimer = 1;
 constexpr UINT UnreadMs = 60000;
 
 int Scaled(LONG length) {
-    static const int perInch = [] {
-        const HDC screen = GetDC(nullptr);
-        const int found = GetDeviceCaps(screen, LOGPIXELSX);
-        ReleaseDC(nullptr, screen);
-        return found;
-    }();
+    static const int perInch = DotsPerInch();
     return MulDiv(static_cast<int>(length), perInch, 96);
 }
 
-void RegisterOwnClass(WNDPROC procedure) {
-    WNDCLASSEXA description{};
-    description.cbSize = sizeof description;
-    description.lpfnWndProc = procedure;
-    description.hInstance = GetModuleHandleA(nullptr);
-    description.hIcon = LoadIconA(description.hInstance, MAKEINTRESOURCEA(1));
-    description.hCursor = LoadCursorA(nullptr, reinterpret_cast<const char*>(IDC_ARROW));
-    description.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
-    description.lpszClassName = NormalClasses.Window;
-    if (RegisterClassExA(&description) == 0) throw SystemError("RegisterClassEx", GetLastError());
-}
-
-HFONT MakeMessageFont() {
-    NONCLIENTMETRICSA metrics{};
+OwnedFont MakeMessageFont() {
+    NONCLIENTMETRICSW metrics{};
     metrics.cbSize = sizeof metrics;
-    SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-    return CreateFontIndirectA(&metrics.lfMessageFont);
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    return OwnedFont(CreateFontIndirectW(&metrics.lfMessageFont));
 }
 
 BOOL CALLBACK CloseOne(HWND window, LPARAM /*unused*/) {
-    if (IsWindowVisible(window)) PostMessageA(window, WM_CLOSE, 0, 0);
+    if (IsWindowVisible(window)) PostMessageW(window, WM_CLOSE, 0, 0);
     return TRUE;
 }
 
@@ -66,15 +52,16 @@ void CALLBACK CloseUnread(HWND /*window*/, UINT /*message*/, UINT_PTR /*timer*/,
 UpdaterWindow::UpdaterWindow(const Text& caption, OwnedObject only) : m_Caption(caption), m_Only(std::move(only)) {
     const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);
-    RegisterOwnClass(Procedure);
+    const std::wstring className = ToSystem(NormalClasses.Window);
+    RegisterWindowClass(className, Procedure,
+                        {LoadIconW(OwnModule(), MAKEINTRESOURCEW(1)), GetSysColorBrush(COLOR_BTNFACE)});
     RECT outer{0, 0, Scaled(ClientSize.cx), Scaled(ClientSize.cy)};
     AdjustWindowRect(&outer, WindowStyle, FALSE);
     const int width = static_cast<int>(outer.right - outer.left);
     const int height = static_cast<int>(outer.bottom - outer.top);
-    m_Window = OwnedWindow(CreateWindowExA(0, NormalClasses.Window, caption.c_str(), WindowStyle,
-                                           (GetSystemMetrics(SM_CXSCREEN) - width) / 2,
-                                           (GetSystemMetrics(SM_CYSCREEN) - height) / 2, width, height, nullptr,
-                                           nullptr, GetModuleHandleA(nullptr), this));
+    m_Window = OwnedWindow(CreateWindowExW(
+        0, className.c_str(), ToSystem(caption).c_str(), WindowStyle, (GetSystemMetrics(SM_CXSCREEN) - width) / 2,
+        (GetSystemMetrics(SM_CYSCREEN) - height) / 2, width, height, nullptr, nullptr, OwnModule(), this));
     if (!m_Window) throw SystemError("CreateWindowEx", GetLastError());
     Fill();
     UseDialogKeys(m_Window.Get());
@@ -84,26 +71,26 @@ UpdaterWindow::UpdaterWindow(const Text& caption, OwnedObject only) : m_Caption(
 
 void UpdaterWindow::Fill() {
     m_Font = MakeMessageFont();
-    m_Label = Add("STATIC", "", SS_LEFT | SS_NOPREFIX | WS_VISIBLE, LabelPlace, 0);
-    m_Bar = Add(PROGRESS_CLASSA, "", WS_VISIBLE, BarPlace, 0);
-    m_Button = Add("BUTTON", "OK", BS_DEFPUSHBUTTON | WS_TABSTOP, ButtonPlace, IDOK);
+    m_Label = Add(L"STATIC", L"", SS_LEFT | SS_NOPREFIX | WS_VISIBLE, LabelPlace, 0);
+    m_Bar = Add(PROGRESS_CLASSW, L"", WS_VISIBLE, BarPlace, 0);
+    m_Button = Add(L"BUTTON", L"OK", BS_DEFPUSHBUTTON | WS_TABSTOP, ButtonPlace, IDOK);
 }
 
-HWND UpdaterWindow::Add(const char* className, const char* text, DWORD style, RECT place, UINT id) const {
+HWND UpdaterWindow::Add(const wchar_t* className, const wchar_t* text, DWORD style, RECT place, UINT id) const {
     const HWND control =
-        CreateWindowExA(0, className, text, WS_CHILD | style, Scaled(place.left), Scaled(place.top),
+        CreateWindowExW(0, className, text, WS_CHILD | style, Scaled(place.left), Scaled(place.top),
                         Scaled(place.right - place.left), Scaled(place.bottom - place.top), m_Window.Get(),
-                        reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), GetModuleHandleA(nullptr), nullptr);
-    SendMessageA(control, WM_SETFONT, reinterpret_cast<WPARAM>(m_Font), FALSE);
+                        reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), OwnModule(), nullptr);
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(m_Font.Get()), FALSE);
     return control;
 }
 
 void UpdaterWindow::Say(const Text& message) {
-    SetWindowTextA(m_Label, message.c_str());
+    SetWindowTextW(m_Label, ToSystem(message).c_str());
     UpdateWindow(m_Window.Get());
 }
 
-void UpdaterWindow::Progress(int percent) { SendMessageA(m_Bar, PBM_SETPOS, static_cast<WPARAM>(percent), 0); }
+void UpdaterWindow::Progress(int percent) { SendMessageW(m_Bar, PBM_SETPOS, static_cast<WPARAM>(percent), 0); }
 
 void UpdaterWindow::Tell(const Text& message) {
     // Before there is a button: what follows serves messages of other programs, and one of them may press it.
@@ -120,14 +107,14 @@ void UpdaterWindow::Tell(const Text& message) {
 
 void UpdaterWindow::Close() {
     m_Window.Close();
-    if (m_Font != nullptr) DeleteObject(m_Font);
-    m_Font = nullptr;
+    m_Font.Close();
     m_Only.Close();
 }
 
 void UpdaterWindow::TellClosed(const Text& message) {
     const UINT_PTR timer = SetTimer(nullptr, 0, UnreadMs, CloseUnread);
-    MessageBoxA(nullptr, message.c_str(), m_Caption.c_str(), MB_OK | MB_ICONWARNING | MB_SETFOREGROUND);
+    MessageBoxW(nullptr, ToSystem(message).c_str(), ToSystem(m_Caption).c_str(),
+                MB_OK | MB_ICONWARNING | MB_SETFOREGROUND);
     KillTimer(nullptr, timer);
 }
 
@@ -141,7 +128,7 @@ bool UpdaterWindow::Handle(UINT message, WPARAM wParam) {
 LRESULT CALLBACK UpdaterWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     auto* const object = WindowObject<UpdaterWindow>(window, message, lParam);
     if (object != nullptr && object->Handle(message, wParam)) return 0;
-    return DefWindowProcA(window, message, wParam, lParam);
+    return DefWindowProcW(window, message, wParam, lParam);
 }
 
 }  // namespace tb

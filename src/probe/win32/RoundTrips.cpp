@@ -1,11 +1,11 @@
-#include "programs/tbprobe/RoundTrips.h"
+#include "probe/win32/RoundTrips.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
 
-#include "programs/tbprobe/Probe.h"
+#include "probe/win32/Probe.h"
 
 namespace tb {
 

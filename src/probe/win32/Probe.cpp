@@ -1,4 +1,4 @@
-#include "programs/tbprobe/Probe.h"
+#include "probe/win32/Probe.h"
 
 namespace tb {
 
