@@ -46,30 +46,6 @@ ComPointer<IStorage> MakeStored(const std::map<Text, Text>& streams, const CLSID
     return storage;
 }
 
-Text StoredBytes(const std::map<Text, Text>& streams) {
-    ComPointer<ILockBytes> memory;
-    Check(CreateILockBytesOnHGlobal(nullptr, TRUE, memory.Receive()));
-    {
-        ComPointer<IStorage> storage;
-        Check(StgCreateDocfileOnILockBytes(memory.Get(), STGM_CREATE | Access, 0, storage.Receive()));
-        Check(MakeStored(streams)->CopyTo(0, nullptr, nullptr, storage.Get()));
-        Check(storage->Commit(STGC_DEFAULT));
-    }
-    HGLOBAL block = nullptr;
-    Check(GetHGlobalFromILockBytes(memory.Get(), &block));
-    const Text bytes(static_cast<const char*>(GlobalLock(block)), GlobalSize(block));
-    GlobalUnlock(block);
-    return bytes;
-}
-
-ComPointer<IStorage> OpenStored(const Text& bytes) {
-    ComPointer<ILockBytes> memory;
-    Check(CreateILockBytesOnHGlobal(Block(bytes), TRUE, memory.Receive()));
-    ComPointer<IStorage> storage;
-    StgOpenStorageOnILockBytes(memory.Get(), nullptr, Access, nullptr, 0, storage.Receive());
-    return storage;
-}
-
 void OfferedData::AddStored(ComPointer<IStorage> storage) {
     const auto held = std::make_shared<ComPointer<IStorage>>(std::move(storage));
     Contents.push_back([held](STGMEDIUM& medium) {

@@ -32,10 +32,6 @@ CLIPFORMAT FormatOf(const Text& name);
 
 // A compound file in memory with these streams.
 ComPointer<IStorage> MakeStored(const std::map<Text, Text>& streams, const CLSID& classId = StoredMessageClass);
-// The bytes of such a file.
-Text StoredBytes(const std::map<Text, Text>& streams);
-// A compound file of these bytes; none when they are not taken for one.
-ComPointer<IStorage> OpenStored(const Text& bytes);
 
 class OfferedData : public ComObject<IDataObject> {
 public:

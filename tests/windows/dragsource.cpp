@@ -1,13 +1,11 @@
-// A program that one drags from: it offers mails, stored messages and texts, to the mouse or by itself.
-//   dragsource ITEM ...                             opens a window; a press of the mouse button in it begins the drag
-//   dragsource --onto CAPTION ITEM ...   drags by itself onto the window with that caption, without a mouse
+// A program that drags onto another's window: it offers mails, stored messages and texts.
+//   dragsource --onto CAPTION ITEM ...   drags to the middle of the window with that caption and drops there
 // ITEM: what the drag offers
 //   --text TEXT       plain text
 //   --mail FILE       a mail in the Internet's form
 //   --stored FOLDER   a message in stored form, of the files headers, html, rtf and plain there
-//   dragsource --open                               chooses the submissions in the menu of the program's tray icon
-// Prints "pressed" when the mouse button begins a drag, "over" when a window would take it, and the result of a drag
-// and its effect. Exits 0 when it was dropped.
+//   dragsource --open                    chooses the submissions in the menu of the program's tray icon
+// Exits 0 when it was dropped and taken.
 #include <windows.h>
 
 #include <ole2.h>
@@ -31,7 +29,6 @@ namespace {
 
 constexpr int Failed = 1;
 constexpr int WrongUse = 2;
-constexpr DWORD Allowed = DROPEFFECT_COPY;
 
 Text ReadFile(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -62,57 +59,38 @@ void Offer(OfferedData& data, const Text& kind, const std::wstring& value) {
     }
 }
 
-void Print(const char* line) {
-    std::puts(line);
-    std::fflush(stdout);
-}
-
-// Follows the mouse, or drops as soon as the target under it has seen the drag.
+// Drops as soon as the target under it would take it.
 class Source : public ComObject<IDropSource> {
 public:
-    explicit Source(bool byItself) : m_ByItself(byItself) {}
-
-    HRESULT STDMETHODCALLTYPE QueryContinueDrag(BOOL escape, DWORD keys) noexcept override {
+    HRESULT STDMETHODCALLTYPE QueryContinueDrag(BOOL escape, DWORD) noexcept override {
         if (escape) return DRAGDROP_S_CANCEL;
-        if (m_ByItself) return m_Seen ? DRAGDROP_S_DROP : S_OK;
-        return (keys & MK_LBUTTON) == 0 ? DRAGDROP_S_DROP : S_OK;
+        return m_Seen ? DRAGDROP_S_DROP : S_OK;
     }
     HRESULT STDMETHODCALLTYPE GiveFeedback(DWORD effect) noexcept override {
-        if (!m_Seen && effect != DROPEFFECT_NONE) Print("over");
         m_Seen = m_Seen || effect != DROPEFFECT_NONE;
         return DRAGDROP_S_USEDEFAULTCURSORS;
     }
 
 private:
-    const bool m_ByItself;
     bool m_Seen = false;
 };
 
-bool Drag(OfferedData& data, bool byItself) {
-    const ComPointer<IDropSource> source(new Source(byItself));
-    DWORD effect = 0;
-    const HRESULT result = DoDragDrop(&data, source.Get(), Allowed, &effect);
-    char line[40];
-    std::snprintf(line, sizeof line, "%08lx %lu", static_cast<unsigned long>(result),
-                  static_cast<unsigned long>(effect));
-    Print(line);
-    return result == DRAGDROP_S_DROP && effect != DROPEFFECT_NONE;
-}
-
 // The menu takes keys through the window that owns it: the letter of "&Submit Scams".
 int OpenSubmissions() {
-    const HWND tray = FindWindowA(nullptr, "Trawlbeam Tray");
+    const HWND tray = FindWindowW(nullptr, L"Trawlbeam Tray");
     DWORD process = 0;
     if (GetWindowThreadProcessId(tray, &process) == 0) throw RuntimeError(0, "there is no program");
-    PostMessageA(tray, TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
+    PostMessageW(tray, TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
     if (!Eventually([&] { return OpenMenu(process) != nullptr; })) throw RuntimeError(0, "the menu did not open");
-    PostMessageA(tray, WM_CHAR, 's', 0);
+    PostMessageW(tray, WM_CHAR, 's', 0);
     return 0;
 }
 
 HWND FindTarget(const Text& caption) {
     HWND window = nullptr;
-    const auto find = [&] { return IsWindowVisible(window = FindWindowA(nullptr, caption.c_str())) != FALSE; };
+    const auto find = [&] {
+        return IsWindowVisible(window = FindWindowW(nullptr, ToSystem(caption).c_str())) != FALSE;
+    };
     if (!Eventually(find)) throw RuntimeError(0, "there is no window " + caption);
     return window;
 }
@@ -133,41 +111,16 @@ bool DragOnto(OfferedData& data, const Text& caption) {
     std::thread pushes([&] {
         for (int count = 0; !over; ++count) {
             if (count % 50 == 0) PlaceMouse(target);
-            PostThreadMessageA(thread, WM_KEYUP, VK_F24, 0);
+            PostThreadMessageW(thread, WM_KEYUP, VK_F24, 0);
             Sleep(2);
         }
     });
-    const bool dropped = Drag(data, true);
+    const ComPointer<IDropSource> source(new Source);
+    DWORD effect = 0;
+    const HRESULT result = DoDragDrop(&data, source.Get(), DROPEFFECT_COPY, &effect);
     over = true;
     pushes.join();
-    return dropped;
-}
-
-OfferedData* g_Offered = nullptr;
-
-LRESULT CALLBACK Pressed(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_LBUTTONDOWN) {
-        Print("pressed");
-        Drag(*g_Offered, false);
-        return 0;
-    }
-    if (message == WM_DESTROY) PostQuitMessage(0);
-    return DefWindowProcA(window, message, wParam, lParam);
-}
-
-// Until it is closed.
-void ShowWindowToDragFrom(OfferedData& data) {
-    g_Offered = &data;
-    WNDCLASSA description{};
-    description.lpfnWndProc = &Pressed;
-    description.hInstance = GetModuleHandleA(nullptr);
-    description.lpszClassName = "DragSource";
-    description.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
-    RegisterClassA(&description);
-    CreateWindowExA(0, "DragSource", "dragsource", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 20, 260, 160, nullptr, nullptr,
-                    description.hInstance, nullptr);
-    MSG message;
-    while (GetMessageA(&message, nullptr, 0, 0) > 0) DispatchMessageA(&message);
+    return result == DRAGDROP_S_DROP && effect != DROPEFFECT_NONE;
 }
 
 int Run(const std::vector<std::wstring>& arguments) {
@@ -185,9 +138,8 @@ int Run(const std::vector<std::wstring>& arguments) {
             Offer(*data.Get(), name.substr(2), value);
         }
     }
-    if (!onto.empty()) return DragOnto(*data.Get(), onto) ? 0 : Failed;
-    ShowWindowToDragFrom(*data.Get());
-    return 0;
+    if (onto.empty()) return WrongUse;
+    return DragOnto(*data.Get(), onto) ? 0 : Failed;
 }
 
 }  // namespace
@@ -203,6 +155,6 @@ int main() {
             status = tb::Run({arguments + 1, arguments + count});
         },
         [](const tb::RuntimeError& error) { std::fprintf(stderr, "dragsource: %s\n", error.what()); });
-    if (status == tb::WrongUse) std::fprintf(stderr, "usage: dragsource [--onto CAPTION] ITEM ...\n");
+    if (status == tb::WrongUse) std::fprintf(stderr, "usage: dragsource --onto CAPTION ITEM ...\n");
     return status;
 }

@@ -154,36 +154,6 @@ TEST_F(DropTargetTest, ContentsThatLieHoldNothing) {
     EXPECT_TRUE(m_Errors.empty());
 }
 
-// Wherever the file is cut: what is read is the stream, a part of it or an error, and never more.
-TEST_F(DropTargetTest, ACutCompoundFileGivesNoMoreThanItHas) {
-    Text body;
-    while (body.size() < 20000) body += std::to_string(body.size()) + "\r\n";
-    const Text file = StoredBytes({{HeadersStream, "Subject: cut\r\n"}, {HtmlStream, body}});
-    int whole = 0, broken = 0;
-    for (size_t size = 0; size <= file.size(); size += 509) {
-        auto storage = OpenStored(file.substr(0, std::min(size + 508, file.size())));
-        if (!storage) {
-            ++broken;
-            continue;
-        }
-        m_Offered->Contents.clear();
-        m_Offered->AddStored(std::move(storage));
-        Text read = "-";
-        Drop([&](DropData& data) {
-            const auto stored = data.Native()->Storage(0);
-            Trap([&] { read = stored->Stream(HtmlStream).value_or("-"); }, [](const RuntimeError&) {});
-        });
-        if (read == body) {
-            ++whole;
-        } else {
-            ++broken;
-            EXPECT_LE(read.size(), body.size()) << size;
-        }
-    }
-    EXPECT_GT(whole, 0);
-    EXPECT_GT(broken, 3);
-}
-
 TEST_F(DropTargetTest, TheSourceIsNeverToldToDelete) {
     m_Offered->Blocks[CF_TEXT] = "x";
     int drops = 0;

@@ -1,19 +1,16 @@
-// Starts and exits of the real program, told by the log that it writes.
+// Starts of the real program, told by the log that it writes.
 #include "windows/LoopbackServer.h"
 // Windows' sockets come before all else.
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <thread>
 
 #include "base/codepage.h"
 #include "platform/win32/Win32Files.h"
 #include "shell/helpers/DebugSwitch.h"
 #include "sitedb/codec/Encryption.h"
 #include "windows/Browser.h"
-#include "windows/FlatMemory.h"
 #include "windows/RunningProgram.h"
-#include "windows/TrayMenu.h"
 
 namespace tb {
 namespace {
@@ -30,6 +27,7 @@ const Text FirstLoaded = NoReference + OwnReference + Loaded;
 const Text SetupBegun = " D Controller StartActivity (Count = 1): Trawlbeam Setup\n";
 const Text SetupEnded = "Controller EndActivity (Count = 0): Trawlbeam Setup\n";
 const Text Shutdown = "   Trawlbeam Shutdown " TRAWLBEAM_VERSION "\n";
+const Text Blocked = RunningProgram::Blocked;
 
 Text Ask(const Text& fields) { return Browser().Ask(fields); }
 
@@ -45,15 +43,47 @@ Text WithoutSession(const Text& log) {
     return lines;
 }
 
-TEST(StartOfTheProgram, TheFirstTimeItLosesItsLinesAndMakesItsFolders) {
-    RunningProgram program;
-    const std::filesystem::path folder = program.Folder().Path();
-    EXPECT_EQ(program.Folder().Log(), FirstLoaded);
-    for (const char* made : {"Log", "Data\\InProcess", "Data\\InProcess\\Error"}) {
-        EXPECT_TRUE(std::filesystem::is_directory(folder / made)) << made;
+// The first start has no folder for its first lines; the second tells all. What was allowed holds, whatever characters
+// stood in one of the URLs.
+TEST(StartOfTheProgram, TheSecondTimeItKnowsTheFirst) {
+    const auto folder = std::make_shared<ProgramFolder>();
+    // No second cycle writes a line in between.
+    folder->WriteSetting("TIMERS", "EVILDB_INTERVAL", "3600");
+    const auto checked = [](const Text& url, const Text& reply) {
+        return "   Checking: " + url + " (" + reply + ")\n";
+    };
+    const auto ask = [&](const char* url, const Text& reply) {
+        EXPECT_EQ(Ask(Text("Check\t") + url), reply);
+        return checked(url, reply);
+    };
+    Text lines = FirstLoaded;
+    {
+        const RunningProgram program(folder);
+        EXPECT_EQ(folder->Log(), lines);
+        for (const char* made : {"Log", "Data\\InProcess", "Data\\InProcess\\Error"}) {
+            EXPECT_TRUE(std::filesystem::is_directory(folder->Path() / made)) << made;
+        }
+        EXPECT_EQ(folder->Settings().find("AutoUpdate"), Text::npos) << "defaults are kept in memory";
+        for (int times = 0; times < 2; ++times) {
+            EXPECT_EQ(RunningProgram::ExitThroughTray(false), 0U);
+            lines += Shutdown + ask("https://phish.test", Blocked);
+        }
+        EXPECT_EQ(folder->Log(), lines);
+        for (const char* url : {"https://phish.test/", "http://evil.example/offer%3Cb%0D%0A&lt;"}) {
+            EXPECT_EQ(Ask(Text("Allow\t") + url), "");
+        }
+        EXPECT_EQ(Ask("Check\thttps://phish.test/x"), "OK");
+        EXPECT_EQ(RunningProgram::ExitThroughTray(true), 0U);
+        EXPECT_EQ(program.WaitForEnd(), 0U);
     }
-    EXPECT_EQ(program.Folder().Settings().find("AutoUpdate"), Text::npos) << "defaults are kept in memory";
-    EXPECT_EQ(Ask("Check\thttps://phish.test/x"), RunningProgram::Blocked);
+    EXPECT_TRUE(folder->Log().ends_with(Shutdown));
+    EXPECT_NE(folder->Settings().find("<ELEMENT NAME='AutoUpdate'>1</ELEMENT>"), Text::npos);
+    const size_t first = folder->Log().size();
+    const RunningProgram second(folder);
+    EXPECT_EQ(folder->Log().substr(first), Begun + OwnReference + Loaded);
+    ask("https://phish.test/x", "OK");
+    ask("http://evil.example/offer%3Cb%0D%0A&lt;/c", "OK");
+    ask("http://evil.example/offer", Blocked);
 }
 
 // The folder's program has other bytes in the place of those that it has once.
@@ -67,21 +97,6 @@ void ReplaceInProgram(const ProgramFolder& folder, const Text& found, const Text
     const auto file = files.OpenForWriting(program);
     file->Write(bytes);
     file->Finish();
-}
-
-TEST(StartOfTheProgram, WithoutDefaultsAndServiceItRunsOn) {
-    const auto folder = std::make_shared<ProgramFolder>();
-    // A port where no service of this machine answers. The compiler may keep the address in pieces of eight bytes; this
-    // is one of them.
-    ReplaceInProgram(*folder, "?}:8765/", "?}:0001/");
-    std::filesystem::create_directory(folder->Path() / "Log");
-    std::filesystem::remove(folder->Path() / "Data" / "defaults.bin");
-    const RunningProgram program(folder);
-    EXPECT_EQ(folder->Log(), Begun +
-                                 "   Missing Defaults File: defaults.bin\n"
-                                 "   Error retrieving file head from defaults.bin\n" +
-                                 FirstLoaded);
-    EXPECT_EQ(Ask("Check\thttps://phish.test/x"), RunningProgram::Blocked);
 }
 
 // The answers of a service that has come to life.
@@ -105,10 +120,11 @@ Text LateAnswer(const Text& request, const Text& server) {
     return request.rfind("HEAD", 0) == 0 ? head : head + body;
 }
 
-TEST(StartOfTheProgram, WithoutAServiceIsMadeGoodWhenThereIsOne) {
+TEST(StartOfTheProgram, WithoutDefaultsAndServiceItRunsOnUntilThereIsOne) {
     std::atomic<bool> isAlive{false};
     Text address;
-    // The port's digits are as many as those in the program. A connection is closed without an answer at first.
+    // The port's digits are as many as those in the program; the compiler may keep the address in pieces of eight
+    // bytes, of which this is one. A connection is closed without an answer at first.
     const LoopbackServer server(
         [&](const LoopbackServer::Connection& connection, const Text& request) {
             if (isAlive) connection.Send(LateAnswer(request, address));
@@ -117,28 +133,21 @@ TEST(StartOfTheProgram, WithoutAServiceIsMadeGoodWhenThereIsOne) {
     address = server.Url("");
     const auto folder = std::make_shared<ProgramFolder>();
     ReplaceInProgram(*folder, "?}:8765/", "?}:" + std::to_string(server.Port()) + "/");
-    std::filesystem::remove_all(folder->Path() / "Data");
-    std::filesystem::create_directory(folder->Path() / "Data");
+    std::filesystem::create_directory(folder->Path() / "Log");
+    std::filesystem::remove(folder->Path() / "Data" / "defaults.bin");
     folder->WriteSetting("TIMERS", "EVILDB_INTERVAL", "4");
     const RunningProgram program(folder);
+    const Text missed = Begun +
+                        "   Missing Defaults File: defaults.bin\n   Error retrieving file head from defaults.bin\n" +
+                        NoReference;
+    EXPECT_EQ(folder->Log().substr(0, missed.size()), missed);
+    EXPECT_EQ(Ask("Check\thttps://phish.test/x"), Blocked);
     EXPECT_EQ(Ask("Check\thttp://late.test/x"), "OK");
     isAlive = true;
     // A first cycle that came too early for it is followed by a pause of a minute.
     EXPECT_TRUE(Eventually([] { return Ask("Check\thttp://late.test/x") == "Validated: d  (Category: Third)"; }))
         << folder->Log();
     EXPECT_NE(program.Log().find("   defaults.bin has come: updating\n   reference.bin has come\n"), Text::npos);
-}
-
-TEST(StartOfTheProgram, TheSecondTimeItTellsThatItStarts) {
-    const auto folder = std::make_shared<ProgramFolder>();
-    {
-        const RunningProgram first(folder);
-        EXPECT_EQ(RunningProgram::ExitThroughTray(true), 0U);
-        EXPECT_EQ(first.WaitForEnd(), 0U);
-    }
-    EXPECT_EQ(folder->Log(), FirstLoaded + Shutdown);
-    const RunningProgram second(folder);
-    EXPECT_EQ(folder->Log(), FirstLoaded + Shutdown + Begun + OwnReference + Loaded);
 }
 
 TEST(StartOfTheProgram, InDebugModeItTellsEachStep) {
@@ -153,16 +162,13 @@ TEST(StartOfTheProgram, InDebugModeItTellsEachStep) {
     log.replace(phase + 17, log.find(" seconds", phase) - phase - 17, "N");
     EXPECT_EQ(log, Begun + " D Trawlbeam.ini initialized\n" + SetupBegun + NoReference + OwnReference +
                        "   Malicious Database Load TBDB202611210900.BIN: 2\n" + NoUpdate +
-                       " D Submission Timer N seconds\n"
-                       " D EvilDB Timer 60 seconds\n"
-                       " D FreeMem Timer 1800 seconds\n"
-                       " D " +
+                       " D Submission Timer N seconds\n D EvilDB Timer 60 seconds\n D FreeMem Timer 1800 seconds\n D " +
                        SetupEnded);
-    const HWND diagnostics = FindWindowA(NormalClasses.Window, "Trawlbeam Controller Debug");
+    const HWND diagnostics = FindWindowW(L"ThunderRT6FormDC", L"Trawlbeam Controller Debug");
     EXPECT_TRUE(IsWindowVisible(diagnostics));
     // Closing it by its frame does not end the program.
-    SendMessageA(diagnostics, WM_CLOSE, 0, 0);
-    EXPECT_EQ(Ask("Check\thttps://phish.test"), RunningProgram::Blocked);
+    SendMessageW(diagnostics, WM_CLOSE, 0, 0);
+    EXPECT_EQ(Ask("Check\thttps://phish.test"), Blocked);
 }
 
 // In debug mode. The settings are gone before the last line, which is therefore written in any mode.
@@ -209,88 +215,32 @@ Text FirstStrings(const Text& range, const Text& agent) {
     return wide;
 }
 
-// A folder with a log, whose program has other strings.
-void ReplaceStrings(const ProgramFolder& folder, const Text& range, const Text& agent) {
-    ReplaceInProgram(folder, FirstStrings("256-296", "1"), FirstStrings(range, agent));
-    std::filesystem::create_directory(folder.Path() / "Log");
-}
-
-TEST(StartOfTheProgram, StopsWithoutASkin) {
-    const OnlyProgram only;
-    const ProgramFolder folder;
-    ReplaceStrings(folder, "256-29x", "1");
-    EXPECT_EQ(ProgramProcess(folder.Path() / "Trawlbeam.exe").WaitForEnd(), 0U);
-    EXPECT_EQ(folder.Log(), Begun + "   Error Read Skin XML: Type mismatch\n   ReadSkinXML Failure\n");
-}
-
-// The program shows a message box and waits for the user, who presses that button.
-void Press(const ProgramProcess& program, int button, const Text& text = {}) {
+// The program shows a message box with that text and waits for the user, who presses that button.
+struct Answer {
+    int Button;
+    const wchar_t* Text;
+};
+void Press(const ProgramProcess& program, const Answer& answer) {
     HWND box = nullptr;
     ASSERT_TRUE(Eventually([&] {
         box = FindWindowOf(program.Id(), "#32770", "Trawlbeam");
-        char shown[1024] = "";
-        GetWindowTextA(GetDlgItem(box, 0xFFFF), shown, sizeof shown);
-        return box != nullptr && Text(shown).find(text) != Text::npos;
-    })) << text;
+        wchar_t shown[1024] = L"";
+        GetWindowTextW(GetDlgItem(box, 0xFFFF), shown, 1024);
+        return box != nullptr && std::wstring_view(shown).find(answer.Text) != std::wstring_view::npos;
+    })) << FromWide(reinterpret_cast<const char16_t*>(answer.Text));
     EXPECT_EQ(program.WaitForEnd(0), static_cast<DWORD>(STILL_ACTIVE)) << "it waits for the user";
-    PostMessageA(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
+    PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(answer.Button), 0);
 }
 
-// The status with which it ends behind its message.
-DWORD EndAfterItsMessage(const ProgramFolder& folder) {
-    const ProgramProcess program(folder.Path() / "Trawlbeam.exe");
-    Press(program, IDOK);
-    return program.WaitForEnd();
-}
-
-TEST(StartOfTheProgram, AnUnexpectedErrorIsShownAndEndsIt) {
-    const OnlyProgram only;
-    const Text error = "   Trawlbeam error: 13 Type mismatch\n";
-    const ProgramFolder first;
-    ReplaceStrings(first, "256-296", "x");
-    EXPECT_EQ(EndAfterItsMessage(first), 1U);
-    EXPECT_EQ(first.Log(), error) << "the agent's number comes before all else";
-    const ProgramFolder later;
-    later.WriteSetting("Main", "BackColor", "no number");
-    std::filesystem::create_directory(later.Path() / "Log");
-    EXPECT_EQ(EndAfterItsMessage(later), 1U);
-    EXPECT_EQ(later.Log(), Begun + error);
-}
-
-TEST(StartOfTheProgram, ADataFileThatDoesNotLoadStopsIt) {
-    const OnlyProgram only;
-    const ProgramFolder defaults;
-    std::filesystem::create_directory(defaults.Path() / "Log");
-    defaults.WriteData("defaults.bin", "no frame");
-    EXPECT_EQ(ProgramProcess(defaults.Path() / "Trawlbeam.exe").WaitForEnd(), 0U);
-    const Text noFrame = "   Error ChkEncryptString: 5 Invalid procedure call or argument\n";
-    EXPECT_EQ(defaults.Log(), Begun + noFrame + "   Load defaults format error\n   CheckLoadDefaults TRUE, exiting\n");
-    const ProgramFolder reference;
-    std::filesystem::create_directory(reference.Path() / "Log");
-    reference.WriteSetting("Main", DebugSwitch(), "1");
-    reference.WriteData("reference.bin", "no frame");
-    EXPECT_EQ(EndAfterItsMessage(reference), 0U);
-    EXPECT_EQ(WithoutSession(reference.Log()),
-              Begun + " D Trawlbeam.ini initialized\n" + SetupBegun + noFrame +
-                  "   Load reference data format error\n   Error Load Reference Data: 0 \n"
-                  "   Error TrawlMain: LoadReferenceData 0 \n" +
-                  StopAt("CheckLoadReferenceData TRUE, exiting"));
-}
-
-// What gates of the start say and do, each in a folder of its own: how it is prepared, what the user answers, and the
-// lines behind the first two of the start, up to those of the reference data or the end.
+// What stops or heals a start, each in a folder of its own with a log: how it is prepared, what the user answers, the
+// lines behind the first two of the start, and the status at its end.
 TEST(GatesOfTheProgram, HealWhatIsWrongOrStop) {
     using Folder = ProgramFolder;
-    const auto defaults = [](const Text& versions) {
-        return [versions](const Folder& folder) {
-            folder.WriteData("defaults.bin", EncryptStringChk("<D><G NAME='MAIN'>" + versions + "</G></D>"));
+    constexpr DWORD Runs = STILL_ACTIVE;
+    const auto replaceStrings = [](const Text& range, const Text& agent) {
+        return [=](const Folder& folder) {
+            ReplaceInProgram(folder, FirstStrings("256-296", "1"), FirstStrings(range, agent));
         };
-    };
-    const auto expired = defaults("<E NAME='EXPIREVER'>9.0.0</E>");
-    const auto warned = defaults("<E NAME='WARNVER'>9.0</E><E NAME='EXPIREVER'></E>");
-    const auto pending = [](const Folder& folder) {
-        std::filesystem::create_directory(folder.Path() / "Updates");
-        std::ofstream(folder.Path() / "Updates" / "updates.xml") << "<U VERSION='1'/>";
     };
     const auto incomplete = [](const Folder& folder) {
         for (const char* name : {"tbDTab6.ocx", "MBListEx.ocx", "tbSender.dll", "tbBHOCfg.dll", "tbBHBridge.dll",
@@ -298,179 +248,82 @@ TEST(GatesOfTheProgram, HealWhatIsWrongOrStop) {
             std::filesystem::remove(folder.Path() / name);
         }
     };
-    struct Button {
-        int Pressed;
-        const char* Text;
-    };
-    const Button yes{IDYES, "Install updates?"}, no{IDNO, "Install updates?"};
-    const Button refused{IDOK, "Trawlbeam cannot continue until pending updates are installed"};
-    const Text asked = "   There are updates waiting to install, asking user to install.\n";
-    const Text newer = "   IsVersionNewerThan - ExpireVer: 9.0.0 " TRAWLBEAM_VERSION "\n";
     struct Case {
         const char* Name;
-        std::vector<std::function<void(const Folder&)>> Prepare;
-        std::vector<Button> Answers;
+        std::function<void(const Folder&)> Prepare;
+        std::vector<Answer> Answers;
         Text Lines;
-        bool Runs;
+        DWORD Status;
+        const char* Program = "Trawlbeam.exe";
     };
     const Case cases[] = {
-        {"incomplete",
-         {incomplete},
+        {"no skin",
+         replaceStrings("256-29x", "1"),
          {},
-         "   Missing required components, set NeedToUpdate: Trawlbeam.chm, tbUpdater.exe, MBListEx.ocx, tbSender.dll, "
-         "tbDTab6.ocx, TrawlbeamHelper.dll, tbBHOCfg.dll, tbBHBridge.dll\n",
-         true},
-        {"incomplete with updates",
-         {incomplete, pending},
-         {no, refused},
-         asked + "   Missing required components and updates pending, exiting...\n",
-         false},
-        {"expired", {expired}, {}, newer + "   Expired version, set NeedToUpdate\n", true},
-        {"expired with updates",
-         {expired, pending},
-         {no, refused},
-         asked + newer + "   Expired version and pending updates to install, exiting...\n",
-         false},
-        {"warned, Yes",
-         {warned},
-         {{IDYES, "is out of date and should be upgraded."}},
-         "   IsVersionNewerThan - WarnVer: 9.0 " TRAWLBEAM_VERSION "\n   Warn version, set NeedToUpdate\n",
-         true},
-        {"updates, No", {pending}, {no}, asked, true},
+         Begun + "   Error Read Skin XML: Type mismatch\n   ReadSkinXML Failure\n",
+         0},
+        {"an unexpected error, before all else",
+         replaceStrings("256-296", "x"),
+         {{IDOK, L"13 Type mismatch"}},
+         "   Trawlbeam error: 13 Type mismatch\n",
+         1},
+        {"a data file that does not load",
+         [](const Folder& folder) {
+             folder.WriteSetting("Main", DebugSwitch(), "1");
+             folder.WriteData("reference.bin", "no frame");
+         },
+         {{IDOK, L""}},
+         Begun + " D Trawlbeam.ini initialized\n" + SetupBegun +
+             "   Error ChkEncryptString: 5 Invalid procedure call or argument\n   Load reference data format error\n"
+             "   Error Load Reference Data: 0 \n   Error TrawlMain: LoadReferenceData 0 \n" +
+             StopAt("CheckLoadReferenceData TRUE, exiting"),
+         0},
+        {"incomplete",
+         incomplete,
+         {},
+         Begun +
+             "   Missing required components, set NeedToUpdate: Trawlbeam.chm, tbUpdater.exe, MBListEx.ocx, "
+             "tbSender.dll, tbDTab6.ocx, TrawlbeamHelper.dll, tbBHOCfg.dll, tbBHBridge.dll\n" +
+             FirstLoaded,
+         Runs},
         {"updates, Yes, without updater",
-         {incomplete, pending},
-         {yes, {IDOK, "Trawlbeam tbUpdater.exe updater program did not start."}, refused},
-         asked + "   Check install pending updates, launching updater (CheckInstallPendingUpdates)\n"
-                 "   Launching Trawlbeam updater program (LaunchUpdater): Trawlbeam.exe\n"
-                 "   Trawlbeam tbUpdater.exe updater program did not start (0), PATH\\tbUpdater.exe\n"
-                 "   Missing required components and updates pending, exiting...\n",
-         false},
-    };
+         [&](const Folder& folder) {
+             incomplete(folder);
+             std::filesystem::create_directory(folder.Path() / "Updates");
+             std::ofstream(folder.Path() / "Updates" / "updates.xml") << "<U VERSION='1'/>";
+         },
+         {{IDYES, L"Install updates?"},
+          {IDOK, L"Trawlbeam tbUpdater.exe updater program did not start."},
+          {IDOK, L"Trawlbeam cannot continue until pending updates are installed"}},
+         Begun +
+             "   There are updates waiting to install, asking user to install.\n"
+             "   Check install pending updates, launching updater (CheckInstallPendingUpdates)\n"
+             "   Launching Trawlbeam updater program (LaunchUpdater): Trawlbeam.exe\n"
+             "   Trawlbeam tbUpdater.exe updater program did not start (0), PATH\\tbUpdater.exe\n"
+             "   Missing required components and updates pending, exiting...\n D " +
+             SetupEnded,
+         0},
+        {"renamed",
+         [](const Folder& folder) {
+             std::filesystem::rename(folder.Path() / "Trawlbeam.exe", folder.Path() / "x.exe");
+         },
+         {{IDOK, L"'Trawlbeam.exe' has been renamed to: 'x.exe'."}},
+         Begun + "   Trawlbeam 'Trawlbeam.exe' has been renamed to: 'x.exe', exiting\n D " + SetupEnded,
+         0,
+         "x.exe"}};
     const OnlyProgram only;
     for (const Case& one : cases) {
         SCOPED_TRACE(one.Name);
         const Folder folder;
         std::filesystem::create_directory(folder.Path() / "Log");
-        for (const auto& prepare : one.Prepare) prepare(folder);
-        const ProgramProcess program(folder.Path() / "Trawlbeam.exe");
-        for (const Button& answer : one.Answers) Press(program, answer.Pressed, answer.Text);
-        const Text expected = Begun + ReplaceAll(one.Lines, "PATH", PathText(folder.Path())) +
-                              (one.Runs ? FirstLoaded : " D " + SetupEnded);
-        EXPECT_TRUE(Eventually([&] { return folder.Log().size() >= expected.size(); }));
-        EXPECT_EQ(program.WaitForEnd(one.Runs ? 0 : DeadlineMs), one.Runs ? static_cast<DWORD>(STILL_ACTIVE) : 0U);
-        EXPECT_EQ(folder.Log(), expected);
+        one.Prepare(folder);
+        const ProgramProcess program(folder.Path() / one.Program);
+        for (const Answer& answer : one.Answers) Press(program, answer);
+        const Text expected = ReplaceAll(one.Lines, "PATH", PathText(folder.Path()));
+        EXPECT_TRUE(Eventually([&] { return folder.Log().size() >= expected.size(); })) << folder.Log();
+        EXPECT_EQ(program.WaitForEnd(one.Status == Runs ? 0 : DeadlineMs), one.Status);
+        EXPECT_EQ(WithoutSession(folder.Log()), expected);
     }
-}
-
-TEST(GatesOfTheProgram, ARenamedProgramOnlyTellsHowToRenameIt) {
-    const OnlyProgram only;
-    const ProgramFolder folder;
-    std::filesystem::create_directory(folder.Path() / "Log");
-    std::filesystem::rename(folder.Path() / "Trawlbeam.exe", folder.Path() / "x.exe");
-    const ProgramProcess program(folder.Path() / "x.exe");
-    Press(program, IDOK, "'Trawlbeam.exe' has been renamed to: 'x.exe'.");
-    EXPECT_EQ(program.WaitForEnd(), 0U);
-    EXPECT_EQ(folder.Log(),
-              Begun + "   Trawlbeam 'Trawlbeam.exe' has been renamed to: 'x.exe', exiting\n D " + SetupEnded);
-}
-
-TEST(ExitOfTheProgram, AsksAndWithNoGoesOn) {
-    RunningProgram program;
-    const Text blocked = Text("   Checking: https://phish.test (") + RunningProgram::Blocked + ")\n";
-    for (int times = 0; times < 2; ++times) {
-        EXPECT_EQ(RunningProgram::ExitThroughTray(false), 0U);
-        EXPECT_EQ(Ask("Check\thttps://phish.test"), RunningProgram::Blocked);
-    }
-    const Text refused = Shutdown + blocked + Shutdown + blocked;
-    EXPECT_EQ(program.Log(), refused);
-    EXPECT_EQ(RunningProgram::ExitThroughTray(true), 0U);
-    EXPECT_EQ(program.WaitForEnd(), 0U);
-    EXPECT_EQ(program.Top(), nullptr);
-    EXPECT_EQ(program.Log(), refused + Shutdown);
-    EXPECT_NE(program.Folder().Settings().find("<ELEMENT NAME='AutoUpdate'>1</ELEMENT>"), Text::npos);
-}
-
-// As the system ends it; false where the program forbids that.
-bool EndSession() {
-    const HWND controller = FindWindowA(NormalClasses.Window, "Trawlbeam Controller");
-    if (controller == nullptr || SendMessageA(controller, WM_QUERYENDSESSION, 0, 0) != TRUE) return false;
-    SendMessageA(controller, WM_ENDSESSION, TRUE, 0);
-    return true;
-}
-
-TEST(ExitOfTheProgram, NeitherAsksNorWaitsAtTheEndOfTheSession) {
-    RunningProgram program;
-    SendMessageA(program.Top(), WM_CLOSE, 0, 0);
-    EXPECT_EQ(Ask("Check\thttps://phish.test"), RunningProgram::Blocked) << "the tray's window cannot be closed";
-    EXPECT_TRUE(EndSession());
-    EXPECT_EQ(program.WaitForEnd(), 0U);
-    EXPECT_NE(program.Folder().Settings().find("AutoUpdate"), Text::npos);
-}
-
-TEST(ExitOfTheProgram, EndsWithTheSessionThoughItsMenuIsOpen) {
-    RunningProgram program;
-    PostMessageA(program.Top(), TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
-    ASSERT_TRUE(Eventually([&] { return OpenMenu(program.ProcessId()) != nullptr; }));
-    EXPECT_TRUE(EndSession());
-    EXPECT_EQ(program.WaitForEnd(), 0U);
-}
-
-// The request goes on in a program that has dropped its list.
-TEST(ExitOfTheProgram, EndsThoughARequestWaitsForItsMessageToBeClosed) {
-    for (const bool session : {true, false}) {
-        RunningProgram program;
-        Text reply = "not yet";
-        std::thread asker([&] { reply = Ask("Nope\tx"); });
-        EXPECT_TRUE(Eventually([&] { return FindWindowOf(program.ProcessId(), "#32770") != nullptr; }));
-        if (session) {
-            EXPECT_TRUE(EndSession());
-        } else {
-            EXPECT_EQ(RunningProgram::ExitThroughTray(true), 0U);
-        }
-        EXPECT_EQ(program.WaitForEnd(), 0U) << session;
-        asker.join();
-        EXPECT_EQ(reply, "") << session;
-    }
-}
-
-class LifeOfTheProgram : public testing::Test {
-protected:
-    // The program's timers by the numbers of their messages.
-    static constexpr WPARAM Timers[] = {1, 2};
-
-    static std::shared_ptr<ProgramFolder> Folder() {
-        auto folder = std::make_shared<ProgramFolder>();
-        folder->WriteSetting("TIMERS", "EVILDB_INTERVAL", "0");
-        return folder;
-    }
-    void Tick(int times) {
-        const HWND controller = FindWindowA(NormalClasses.Window, "Trawlbeam Controller");
-        for (int count = 0; count < times; ++count) {
-            for (const WPARAM timer : Timers) PostMessageA(controller, WM_TIMER, timer, 0);
-            SendMessageA(controller, WM_NULL, 0, 0);
-        }
-    }
-    bool OpenAndCloseMenu(int times) {
-        const DWORD id = m_Program.ProcessId();
-        for (int count = 0; count < times; ++count) {
-            PostMessageA(m_Program.Top(), TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
-            if (!Eventually([&] { return OpenMenu(id) != nullptr; })) return false;
-            PostMessageA(m_Program.Top(), WM_KEYDOWN, VK_ESCAPE, 0);
-            if (!Eventually([&] { return OpenMenu(id) == nullptr; })) return false;
-        }
-        return true;
-    }
-
-    RunningProgram m_Program{Folder()};
-};
-
-TEST_F(LifeOfTheProgram, LeavesMemoryFlat) {
-    Tick(100);
-    ASSERT_TRUE(OpenAndCloseMenu(20));
-    const FlatMemory memory(m_Program.Process());
-    Tick(1000);
-    ASSERT_TRUE(OpenAndCloseMenu(200));
-    memory.Expect("1000 timer cycles, 200 menu openings");
 }
 
 // The program file holds the deployment's skin, cut into string resources, as one text in the code page.
