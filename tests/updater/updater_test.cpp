@@ -80,6 +80,11 @@ protected:
         return world;
     }
     bool IsPending() const { return m_Files->Exists("/app/Updates/updates.xml"); }
+    // Nothing of the update has happened, and the next run may try it again.
+    void ExpectAsBefore() {
+        EXPECT_EQ(Installed(), Old);
+        EXPECT_TRUE(IsPending() && !HasJournal());
+    }
     bool HasJournal() const { return m_Files->Exists("/app/Updates/Backup/installing.xml"); }
 
     std::unique_ptr<ChangingFiles> m_Files;
@@ -131,8 +136,7 @@ TEST_F(Update, AnyCallThatFailsLeavesAWholeVersion) {
             m_Files->FailNoMore();
             if (outcome == UpdateOutcome::Failed) {
                 ++undone;
-                ASSERT_EQ(Installed(), Old);
-                ASSERT_TRUE(IsPending() && !HasJournal());
+                ExpectAsBefore();
                 World left = In("/app/Updates/Backup/57");
                 left.erase("a.dll.used1~");
                 ASSERT_EQ(left, World());
@@ -161,8 +165,7 @@ TEST_F(Update, ThatIsNotWhatWasStagedIsPutBackInTheOppositeOrder) {
     EXPECT_EQ(result.Outcome, UpdateOutcome::Failed);
     EXPECT_EQ(result.Reason, "a.dll: 57 Device I/O error");
     EXPECT_FALSE(result.IsDenied);
-    EXPECT_EQ(Installed(), Old);
-    EXPECT_TRUE(IsPending() && !HasJournal());
+    ExpectAsBefore();
     EXPECT_EQ(replaced, (std::vector<Text>{"a.dll", "z.dll", "tbXML.dll", "Trawlbeam.exe", "Trawlbeam.exe", "tbXML.dll",
                                            "a.dll"}));
 }
@@ -193,6 +196,16 @@ protected:
         const bool wasKilled = m_Files->Calls() - before >= call;
         m_Files->FailNoMore();
         return wasKilled;
+    }
+    // Update 56 was broken off behind a.dll, which 57 relies on therefore.
+    void LayBroken(const Text& state) {
+        Lay(Old);
+        m_Files->Folders.insert({"/app/Updates/Backup", "/app/Updates/Backup/56"});
+        m_Files->Contents["/app/Updates/Backup/56/a.dll"] = "old a";
+        m_Files->Contents["/app/Updates/Backup/installing.xml"] =
+            "<JOURNAL STATE='" + state + "'><F FILE='a.dll' VERSION='56' EXISTED='Y' SIZE='5'/></JOURNAL>";
+        m_Files->Contents["/app/a.dll"] = New.at("a.dll");
+        m_Files->Contents.erase("/app/Updates/a.dll");
     }
     // Kills the next run too, at calls from `first` on in steps, and lets one more end, of which `check` is told.
     template <typename Check>
@@ -277,26 +290,14 @@ TEST_F(KilledUpdate, ThatFailsOnceMoreLeavesAWholeVersion) {
         if (!wasKilled) break;
         if (HasJournal()) KillAgain(1 + call % 5, 5, false, [this](UpdateOutcome) { EXPECT_EQ(Installed(), New); });
     }
-    Lay(Old);
-    m_Files->Folders.insert({"/app/Updates/Backup", "/app/Updates/Backup/56"});
-    m_Files->Contents["/app/Updates/Backup/56/a.dll"] = "old a";
-    m_Files->Contents["/app/Updates/Backup/installing.xml"] =
-        "<JOURNAL STATE='UNDOING'><F FILE='a.dll' VERSION='56' EXISTED='Y' SIZE='5'/></JOURNAL>";
-    std::swap(m_Files->Contents["/app/a.dll"], m_Files->Contents["/app/Updates/a.dll"]);
-    m_Files->Contents.erase("/app/Updates/a.dll");
+    LayBroken("UNDOING");
     check();
     EXPECT_EQ(Installed(), Old);
 }
 
 // The undo of an earlier run took the file for which the new update relies on the program's folder.
 TEST_F(KilledUpdate, ThatLosesAFileByItsUndoIsRemoved) {
-    Lay(Old);
-    m_Files->Folders.insert({"/app/Updates/Backup", "/app/Updates/Backup/56"});
-    m_Files->Contents["/app/Updates/Backup/56/a.dll"] = "old a";
-    m_Files->Contents["/app/Updates/Backup/installing.xml"] =
-        "<JOURNAL STATE='INSTALLING'><F FILE='a.dll' VERSION='56' EXISTED='Y' SIZE='5'/></JOURNAL>";
-    std::swap(m_Files->Contents["/app/a.dll"], m_Files->Contents["/app/Updates/a.dll"]);
-    m_Files->Contents.erase("/app/Updates/a.dll");
+    LayBroken("INSTALLING");
     const auto held = m_Files->OpenForReading("/app/Trawlbeam.exe");
     const UpdateResult result = Run();
     EXPECT_EQ(result.Outcome, UpdateOutcome::Refused) << result.Reason;
@@ -358,8 +359,7 @@ TEST_F(Update, OfOneFileThatIsInUseIsPutBackAndStaysPending) {
         EXPECT_EQ(result.Outcome, UpdateOutcome::Failed);
         EXPECT_EQ(result.Reason, held + ": " + PermissionDenied);
         EXPECT_TRUE(result.IsDenied);
-        EXPECT_EQ(Installed(), Old);
-        EXPECT_TRUE(IsPending() && !HasJournal());
+        ExpectAsBefore();
         EXPECT_EQ(In("/app/Updates/Backup/57"), World());
         EXPECT_EQ(m_Pump.Slept, 1500);
         m_Pump.Slept = 0;
@@ -503,8 +503,7 @@ TEST_F(CourseOfTheUpdater, GivesUpAfterAMinuteOfWaiting) {
     m_Processes.RunningBeside = {"Trawlbeam.exe"};
     Course();
     EXPECT_EQ(m_Pump.Slept, 60000);
-    EXPECT_EQ(Installed(), Old);
-    EXPECT_TRUE(IsPending());
+    ExpectAsBefore();
     EXPECT_TRUE(m_Processes.Started.empty());
     EXPECT_EQ(m_Screen.Calls,
               (std::vector<Text>{m_Begun[0], "tell Trawlbeam is still running, so its update has not been installed.",
