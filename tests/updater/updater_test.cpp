@@ -305,6 +305,27 @@ TEST_F(KilledUpdate, ThatLosesAFileByItsUndoIsRemoved) {
     EXPECT_FALSE(IsPending() || HasJournal());
 }
 
+// The staged file has gone, and what is installed is not the new one.
+TEST_F(KilledUpdate, ThatHasLostAStagedFileIsRefused) {
+    LayBroken("INSTALLING");
+    m_Files->Contents["/app/a.dll"] = "old a";
+    EXPECT_EQ(Run().Reason, "a.dll, installed and not downloaded: 5 bytes, 70000 bytes expected");
+    EXPECT_EQ(Installed(), Old);
+    EXPECT_FALSE(IsPending() || HasJournal());
+}
+
+// What was not replaced yet may be in use.
+TEST_F(KilledUpdate, ThatReplacedNothingTouchesNothingWhenItIsUndone) {
+    LayBroken("INSTALLING");
+    m_Files->Contents["/app/a.dll"] = "old a";
+    m_Files->Contents.erase("/app/Updates/updates.xml");
+    const auto held = m_Files->OpenForReading("/app/a.dll");
+    EXPECT_EQ(Run().Outcome, UpdateOutcome::Nothing);
+    EXPECT_EQ(m_Pump.Slept, 0);
+    EXPECT_EQ(Installed(), Old);
+    EXPECT_FALSE(HasJournal());
+}
+
 // The program ran on what a kill has left, and its check has replaced the pending update or dropped it.
 TEST_F(KilledUpdate, MeetsAnotherUpdateOrNone) {
     World later = New;
