@@ -73,7 +73,7 @@ HRESULT OfferedData::GetData(FORMATETC* asked, STGMEDIUM* medium) noexcept {
     const auto block = Blocks.find(asked->cfFormat);
     const auto stream = Streams.find(asked->cfFormat);
     if (block != Blocks.end() && (asked->tymed & TYMED_HGLOBAL) != 0) {
-        medium->tymed = TYMED_HGLOBAL;
+        medium->tymed = BlockKind;
         medium->hGlobal = Block(block->second);
     } else if (stream != Streams.end() && (asked->tymed & TYMED_ISTREAM) != 0) {
         medium->tymed = TYMED_ISTREAM;

@@ -35,8 +35,9 @@ ComPointer<IStorage> MakeStored(const std::map<Text, Text>& streams, const CLSID
 
 class OfferedData : public ComObject<IDataObject> {
 public:
-    // Blocks of memory by format.
+    // Blocks of memory by format, and the kind that they are told to be.
     std::map<CLIPFORMAT, Text> Blocks;
+    DWORD BlockKind = TYMED_HGLOBAL;
     // Streams by format.
     std::map<CLIPFORMAT, ComPointer<IStream>> Streams;
     // "FileContents" by index. Each fills a medium.

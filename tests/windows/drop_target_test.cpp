@@ -148,8 +148,11 @@ TEST_F(DropTargetTest, ContentsThatLieHoldNothing) {
             return E_FAIL;
         },
     };
+    m_Offered->Blocks[CF_TEXT] = "x";
+    m_Offered->BlockKind = TYMED_NULL;
     Drop([&](DropData& data) {
         for (std::int32_t index = 0; index < 4; ++index) EXPECT_EQ(data.Native()->Storage(index), nullptr) << index;
+        EXPECT_EQ(data.PlainText(), "");
     });
     EXPECT_TRUE(m_Errors.empty());
 }
