@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "base/errors.h"
 #include "base/numbers.h"
 #include "sitedb/codec/Encryption.h"
 #include "sitedb/codec/cCRC32.h"
@@ -40,9 +39,7 @@ public:
     // The frame of everything appended, which must be something. Nothing may follow.
     Text Finish() {
         Seal();
-        if (m_Scrambled == 0) throw Error(ErrorNumber::Subscript);
-        const Text head = ToHex(static_cast<std::uint32_t>(m_Check)) + 'G';
-        m_Frame.replace(0, HeadRoom, head);
+        m_Frame.replace(0, HeadRoom, ToHex(static_cast<std::uint32_t>(m_Check)) + 'G');
         return std::move(m_Frame);
     }
 
