@@ -21,12 +21,42 @@ if(WIN32)
   target_compile_definitions(tb_options INTERFACE _WIN32_WINNT=0x0601 WINVER=0x0601 NOMINMAX WIN32_LEAN_AND_MEAN)
 endif()
 
+# tb_tidy(TARGET a.cpp ...): clang-tidy reads these sources of src/ in the target `tidy`, and once more with the slow checks
+# of its analyzer in `deep`. A source is read anew when its object is made anew: after a change of it, of a header or flag.
+if(TRAWLBEAM_LINT)
+  add_custom_target(tidy)
+  add_custom_target(deep)
+endif()
+function(tb_tidy target)
+  set(folder ${CMAKE_SOURCE_DIR}/src)
+  cmake_path(IS_PREFIX folder ${CMAKE_CURRENT_SOURCE_DIR} in_src)
+  if(NOT TRAWLBEAM_LINT OR NOT in_src)
+    return()
+  endif()
+  foreach(step IN ITEMS tidy deep)
+    set(stamps "")
+    foreach(source IN LISTS ARGN)
+      string(REPLACE / _ stamp ${source})
+      set(stamp ${CMAKE_CURRENT_BINARY_DIR}/${stamp}.${step})
+      add_custom_command(OUTPUT ${stamp}
+        COMMAND ${CMAKE_SOURCE_DIR}/scripts/lint ${step} ${CMAKE_CURRENT_SOURCE_DIR}/${source}
+        COMMAND ${CMAKE_COMMAND} -E touch ${stamp}
+        DEPENDS $<FILTER:$<TARGET_OBJECTS:${target}>,INCLUDE,/${source}.o$> ${CMAKE_SOURCE_DIR}/.clang-tidy
+        VERBATIM)
+      list(APPEND stamps ${stamp})
+    endforeach()
+    add_custom_target(${target}_${step} DEPENDS ${stamps})
+    add_dependencies(${step} ${target}_${step})
+  endforeach()
+endfunction()
+
 # tb_room(NAME SOURCES a.cpp ... [USES room ...] [LINKS library ...])
 function(tb_room name)
   cmake_parse_arguments(ROOM "" "" "SOURCES;USES;LINKS" ${ARGN})
   add_library(tb_${name} STATIC ${ROOM_SOURCES})
   list(TRANSFORM ROOM_USES PREPEND tb_)
   target_link_libraries(tb_${name} PUBLIC tb_options ${ROOM_USES} ${ROOM_LINKS})
+  tb_tidy(tb_${name} ${ROOM_SOURCES})
 endfunction()
 
 # tb_program(NAME SOURCES main.cpp ... [USES room ...] [LINKS library ...] [WINDOWED]): its sources know the version as
@@ -40,6 +70,7 @@ function(tb_program name)
   target_compile_definitions(${name} PRIVATE TRAWLBEAM_VERSION="${PROJECT_VERSION}")
   list(TRANSFORM PROGRAM_USES PREPEND tb_)
   target_link_libraries(${name} PRIVATE tb_options ${PROGRAM_USES} ${PROGRAM_LINKS})
+  tb_tidy(${name} ${PROGRAM_SOURCES})
 endfunction()
 
 # Seconds after which ctest gives a test up. It only matters when one hangs, for no machine is so slow.
