@@ -2,8 +2,8 @@
 """Real hosts for the running program: a published list of phishing hosts, and the hosts of disposable mail services as
 harmless traffic. What must be blocked is worked out here from the list alone; the replies do not decide it.
 
-    windows_real_lists.py prepare PHISHING.tgz HARMLESS.tgz DIR   writes DIR/sites.txt and DIR/requests.txt
-    windows_real_lists.py report PHISHING.tgz HARMLESS.tgz DIR    compares DIR/replies.txt, a line a request
+    real_lists.py prepare PHISHING.tgz HARMLESS.tgz DIR   writes DIR/sites.txt and DIR/requests.txt
+    real_lists.py report PHISHING.tgz HARMLESS.tgz DIR    compares DIR/replies.txt, a line a request
 
 Exit status 1 when a reply is not what the rules say.
 """
