@@ -11,15 +11,38 @@ if(TRAWLBEAM_SANITIZE)
   target_compile_options(tb_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(tb_options INTERFACE -fsanitize=address,undefined)
 endif()
-if(TRAWLBEAM_FUZZ)
-  target_compile_options(tb_options INTERFACE -fsanitize=fuzzer-no-link)
-endif()
 if(WIN32)
   # GCC 12 at -O3 takes a literal joined to a moved text for an overlapping copy.
   target_compile_options(tb_options INTERFACE -Wno-restrict)
   # Windows 7 is the oldest system served; the narrow API is the one whose text is the system code page.
   target_compile_definitions(tb_options INTERFACE _WIN32_WINNT=0x0601 WINVER=0x0601 NOMINMAX WIN32_LEAN_AND_MEAN)
 endif()
+
+# tb_precompile(NAME header ...): a target whose precompiled headers others reuse, with its options.
+file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/precompile.cpp CONTENT "")
+function(tb_precompile name)
+  add_library(${name} OBJECT ${CMAKE_BINARY_DIR}/precompile.cpp)
+  target_link_libraries(${name} PRIVATE tb_options)
+  target_precompile_headers(${name} PRIVATE ${ARGN})
+endfunction()
+
+# The language's headers are read once, and not once a source: half of the work of compiling. But in the tree that is
+# linted each source finds only what it includes.
+set(TB_COMMON_HEADERS <algorithm> <cstdint> <filesystem> <functional> <map> <memory> <optional> <set> <string> <utility> <vector>)
+if(NOT TRAWLBEAM_LINT)
+  tb_precompile(tb_headers ${TB_COMMON_HEADERS})
+endif()
+if(TRAWLBEAM_SANITIZE)
+  # What fuzz targets drive tells them which ways it goes.
+  set(TB_TRACED -fsanitize=fuzzer-no-link)
+  target_compile_options(tb_headers PRIVATE ${TB_TRACED})
+endif()
+function(tb_compiled target)
+  target_compile_options(${target} PRIVATE ${TB_TRACED})
+  if(NOT TRAWLBEAM_LINT)
+    target_precompile_headers(${target} REUSE_FROM tb_headers)
+  endif()
+endfunction()
 
 # tb_tidy(TARGET a.cpp ...): clang-tidy reads these sources of src/ in the target `tidy`, and once more with the slow checks
 # of its analyzer in `deep`. A source is read anew when its object is made anew: after a change of it, of a header or flag.
@@ -56,6 +79,7 @@ function(tb_room name)
   add_library(tb_${name} STATIC ${ROOM_SOURCES})
   list(TRANSFORM ROOM_USES PREPEND tb_)
   target_link_libraries(tb_${name} PUBLIC tb_options ${ROOM_USES} ${ROOM_LINKS})
+  tb_compiled(tb_${name})
   tb_tidy(tb_${name} ${ROOM_SOURCES})
 endfunction()
 
@@ -70,6 +94,7 @@ function(tb_program name)
   target_compile_definitions(${name} PRIVATE TRAWLBEAM_VERSION="${PROJECT_VERSION}")
   list(TRANSFORM PROGRAM_USES PREPEND tb_)
   target_link_libraries(${name} PRIVATE tb_options ${PROGRAM_USES} ${PROGRAM_LINKS})
+  tb_compiled(${name})
   tb_tidy(${name} ${PROGRAM_SOURCES})
 endfunction()
 
@@ -94,6 +119,7 @@ function(tb_test name)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   # Tests are built far more often than they run long.
   target_compile_options(${name} PRIVATE -O0)
+  target_precompile_headers(${name} REUSE_FROM tb_test_headers)
   target_link_libraries(${name} PRIVATE tb_options ${TEST_USES} GTest::gmock GTest::gtest_main)
   gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
     PROPERTIES ${properties})
@@ -112,11 +138,11 @@ if(WIN32)
 endif()
 
 # tb_installed(NAME FILE file DESCRIPTION text SOURCES a.cpp ... [RESOURCES a.rc NEEDS a.ico ...] [USES room ...]
-# [LINKS library ...]): a program or component that is installed and replaced by updates, with a version resource. It is
-# a library unless the file is an .exe. Its sources know their version as TRAWLBEAM_VERSION, a string. NEEDS names the
-# files that its resources take in.
+# [LINKS library ...] [VERSIONED]): a program or component that is installed and replaced by updates, with a version
+# resource. It is a library unless the file is an .exe. The next version is linked from the same objects, unless VERSIONED
+# says that sources ask for TRAWLBEAM_VERSION, a string. NEEDS names the files that its resources take in.
 function(tb_installed name)
-  cmake_parse_arguments(PART "" "FILE;DESCRIPTION" "SOURCES;RESOURCES;NEEDS;USES;LINKS" ${ARGN})
+  cmake_parse_arguments(PART "VERSIONED" "FILE;DESCRIPTION" "SOURCES;RESOURCES;NEEDS;USES;LINKS" ${ARGN})
   list(TRANSFORM PART_USES PREPEND tb_)
   get_filename_component(stem ${PART_FILE} NAME_WLE)
   get_filename_component(suffix ${PART_FILE} LAST_EXT)
@@ -128,12 +154,16 @@ function(tb_installed name)
       set(folder /next)
     endif()
     set(target ${name}${edition})
+    set(sources ${PART_SOURCES})
+    if(edition AND NOT PART_VERSIONED)
+      set(sources $<FILTER:$<TARGET_OBJECTS:${name}>,EXCLUDE,[.]rc[.]>)
+    endif()
     if(suffix STREQUAL ".exe")
       set(file_type VFT_APP)
-      add_executable(${target} WIN32 ${PART_SOURCES})
+      add_executable(${target} WIN32 ${sources})
     else()
       set(file_type VFT_DLL)
-      add_library(${target} SHARED ${PART_SOURCES})
+      add_library(${target} SHARED ${sources})
       target_link_options(${target} PRIVATE -Wl,--exclude-all-symbols)
     endif()
     string(REPLACE . , file_version ${version}.0)
@@ -145,9 +175,12 @@ function(tb_installed name)
     target_sources(${target} PRIVATE ${resources})
     set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME ${stem} SUFFIX ${suffix}
       RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin${folder} ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib${folder})
-    target_compile_definitions(${target} PRIVATE TRAWLBEAM_VERSION="${version}")
+    if(PART_VERSIONED)
+      target_compile_definitions(${target} PRIVATE TRAWLBEAM_VERSION="${version}")
+    endif()
     target_include_directories(${target} PRIVATE ${CMAKE_BINARY_DIR}/generated)
     target_link_libraries(${target} PRIVATE tb_options ${PART_USES} ${PART_LINKS})
+    tb_compiled(${target})
     set(symbols ${CMAKE_BINARY_DIR}/symbols${folder})
     add_custom_command(TARGET ${target} POST_BUILD
       COMMAND ${CMAKE_COMMAND} -E make_directory ${symbols}
