@@ -100,16 +100,19 @@ endfunction()
 
 # Seconds after which ctest gives a test up. It only matters when one hangs, for no machine is so slow.
 set(TB_TEST_TIMEOUT 1800)
+# They wait more than they compute, and for each other, so they begin first.
+set(TB_ONE_AT_A_TIME RESOURCE_LOCK screen COST 1000)
 
-# tb_test(NAME SOURCES a_test.cpp ... [USES room ...] [ALONE] [ONLY_PROGRAM] [WATCHED]): a GoogleTest program whose cases
-# are found by ctest. They run beside others, unless ALONE says that they need the keyboard's focus; of those with
-# ONLY_PROGRAM, which hold the right to be the one program, one runs at a time, so that none waits for it. WATCHED ones
-# run programs under Wine, which must not meet an access violation even if they survive it.
+# tb_test(NAME SOURCES a_test.cpp ... [USES room ...] [ALONE] [ONLY_PROGRAM] [WATCHED]): a GoogleTest program. ctest finds
+# its cases, except where a start costs much, under Wine and with sanitizers: there a program is one test. Tests run beside
+# others. But of ALONE ones, which need the keyboard's focus or would take it, and ONLY_PROGRAM ones, which hold the right
+# to be the one program, one runs at a time. WATCHED ones run programs under Wine, which must not meet an access violation
+# even if they survive it.
 function(tb_test name)
   cmake_parse_arguments(TEST "ALONE;ONLY_PROGRAM;WATCHED" "" "SOURCES;USES" ${ARGN})
-  set(properties TIMEOUT ${TB_TEST_TIMEOUT} RUN_SERIAL "${TEST_ALONE}")
-  if(TEST_ONLY_PROGRAM)
-    list(APPEND properties RESOURCE_LOCK only_program)
+  set(properties TIMEOUT ${TB_TEST_TIMEOUT})
+  if(TEST_ALONE OR TEST_ONLY_PROGRAM)
+    list(APPEND properties ${TB_ONE_AT_A_TIME})
   endif()
   if(TEST_WATCHED)
     list(APPEND properties ENVIRONMENT WATCH_EXCEPTIONS=1)
@@ -121,8 +124,12 @@ function(tb_test name)
   target_compile_options(${name} PRIVATE -O0)
   target_precompile_headers(${name} REUSE_FROM tb_test_headers)
   target_link_libraries(${name} PRIVATE tb_options ${TEST_USES} GTest::gmock GTest::gtest_main)
-  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
-    PROPERTIES ${properties})
+  if(WIN32 OR TRAWLBEAM_SANITIZE)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES ${properties})
+  else()
+    gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})
+  endif()
 endfunction()
 
 # What lies in a program folder is built twice: as this version, into bin/, and as the version after it, into bin/next/,
