@@ -16,11 +16,13 @@ const Text Sample =
 TEST(Settings, ReadDisregardsCaseAndTakesMissingAndEmptyForTheDefault) {
     SettingsRig rig;
     xmlINI settings = rig.Loaded(
-        "<INI><Any name='MAIN'><x name='A'>1</x><ELEMENT NAME='Empty'></ELEMENT><y Name='Blank'> </y></Any>"
+        "<INI><Any name='MAIN'><x name='A'>1</x><ELEMENT NAME='Empty'></ELEMENT><y Name='Blank'> </y><z "
+        "NAME='Tree'>t<b>1</b></z></Any>"
         "<SECTION NAME='\xC4'><ELEMENT NAME='\xF6'>umlaut</ELEMENT></SECTION></INI>");
     EXPECT_EQ(settings.GetXMLString("main", "a", "d"), "1");
     EXPECT_EQ(settings.GetXMLString("MAIN", "Empty", "d"), "d");
     EXPECT_EQ(settings.GetXMLString("Main", "Blank", "d"), " ");
+    EXPECT_EQ(settings.GetXMLString("Main", "Tree", "d"), "<b>1</b>\r\n");
     EXPECT_EQ(settings.GetXMLString("Main", "B", "d"), "d");
     EXPECT_EQ(settings.GetXMLString("Desktop", "A", "d"), "d");
     EXPECT_EQ(settings.GetXMLString("\xE4", "\xD6", "d"), "umlaut");
@@ -58,6 +60,11 @@ TEST(Settings, DeletingNeverFails) {
         EXPECT_TRUE(settings.DeleteXMLString(section, key));
     }
     EXPECT_EQ(settings.GetXMLString("Main", "Sound", ""), "1");
+    settings.WriteXMLString("", "Sound", "2");
+    settings.DeleteXMLString("", "");
+    EXPECT_EQ(settings.GetXMLString("", "Sound", ""), "2");
+    settings.DeleteXMLString("", "Sound");
+    EXPECT_EQ(settings.GetXMLString("", "Sound", ""), "");
     // Who keeps something made of values sees each change by the revision.
     auto changes = [&, last = settings.Revision()]() mutable {
         return std::exchange(last, settings.Revision()) < settings.Revision();
