@@ -139,7 +139,7 @@ TEST(GeoIP, ScoresTheTextOfAUrl) {
         {"http://a.example: 80 ", "x", 4.5},
         {"http://a.example:80/", "x", 1.1667},
         {"http://a.example:81:80", "x", 2.3333},
-        {"http://user:pw@10.0.0.1:8080/x", "x", 11},
+        {"http://user:pw@1.0.0.1:8080/x", "x", 11},
         {"http://0x7f.1/", "x", 9.75},
         {"http://ok.example/\xe9\x7f", "x", 7.502},
         {"http://1.2.3.4/a%20b%20c", "x", 6.7333},
