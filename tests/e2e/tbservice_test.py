@@ -243,7 +243,7 @@ class TbserviceTest(unittest.TestCase):
                  (["publish", "defaults", self.file("broken.xml", b"<D>\n<E></D>")], "XML line 2"),
                  (["publish", "defaults", self.file("noname.xml", b"<D><TIMERS/></D>")], "no NAME"),
                  (["publish", "reference", self.path / "good.xml"], "<CATEGORIES>"),
-                 (["serve", "--port", "0", "--listen", "192.0.2.1"], "192.0.2.1")]
+                 (["serve", "--port", "65535", "--listen", "192.0.2.1"], "192.0.2.1 port 65535")]
         for words, message in cases:
             status, output, errors = self.command(*words)
             self.assertEqual((status, output, errors.count("\n")), (1, "", 1), errors)

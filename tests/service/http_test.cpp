@@ -68,7 +68,7 @@ protected:
         Pages pages;
         AddSitePages(pages, Feed);
         AddDocumentPages(pages, Cached);
-        AddReportPages(pages, Queue);
+        AddReportPages(pages, *Queue);
         AddShowPages(pages, Feed, Cached);
         pages.push_back(
             {"/broken", true, false, 0, [](const Question&) -> Reply { throw StoreError("disk is full"); }});
@@ -104,7 +104,7 @@ protected:
     ServiceStore Store{Folder.Path(), ServiceStore::Opening::OrNew};
     SiteFeed Feed{Folder.Path(), Log};
     DocumentCache Cached{Folder.Path()};
-    ReportQueue Queue{Folder.Path(), Log};
+    std::unique_ptr<ReportQueue> Queue = std::make_unique<ReportQueue>(Folder.Path(), Log);
     std::unique_ptr<HttpServer> Server;
     int Port = 0;
 };
@@ -137,12 +137,36 @@ TEST_F(HttpServerTest, ServesPagesForPeople) {
     for (const char* page : {"/show1.aspx", "/show2.aspx", "/show3.aspx"}) {
         EXPECT_THAT(Exchange(Get(page)), AllOf(HasSubstr("No list of sites is published"), Not(HasSubstr("<td>"))));
     }
-    SiteHistory(Store).Import({{"http://evil.example", "2", "v"}});
+    SiteHistory history(Store, [] { return Date(CivilDate{2026, 11, 21, 9, 0, 0}); });
+    history.Import({{"http://evil.example", "2", "v"}, {"http://gone.example", "2", "v"}});
+    history.Remove({"http://gone.example"});
     Documents(Store).PublishDefaults("<D Version='&lt;1&gt;'/>");
-    EXPECT_THAT(Exchange(Get("/show1.aspx")), HasSubstr("<p>1 malicious site is listed.</p>"));
+    EXPECT_THAT(Exchange(Get("/show1.aspx")),
+                AllOf(HasSubstr("<p>1 malicious site is listed.</p>"), HasSubstr("Last change: 2026-11-21 09:01 UTC")));
     EXPECT_THAT(Exchange(Get("/show2.aspx")),
-                AllOf(HasSubstr("&lt;1&gt;"), Not(HasSubstr("evil")), Not(HasSubstr("never"))));
-    EXPECT_THAT(Exchange(Get("/show3.aspx")), HasSubstr("<tr><td>Sites that came</td><td>1</td></tr>"));
+                AllOf(HasSubstr("<tr><td>2026-11-21 09:01 UTC</td><td>0</td><td>1</td></tr>\n"
+                                "<tr><td>2026-11-21 09:00 UTC</td><td>2</td><td>0</td></tr>\n</table>"),
+                      HasSubstr("&lt;1&gt;"), Not(HasSubstr("evil"))));
+    EXPECT_THAT(Exchange(Get("/show3.aspx")),
+                AllOf(HasSubstr("<tr><td>On record since</td><td>the beginning</td></tr>"),
+                      HasSubstr("<tr><td>Publications since</td><td>2</td></tr>"),
+                      HasSubstr("<tr><td>Sites that came</td><td>2</td></tr>\n"
+                                "<tr><td>Sites that went</td><td>1</td></tr>")));
+}
+
+// The store is busy: reports wait up to a limit, at which one batch may be under way, and none is lost.
+TEST_F(HttpServerTest, KeepsReportsWhileTheStoreIsBusy) {
+    std::int64_t taken = 0;
+    {
+        const Transaction import(Store, Transaction::Kind::Write);
+        while (taken <= 20'000 && Queue->Take({"k", "1.0", "", "", Date()})) ++taken;
+        EXPECT_GE(taken, 10'000);
+        EXPECT_LE(taken, 20'000);
+        EXPECT_THAT(Exchange(Post("/Versions.aspx", "Key=k")), StartsWith("HTTP/1.1 503 "));
+    }
+    Server.reset();
+    Queue.reset();
+    EXPECT_EQ(Reports(Store).Count(), taken);
 }
 
 TEST_F(HttpServerTest, TurnsDownWhatItCannotAnswer) {

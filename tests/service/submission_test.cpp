@@ -66,6 +66,7 @@ TEST_F(SubmissionPagesTest, KeepWhatClientsPost) {
                 ElementsAre("AB-1", "Bad Guy <bad@evil.example>", "Win 100% now"));
     EXPECT_THAT((std::vector{email.Category, email.Confidence}), ElementsAre(2, 3));
     EXPECT_LE(SystemUtcNow().Seconds() - email.Received.Seconds(), 60);
+    EXPECT_EQ(Held.Find(2)->What, Submission::Kind::Url);
     EXPECT_EQ(Held.Find(2)->Head, "http://evil.example/a");
     // The largest mail that a client takes, as long as a post can get, and every byte.
     Text bytes;
@@ -176,6 +177,12 @@ TEST(MailTexts, AreWithoutTheirEncoding) {
     const Text mixed = "Subject: x\r\nContent-Type: MULTIPART/mixed;\r\n\tboundary=\"a b\"";
     const Text quoted = "Content-Transfer-Encoding: Quoted-Printable";
     const Text base64 = "Content-transfer-encoding: base64\n";
+    // Headers of mails within mails.
+    const auto mails = [](int depth) {
+        Text headers = "Content-Type: message/rfc822";
+        while (--depth > 0) headers += "\n\nContent-Type: message/rfc822";
+        return headers + "\n\nSubject: inner";
+    };
     const struct {
         Text Headers, Body;
         std::vector<Text> Texts;
@@ -195,6 +202,8 @@ TEST(MailTexts, AreWithoutTheirEncoding) {
         {mixed,
          "--a b\r\nContent-Type: multipart/x; boundary=c\n\n--c\n\n1\n--c\n\n2\n--a b\n\n3",
          {"1\n", "2\n", "3"}},
+        {mixed, "--a b\n" + mails(9) + "\n\ndeep", {"deep"}},
+        {mixed, "--a b\n" + mails(10) + "\n\ndeep", {}},
         {mixed, "<html>alone", {"<html>alone"}},
         {mixed, "--a b\r\nno headers", {"no headers"}},
         {"Content-Type: multipart/x; boundary=\"", "--\r\n\r\nx", {"--\r\n\r\nx"}},

@@ -121,19 +121,25 @@ TEST_F(UpdateTest, APublishedFolderIsServedAsAWhole) {
     EXPECT_EQ(Ask("/5/Trawlbeam.chm") + ", " + Ask("/6/Trawlbeam.chm") + ", " + Ask("/7/Trawlbeam.chm"),
               "404, new help, new help");
 
+    // Of test versions ten stay, whatever their names.
+    for (int number = 9; number <= 18; ++number) {
+        EXPECT_EQ(Publish({"--version", std::to_string(number), "--test", "t" + std::to_string(number)}), "done");
+    }
+    EXPECT_EQ(Ask("/6/Trawlbeam.chm") + Ask("/9/Trawlbeam.chm") + Ask("/8/Trawlbeam.chm"), "404new helpnew help");
+
     const Text last = Ask("/updates.xml");
-    for (const auto& [number, reason] : std::vector<std::pair<Text, Text>>{{"8", "number 8 is not above 8"},
-                                                                           {"7", "not above 8"},
+    for (const auto& [number, reason] : std::vector<std::pair<Text, Text>>{{"18", "number 18 is not above 18"},
+                                                                           {"7", "not above 18"},
                                                                            {"0", "no whole number"},
-                                                                           {"9.5", "no whole number"},
+                                                                           {"19.5", "no whole number"},
                                                                            {"-9", "no whole number"},
                                                                            {"2147483648", "no whole number"},
                                                                            {"", "no whole number"}}) {
         EXPECT_THAT(Publish({"--version", number}), HasSubstr(reason));
     }
     Stage("bad.dll", SmallLibrary().substr(0, 1000));
-    EXPECT_EQ(Publish({"--version", "9"}), "bad.dll: it ends too early");
-    EXPECT_EQ(Publish({"--version", "9", "--test", "../x"}).substr(0, 6), "--test");
+    EXPECT_EQ(Publish({"--version", "19"}), "bad.dll: it ends too early");
+    EXPECT_EQ(Publish({"--version", "19", "--test", "../x"}).substr(0, 6), "--test");
     EXPECT_EQ(Ask("/updates.xml"), last) << "what was refused changed nothing";
 }
 
