@@ -151,6 +151,9 @@ TEST_F(SenderTest, StoresTheOldOrTheNewFile) {
     m_Answers["GET http://two/file"] = {200, "half of it", "", "broke off"};
     EXPECT_EQ(Download(), "one: status 404; two: broke off");
     EXPECT_EQ(held(), old);
+    m_Files.FailAt(2);
+    EXPECT_EQ(Download(), "one: status 404; two: broke off") << "a page about it is not even written";
+    m_Files.FailNoMore();
     m_Answers["GET http://one/file"] = {200, "the new content"};
     m_Http.Take();
     for (int call = 1; call <= 6; ++call) {
