@@ -73,6 +73,7 @@ TEST(Drop, RefusesRepeatedAndLargeMails) {
     rig.DropMail("Hi\r\n\r\nBody one");
     const Text again = "64|Trawlbeam|Previously Submitted Email: \r\n";
     EXPECT_EQ(rig.TakeShown(), (Lines{again + "b\r\n\r\n", again}));
+    EXPECT_EQ(rig.System.Processes.Trims.size(), 2U);
     EXPECT_EQ(rig.Queue(), "0.E");
     for (const bool fits : {true, false}) {
         SubmissionRig large;
@@ -177,6 +178,7 @@ TEST(Drop, TakesURLs) {
         // The caption is what was given, and nobody is asked about what is refused before.
         const bool early = !shown.empty() && shown[0].substr(0, 2) == "64";
         EXPECT_EQ(rig.Qualifiers.Captions, early ? Lines() : Lines{given});
+        EXPECT_EQ(rig.System.Processes.Trims.empty(), early || (shown.empty() && logged.empty()));
     }
 }
 

@@ -48,17 +48,21 @@ TEST(SubmissionForms, TheDialogShowsTheRowsAndTellsTheChoice) {
     rig.Windows.WhileModal = [&] {
         EXPECT_EQ(rig.Open().Caption(), "Assign Submission Category");
         EXPECT_FALSE(rig.Find<Label>("lblTop").UseMnemonic());
+        EXPECT_EQ(rig.Open().ScaleWidth(), 5880) << "without the frame";
         EXPECT_EQ(rig.Find<OptionButton>("optCat1").Top(), 285);
+        EXPECT_EQ(rig.Find<OptionButton>("optCat1").Tag(), "3");
         EXPECT_TRUE(rig.Find<OptionButton>("optConfidence", 3).Selected());
         EXPECT_NE(rig.Windows.Take().find("option10.focus"), Text::npos) << "the choice that stands";
         rig.Find<OptionButton>("optConfidence", 1).SetSelected(true);
         rig.Find<OptionButton>("optCat1").SetSelected(true);
         rig.Find<CommandButton>("cmdHelp").Click();
+        EXPECT_EQ(rig.System.Processes.Started.size(), 1U);
         rig.Find<CommandButton>("cmdOK").Click();
     };
     rig.SubCat.ShowModal(dialog, {450, 300});
     EXPECT_EQ(dialog.Result, 1);
-    EXPECT_EQ(dialog.CategoryID * 10 + dialog.ConfidenceID, 31);
+    EXPECT_EQ(dialog.CategoryID, 3);
+    EXPECT_EQ(dialog.ConfidenceID, 1);
     EXPECT_EQ(rig.Windows.Live, 0);
 }
 
@@ -105,10 +109,11 @@ TEST(SubmissionForms, TheWindowShowsTheUpdate) {
     rig.DB->Add("URL", "b", "1-100", 1, rig.System.Clock.Now(), "k");
     auto window = rig.Window();
     window->Show();
+    EXPECT_FALSE(window->LEDStat.Visible());
     Text lamp;
     rig.System.Pump.OnPump = [&] {
         if (!window) return;
-        lamp = window->LEDStat.Caption();
+        lamp = window->LEDStat.Caption() + (window->LEDStat.Visible() ? "" : ", unseen");
         window->Unload();
         window.reset();
     };

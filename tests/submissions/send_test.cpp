@@ -53,6 +53,7 @@ TEST(Send, PostsMailsAndURLs) {
                                    "EMAIL|12-000345|Win 100% now|3202"}));
     EXPECT_EQ(rig.Queue(), "2.X");
     EXPECT_EQ(rig.Redisplayed, 3);
+    EXPECT_EQ(rig.System.Processes.Trims.size(), 3U);
     rig.Start();
     EXPECT_EQ(rig.Stored().size(), 3U);
 }
@@ -179,7 +180,7 @@ TEST(Send, AsksBeforeEachPostOfATestAndThanks) {
         rig.Queued("0.U") = Link;
         rig.Web.Replies[UrlPage] = "1-1";
         rig.System.Dialogs.Answer = yes ? 6 : 7;
-        rig.Run();
+        EXPECT_EQ(rig.Run().back(), yes ? "1 Update Submission: 1-1" : "1 Deleting file for testing 0.U");
         Lines shown{
             "36|Send to Web Service|File: 0.U\r\nTRN=URL\r\nKey=AB%2D1\r\nCategory_ID=2\r\nConfidence_ID=4\r\n"
             "Visible_URL=http%3A%2F%2Fevil%2Eexample%2Fa%2Cb%3Fx%3D1%26y%3D2\r\n"
