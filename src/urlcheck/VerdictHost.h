@@ -1,5 +1,5 @@
-// What the verdict asks of the program around it. The controller of the desktop program answers with its settings,
-// windows and databases; a tool answers with StandaloneVerdictHost.
+// What the verdict asks of the program around it. The desktop program answers with its settings, windows and databases
+// (shell/DatabaseHost.h), a tool with StandaloneVerdictHost.
 #pragma once
 
 #include <cstdint>

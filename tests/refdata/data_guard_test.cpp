@@ -105,20 +105,6 @@ TEST(DataGuard, RefusesWhatCouldNotBeLoaded) {
     }
 }
 
-TEST(DataGuard, AdmitsTheDocumentsOfTheBundledDeployment) {
-    for (const Kind& kind : Kinds) {
-        std::ifstream file(Text(TRAWLBEAM_SOURCE "/deployment/local/") + Split(kind.File, '.')[0] + ".xml");
-        const Text bundled = EncryptStringChk(Text(std::istreambuf_iterator<char>(file), {}));
-        for (const Text& reply : {bundled, Golden(kind.File == "defaults.bin" ? "defaults" : "tables")}) {
-            GuardRig rig;
-            rig.Offer(kind.File, reply);
-            rig.Look(kind);
-            EXPECT_EQ(rig.ContentOf(kind.Path), reply) << kind.File;
-            EXPECT_FALSE(kind.Start(rig));
-        }
-    }
-}
-
 // A start with each kind of bad file beside a good one before it.
 TEST(DataGuard, AStartTakesTheFileBeforeABadOne) {
     for (const Kind& kind : Kinds) {

@@ -120,14 +120,30 @@ TEST(LoadReferenceData, GoesOnWithTheBuiltInDocumentWithoutADisk) {
     }
 }
 
-TEST(LoadReferenceData, EndsInOrderWhenTheProgramIsLeftMeanwhile) {
-    ReferenceRig rig;
-    rig.AddService("ReferenceSVR");
-    rig.Offer("reference.bin", Document(ThreeTables + OneCountry));
-    rig.Web.Meanwhile = [&](const FakeWeb::Request&) { rig.Program.Settings.reset(); };
-    EXPECT_TRUE(rig.ReferenceData.LoadReferenceData());
-    EXPECT_EQ(rig.Log.Take().back(),
-              "0 Error TrawlMain: LoadReferenceData 91 Object variable or With block variable not set");
+// What lies in a data file may be anything. The program goes on with what it has, behind the line that says why, and
+// leaves the file.
+TEST(DataFiles, AreRefusedWhenTheyAreNotWholeOrNoDocument) {
+    const Text good = EncryptStringChk("<B Version='1'><CATEGORIES/><SUBMISSIONS/><DISPOSITIONS/><COUNTRIES/></B>");
+    const Text document = "0 Error Load Reference Data: -2147213504 XML line 1: ";
+    for (const auto& [file, line] : std::vector<std::pair<Text, Text>>{
+             {good.substr(0, good.size() - 1), "0 Error Load Reference Data: 0 "},
+             {"00" + good, "0 Error Load Reference Data: 0 "},
+             {EncryptStringChk(" "), document},
+             {EncryptStringChk("<B></A>"), document},
+             {EncryptStringChk("<!DOCTYPE b [<!ENTITY a 'aaaaaaaaaa'>]><B>&a;</B>"), document}}) {
+        ReferenceRig rig;
+        rig.Program.Settings->ReplaceGlobals("CATEGORIES", std::make_shared<Element>("OLD"));
+        rig.Place(ReferencePath, file);
+        EXPECT_FALSE(rig.ReferenceData.LoadReference("")) << Quoted(file);
+        EXPECT_TRUE(rig.Log.Take().back().starts_with(line)) << Quoted(file);
+        EXPECT_EQ(rig.System.Files.Contents, (World{{ReferencePath, file}}));
+        EXPECT_EQ(rig.Program.Settings->TryGlobalsSection("CATEGORIES")->Name(), "OLD");
+        for (int step = 1; step <= 2; ++step) {
+            rig.System.Files.FailAt(step, ErrorNumber::DeviceIO);
+            EXPECT_FALSE(rig.ReferenceData.LoadReference("")) << step;
+            EXPECT_EQ(rig.Log.Take()[0], "0 Error Open Defaults File: 57 Device I/O error") << step;
+        }
+    }
 }
 
 }  // namespace

@@ -148,11 +148,6 @@ TEST(CUpdate, EndsAsWhatItFindsTells) {
         EXPECT_EQ(rig.Get("LastUpdateVersion") == "5", result > 0 || line == nothing || line == upToDate) << line;
         EXPECT_EQ(rig.Get("LastUpdateDate"), Today);
     }
-    // A manifest that ends anywhere before its end is none.
-    UpdateRig cut;
-    const Text whole = Manifest(TwoFiles);
-    for (size_t length = 0; length < whole.size(); ++length) EXPECT_LE(cut.Check(whole.substr(0, length)), 0);
-    EXPECT_EQ(cut.StagedNames(), "");
     UpdateRig manual;
     Prepare(manual, "pending 4");
     Prepare(manual, "last 5");

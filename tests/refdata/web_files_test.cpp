@@ -67,19 +67,6 @@ TEST(GetFileFromWebService, KeepsTheOldFileFromABadReply) {
     EXPECT_EQ(rig.System.Files.Contents, (World{{ReferencePath, "old"}}));
 }
 
-TEST(GetFileFromWebService, LeavesTheOldOrTheNewFileWhateverStepFails) {
-    // Opening, writing, flushing and replacing can fail.
-    for (int step = 1; step <= 5; ++step) {
-        WebFilesRig rig;
-        rig.Web.Heads["reference.bin"] = LaterHead;
-        rig.Web.Replies["page"] = Good;
-        rig.System.Files.FailAt(step);
-        EXPECT_EQ(rig.Fetch(), step == 5) << step;
-        EXPECT_EQ(rig.System.Files.Contents, (World{{ReferencePath, step == 5 ? Good : "old"}})) << step;
-        EXPECT_EQ(rig.Log.Take(), step == 5 ? Lines() : Lines{"0 GetFileFromWebService Error: 61 Disk full"}) << step;
-    }
-}
-
 TEST(GetDailyFiles, FetchesWhatTheServersHaveLater) {
     WebFilesRig rig;
     DailyFiles daily(rig.Access);
