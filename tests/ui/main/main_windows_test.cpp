@@ -35,6 +35,15 @@ TEST(MainWindows, ShowThePanelOfSubmissionsAndHandInWhatIsDroppedOnIt) {
     FakeDrop nothing;
     rig.Dropped(nothing);
     EXPECT_EQ(rig.Controller().tmSub.Interval(), 1) << "a run at once";
+    EXPECT_TRUE(rig.Controller().tmSub.Enabled());
+    // What waits is shown, and stays with the submissions switched off.
+    rig.System.Files.Contents["/app/Data/InProcess/a"] = "x";
+    rig.Program.Settings->WriteXMLString("Timers", "SUBDB_ENABLED", "0");
+    rig.Controller().Data().oSubmissionDB->RedisplaySubmissions.Raise();
+    const auto& panel = dynamic_cast<frmSubmissions&>(*rig.Family.Loaded().back());
+    EXPECT_TRUE(panel.lblStatus.Caption().starts_with("Waiting: 1 "));
+    rig.Dropped(nothing);
+    EXPECT_FALSE(rig.Controller().tmSub.Enabled());
     EXPECT_TRUE(rig.Controller().Unload(UnloadMode::Session));
     EXPECT_EQ(rig.Captions(), "");
     EXPECT_FALSE(rig.Main.ShowMainPanel(2)) << "the store has gone";
