@@ -232,6 +232,17 @@ TEST_F(ControllerWindowTest, TrayCommandsActOrSayWhichWindowIsMissing) {
     Controller().MenuClick("diag");
     EXPECT_FALSE(Controller().Visible());
     EXPECT_EQ(Controller().SysTray()->MenuItem(7)->Caption(), "Show Debu&g Diagnostics");
+    // Minimising the diagnostics hides them; otherwise the view fills the window.
+    Controller().MenuClick("diag");
+    EXPECT_EQ(Controller().SysTray()->MenuItem(7)->Caption(), "Hide Debu&g Diagnostics");
+    Controller().Move(0, 0, 3000, 2000);
+    Controller().ResizeEvent.Raise();
+    EXPECT_EQ(Controller().txtDiags.Width(), Controller().ScaleWidth());
+    Controller().SetWindowState(static_cast<std::int32_t>(WindowStates::Minimized));
+    Controller().ResizeEvent.Raise();
+    EXPECT_FALSE(Controller().Visible());
+    EXPECT_EQ(Controller().WindowState(), static_cast<std::int32_t>(WindowStates::Normal));
+    EXPECT_EQ(Controller().SysTray()->MenuItem(7)->Caption(), "Show Debu&g Diagnostics");
     m_Rig->Windows.HasWindows = true;
     Controller().MenuClick("trawldrop");
     EXPECT_EQ(Controller().SysTray()->MenuItem(9)->Caption(), "Show Trawlbeam &DropZone");

@@ -83,6 +83,7 @@ TEST(Start, EveryGateCanStopTheStart) {
         EXPECT_FALSE(rig.Chain->HasFailed());
         const Lines log = rig.System.TakeLog();
         ASSERT_GE(log.size(), 3U);
+        EXPECT_EQ(log[2], " D 25000 Trawlbeam.ini initialized");
         EXPECT_EQ(Lines(log.end() - 3, log.end() - 1), (Lines{" D 25000 " + line, " D 25000 Trawlbeam AllDone"}));
         EXPECT_TRUE(log.back().starts_with(" D Controller EndActivity ")) << log.back();
         EXPECT_EQ(rig.System.Dialogs.Shown.empty(), !tells) << line;
@@ -113,6 +114,7 @@ TEST(Start, TheSessionMayEndInsideAGate) {
         EXPECT_FALSE(rig.Chain->Main()) << line;
         EXPECT_EQ(rig.System.Dialogs.Shown.size(), 1U) << line;
         EXPECT_EQ(rig.Windows.Take().back(), "close notifications") << line;
+        EXPECT_EQ(rig.System.TakeLog().back(), " D Controller EndActivity (Count = 0): Trawlbeam Setup");
     }
     ShellRig waiting;
     waiting.System.Files.Contents.erase(ShellRig::ReferenceFile);

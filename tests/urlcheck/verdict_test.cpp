@@ -180,6 +180,9 @@ TEST_F(VerdictTest, TheChannelSplitsALineAndAnswersItsWindow) {
     EXPECT_EQ(Done().front(), "message 16 Unknown Command:  -5    Nope      x");
     EXPECT_EQ(handle(""), "nothing");
     EXPECT_EQ(handle("TBWAKEUP"), "wake-up");
+    ChannelResult used{ChannelResult::Kind::Reply, 5, "old"};
+    m_Channel.Handle("", used);
+    EXPECT_EQ(std::to_string(used.ReplyWindow) + used.Text, "0");
     EXPECT_EQ(handle("99999999999\tCheck"), "broken: Browser channel: \"99999999999\" is no reply window: 6 Overflow");
     for (const char* line : {"TBWAKEUP\tCheck", "\tCheck\tx", "tbwakeup", "TBWAKEUP ", "0x10\tCheck", "1;2\tCheck",
                              "a\r\nforged line\tCheck"}) {
