@@ -92,6 +92,8 @@ class TbserviceTest(unittest.TestCase):
             b"0", b"-\thttp://b.example\t9\t\xe9", b"+\thttp://b.example\t2\t\xe9",
             b"-\thttp://evil.example/x\t2\t11/21/2026", b"-\thttps://evil.example/x\t2\t11/21/2026", b""])
         self.succeed("publish", "defaults", self.file("d.xml", b"<DEFAULTS Version='20261121'/>"))
+        for page in ["Reference/defaults.bin", "updates.xml", "show2.aspx"]:
+            urllib.request.urlopen(f"http://127.0.0.2:{port}/{page}", timeout=DEADLINE).close()
         form = b"Key=A%2D1&AppVer=1.0.0&OSVer=6.1.7601.2&IEVer=9.11&OEVer=0&OutVer=0"
         urllib.request.urlopen(f"http://127.0.0.1:{port}/Versions.aspx", form, DEADLINE).close()
         service.send_signal(signal.SIGTERM)
