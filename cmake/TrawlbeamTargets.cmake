@@ -8,6 +8,8 @@ target_include_directories(tb_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_options(tb_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Werror -fno-strict-aliasing)
 if(TRAWLBEAM_SANITIZE)
+  # clang counts it to -Wconversion, g++ not; one set of warnings is enough.
+  target_compile_options(tb_options INTERFACE -Wno-sign-conversion)
   target_compile_options(tb_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(tb_options INTERFACE -fsanitize=address,undefined)
 endif()
