@@ -14,7 +14,7 @@ constexpr std::int32_t WaitMilliseconds = 50;
 
 }  // namespace
 
-ProgramExit::ProgramExit(Parts parts) : m_Parts(std::move(parts)) {
+ProgramExit::ProgramExit(const Parts& parts) : m_Parts(parts) {
     m_Parts.Controller.Shutdown.Connect([this] { ShutdownRaised(); });
     m_Parts.Window.QueryUnloadEvent.Connect([this](bool& cancel, UnloadMode mode) { QueryUnload(cancel, mode); });
     m_Parts.Window.UnloadEvent.Connect([this](bool& /*cancel*/) { Unloaded(); });

@@ -31,7 +31,7 @@ public:
 
     // Begins an exit when the activity controller raises Shutdown or the window is asked to go, by the session's end
     // for one.
-    explicit ProgramExit(Parts parts);
+    explicit ProgramExit(const Parts& parts);
     ProgramExit(const ProgramExit&) = delete;
     ProgramExit& operator=(const ProgramExit&) = delete;
 
