@@ -97,10 +97,13 @@ TEST(PageCheck, TellsTheReasonAndOneAtATime) {
     bool inner = false;
     services.WhileShown = [&] { inner = check.MustBlock("http://frame.example"); };
     EXPECT_TRUE(check.MustBlock("http://a.example/" + Text(300, 'x')));
+    services.WhileShown = nullptr;
     EXPECT_TRUE(inner) << "a frame of the page under the box";
     ASSERT_EQ(services.Shown.size(), 1U);
     EXPECT_EQ(services.Shown[0], "Name: This page was blocked, because it is known as malicious:\r\nhttp://a.example/" +
                                      Text(103, 'x') + "...\r\n\r\nValidated: x");
+    check.MustBlock("http://a.example/" + Text(103, 'x'));
+    EXPECT_NE(services.Shown.at(1).find("xxx\r\n"), Text::npos) << "as long as is shown";
 }
 
 }  // namespace

@@ -134,6 +134,9 @@ class TbtoolTest(unittest.TestCase):
             status, output, errors = run(*command.split(), "--version")
             self.assertEqual((status, errors), (0, ""))
             self.assertRegex(output, rb"^tbtool \d+\.\d+\.\d+\n$")
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run([TBTOOL, "--version"], stdout=full, stderr=subprocess.PIPE)
+        self.assertEqual((done.returncode, done.stderr), (1, b"tbtool: cannot write to standard output\n"))
         self.assertEqual([line.split()[0] for line in run("snapshot", "--help")[1].decode().splitlines() if line[0] == "u"],
                          ["usage:"] * 2)
         for words, message in [(["check", "--lost"], "unknown option --lost"), (["snapshot", "shoe"], "command snapshot shoe"),
