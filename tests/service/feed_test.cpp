@@ -4,11 +4,9 @@
 #include <random>
 #include <thread>
 
-#include "commandline/InputFiles.h"
+#include "fakes/RecordedLog.h"
 #include "fakes/TestFolder.h"
-#include "platform/posix/PosixFiles.h"
 #include "service/web/SiteFeed.h"
-#include "sitedb/ListOfSites.h"
 #include "sitedb/codec/Encryption.h"
 
 namespace tb {
@@ -191,32 +189,6 @@ TEST_F(SiteFeedTest, MakesALongListOnceAndGoesOnAnsweringMeanwhile) {
     BringUpToDate(client);
     EXPECT_EQ(late.Sites, Listed());
     EXPECT_EQ(client.Sites, Listed());
-}
-
-// What a client stores is what the operator's tool makes of the same lines, byte for byte.
-TEST_F(SiteFeedTest, GivesEntriesAsTheListsOfToolsHoldThem) {
-    Folder.Write("list",
-                 "HTTP://Evil.Example/A//\t2\tdate\nhttp://b.example/%41%09+x y\t1\t\r\n"
-                 "http://\xC9t\xE9.example/\xFF\x01\t2\t\x80\xE9\nhttp://evil.example/a\t9\trefused\n"
-                 "https://b.example:80/?q=%2b&r=<>\t2.0\tv\n");
-    PosixFiles files;
-    ListOfSites tool;
-    std::vector<Site> sites;
-    ForEachSiteLine(files, (Folder.Path() / "list").string(), [&](size_t, const std::vector<Text>& fields) {
-        tool.DB->AddToDB(fields[0], fields[1], fields[2]);
-        for (Site& site : SitesOf(fields[0], fields[1], fields[2])) sites.push_back(std::move(site));
-    });
-    History.Import(sites);
-    ReplayingClient client;
-    BringUpToDate(client);
-    ListOfSites program;
-    for (const Text& site : client.Sites) {
-        const std::vector<Text> fields = Split(site, '\t');
-        program.Add(fields[0], fields[1], fields[2]);
-    }
-    EXPECT_TRUE(program.Log.Lines.empty()) << "a line was refused";
-    EXPECT_EQ(program.DB->LiveCount(), 4);
-    EXPECT_EQ(program.DB->Fingerprint(), tool.DB->Fingerprint());
 }
 
 }  // namespace

@@ -231,26 +231,24 @@ TEST_F(HttpServerTest, KeepsConnectionsUntilABodyIsLeftUnread) {
 
 // More than there are places: of clients that send nothing, a byte now and then, or take nothing of a long reply.
 TEST_F(HttpServerTest, AnswersOthersWhileManyAreSlow) {
-    const struct {
-        Text Begin;
-        bool Drips;
-    } kinds[] = {{"", false}, {"POST /MalDB.aspx HTTP/1.1\r\nX: ", true}, {Get("/long"), false}};
-    for (const auto& kind : kinds) {
+    const std::pair<Text, bool> kinds[] = {
+        {"", false}, {"POST /MalDB.aspx HTTP/1.1\r\nX: ", true}, {Get("/long"), false}};
+    for (const auto& [begin, drips] : kinds) {
         std::vector<Wire> slow;
         for (int number = 0; number < 270; ++number) {
             slow.push_back(Open());
-            slow.back().Send(kind.Begin);
+            slow.back().Send(begin);
         }
         std::atomic<bool> isDone = false;
-        std::thread dripping([&] {
-            while (kind.Drips && !isDone) {
+        std::thread dripping([&, isDripping = drips] {
+            while (isDripping && !isDone) {
                 for (Wire& wire : slow) wire.Send("x");
                 ::usleep(50'000);
             }
         });
         Wire wire = Open();
         wire.Send(Get("/show1.aspx"));
-        EXPECT_THAT(wire.ReceiveUntil("</html>", milliseconds(4'500)), StartsWith("HTTP/1.1 200 OK")) << kind.Begin;
+        EXPECT_THAT(wire.ReceiveUntil("</html>", milliseconds(4'500)), StartsWith("HTTP/1.1 200 OK")) << begin;
         isDone = true;
         dripping.join();
     }

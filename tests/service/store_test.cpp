@@ -34,10 +34,7 @@ int RightsOf(const std::filesystem::path& file) {
 }
 
 TEST(SiteEntry, IsWhatClientsHold) {
-    const struct {
-        Text Given;
-        std::vector<Text> Urls;
-    } cases[] = {
+    const std::pair<Text, std::vector<Text>> cases[] = {
         {"HTTP://Evil.Example/A//", {"http://evil.example/a"}},
         {"evil.example/x", {"http://evil.example/x", "https://evil.example/x"}},
         {"evil.example/?u=http://x", {"http://evil.example/?u=http://x", "https://evil.example/?u=http://x"}},
@@ -45,7 +42,7 @@ TEST(SiteEntry, IsWhatClientsHold) {
         {"http://\xC9vil.example/%41+%09", {"http://\xE9vil.example/%41+%09"}},
         {"http:%2f%2fevil.example", {"http://http:%2f%2fevil.example", "https://http:%2f%2fevil.example"}},
     };
-    for (const auto& entry : cases) EXPECT_EQ(SiteUrlsOf(entry.Given), entry.Urls) << entry.Given;
+    for (const auto& [given, urls] : cases) EXPECT_EQ(SiteUrlsOf(given), urls) << given;
     EXPECT_EQ(SitesOf("a.example", " 9 ", "").size(), 2U);
 }
 

@@ -155,10 +155,7 @@ TEST(SubmissionIds, AreReadInBothForms) {
 }
 
 TEST(UrlScan, FindsLinks) {
-    const struct {
-        Text Given;
-        std::vector<Text> Urls;
-    } cases[] = {
+    const std::pair<Text, std::vector<Text>> cases[] = {
         {"see http://a.example/x, (https://b.example/y/) or http://a.example/x.",
          {"http://a.example/x", "https://b.example/y"}},
         {"<a href=\"HTTP://A.example/?x=1&amp;y=2#z\">q</a><img src='http://b.example/i.gif'>",
@@ -170,7 +167,7 @@ TEST(UrlScan, FindsLinks) {
         {"http://a.example/" + Text(5000, 'x'), {"http://a.example/" + Text(2031, 'x')}},
         {"", {}},
     };
-    for (const auto& entry : cases) EXPECT_EQ(UrlsIn(entry.Given), entry.Urls) << Quoted(entry.Given);
+    for (const auto& [given, urls] : cases) EXPECT_EQ(UrlsIn(given), urls) << Quoted(given);
 }
 
 TEST(MailTexts, AreWithoutTheirEncoding) {
