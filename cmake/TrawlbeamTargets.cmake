@@ -52,6 +52,13 @@ endfunction()
 if(TRAWLBEAM_LINT)
   add_custom_target(tidy)
   add_custom_target(deep)
+  # The commands as clang takes them: the precompiled headers of g++ are none to it.
+  set(commands compile_commands.json)
+  add_custom_target(tidy_commands
+    COMMAND ${CMAKE_COMMAND} -E make_directory tidy
+    COMMAND sed "s/ -Winvalid-pch -include [^ ]*//" ${commands} > tidy/${commands}.new
+    COMMAND mv tidy/${commands}.new tidy/${commands}
+    WORKING_DIRECTORY ${CMAKE_BINARY_DIR} VERBATIM)
 endif()
 function(tb_tidy target)
   set(folder ${CMAKE_SOURCE_DIR}/src)
@@ -72,6 +79,7 @@ function(tb_tidy target)
       list(APPEND stamps ${stamp})
     endforeach()
     add_custom_target(${target}_${step} DEPENDS ${stamps})
+    add_dependencies(${target}_${step} tidy_commands)
     add_dependencies(${step} ${target}_${step})
   endforeach()
 endfunction()

@@ -143,7 +143,8 @@ TEST_F(Update, AnyCallThatFailsLeavesAWholeVersion) {
                 ASSERT_EQ(Run().Outcome, UpdateOutcome::Installed);
             } else {
                 ASSERT_EQ(outcome, UpdateOutcome::Installed);
-                ASSERT_EQ(Run().Outcome, IsPending() ? UpdateOutcome::Installed : UpdateOutcome::Nothing);
+                const bool wasPending = IsPending();
+                ASSERT_EQ(Run().Outcome, wasPending ? UpdateOutcome::Installed : UpdateOutcome::Nothing);
             }
             ASSERT_EQ(Installed(), New);
             ASSERT_FALSE(IsPending() || HasJournal());
