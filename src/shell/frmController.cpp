@@ -123,6 +123,8 @@ void frmController::SetupTray() {
         if (button == 2) m_frmSysTray->ShowMenu();
     });
     m_frmSysTray->Load();
+    // Putting the icon there served messages, too.
+    if (!Program().Settings) return;
     BuildTrayMenu();
     m_frmSysTray->SetTooltip(ProductName());
 }

@@ -1,6 +1,8 @@
 // A notification area that remembers what it was told.
 #pragma once
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 #include "platform/TrayIcon.h"
@@ -18,11 +20,14 @@ public:
     bool Answer = true;
     // Null while nobody listens. A test sends mouse messages through it.
     TrayIconListener* Listener = nullptr;
+    // What the program serves while the shell is told.
+    std::function<void()> Meanwhile;
 
     void Listen(WindowHandle, TrayIconListener& listener) override { Listener = &listener; }
     void StopListening() noexcept override { Listener = nullptr; }
     bool Notify(NotifyIconCall call, const NotifyIconRecord& record) noexcept override {
         Calls.push_back({call, record});
+        if (const auto meanwhile = std::exchange(Meanwhile, nullptr)) meanwhile();
         return Answer;
     }
 

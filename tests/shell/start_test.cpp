@@ -104,8 +104,8 @@ TEST(Start, TellsOfACodePageThatTextsCannotBeIn) {
     EXPECT_EQ(rig.System.TakeLog().at(2), "   Code page 65001 has more than one byte a character: texts are in 1252");
 }
 
-// A gate that asks the user or waits for the network serves messages.
-TEST(Start, TheSessionMayEndInsideAGate) {
+// A gate that asks the user or waits for the network serves messages, and so does the shell that is told of the icon.
+TEST(Start, TheSessionMayEndInsideItsWaits) {
     for (const auto& [line, tells, plant] : Stops) {
         if (!tells) continue;
         ShellRig rig;
@@ -121,6 +121,11 @@ TEST(Start, TheSessionMayEndInsideAGate) {
     waiting.OnRequest = [&](const Text&) { waiting.Controller().Unload(UnloadMode::Session); };
     EXPECT_FALSE(waiting.Chain->Main());
     EXPECT_EQ(waiting.Asked(), Lines{"HEAD reference.bin"});
+    ShellRig late;
+    late.Tray.Meanwhile = [&] { late.Controller().Unload(UnloadMode::Session); };
+    EXPECT_TRUE(late.Chain->Main());
+    EXPECT_TRUE(late.Family.Loaded().empty());
+    EXPECT_EQ(late.Tray.Listener, nullptr);
 }
 
 TEST(Start, AnUnexpectedErrorIsShownAndEndsTheStart) {
