@@ -76,18 +76,17 @@ private:
 
 // The box of the question. The menu that is open belongs to no other process's reach but the keyboard. Its letter
 // chooses the item at once: a mouse that lies over the menu could move the choice between two keys. A window that comes
-// to the front meanwhile closes the menu, and the letter is lost.
+// to the front meanwhile closes the menu, perhaps before it was seen, and the letter is lost.
 HWND AskToExit(const Target& target) {
     const auto menu = [&] { return target.Find(MenuClass, nullptr); };
     const auto question = [&] { return target.Find(DialogClass, Question); };
     const ULONGLONG deadline = GetTickCount64() + StepMs;
     do {
-        target.Post(TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
-        if (WaitFor(StepMs, menu) == nullptr) throw StillRunning{"the tray icon's menu did not open"};
-        target.Post(WM_CHAR, ExitLetter, 0);
+        if (menu() == nullptr) target.Post(TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
+        if (WaitFor(AgainMs, menu) != nullptr) target.Post(WM_CHAR, ExitLetter, 0);
         if (const HWND box = WaitFor(AgainMs, question)) return box;
-    } while (menu() == nullptr && GetTickCount64() < deadline);
-    return WaitFor(StepMs, question);
+    } while (GetTickCount64() < deadline);
+    return nullptr;
 }
 
 }  // namespace
