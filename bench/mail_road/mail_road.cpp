@@ -15,7 +15,7 @@
 
 #include "base/numbers.h"
 #include "components/tbSender/tbSender.h"
-#include "e2e/mail_road/LoopbackHttp.h"
+#include "bench/mail_road/LoopbackHttp.h"
 #include "submissions/SubmissionRig.h"
 
 namespace tb {
