@@ -4,6 +4,7 @@
 
 #include "base/errors.h"
 #include "base/numbers.h"
+#include "urlcheck/url/UrlAuthority.h"
 #include "urlcheck/url/UrlDecode.h"
 
 namespace tb {
@@ -27,8 +28,7 @@ bool HasScheme(const Text& url) {
 Text CleanUrl(const Text& url) {
     Text clean(WithoutTrailingSlashes(LowerCase(url)));
     const Text decoded = UrlDecode(clean);
-    const std::vector<TextView> parts = SplitViews(decoded, '/');
-    if (parts.size() < 3 || parts[2].empty()) throw InputError("no host in the URL " + Quoted(url));
+    if (UrlAuthority(decoded).value_or("").empty()) throw InputError("no host in the URL " + Quoted(url));
     return clean;
 }
 
