@@ -72,12 +72,11 @@ TEST(Drop, RefusesRepeatedAndLargeMails) {
     EXPECT_EQ(rig.TakeShown(), (Lines{again + "b\r\n\r\n", again}));
     EXPECT_EQ(rig.System.Processes.Trims.size(), 2U);
     EXPECT_EQ(rig.Queue(), "0.E");
-    for (const bool fits : {true, false}) {
-        SubmissionRig large;
-        large.DropMail(Text(fits ? 0x4FFFF6 : 0x4FFFF7, 'h') + "\r\n\r\n" + Text(10, 'b'));
-        EXPECT_EQ(large.Queue(), fits ? "0.E" : "");
-        EXPECT_EQ(large.TakeShown(), fits ? Lines() : Lines{"48|Trawlbeam|Email message is too large"});
-    }
+    rig.DropMail(Text(0x4FFFF6, 'h') + "\r\n\r\n" + Text(10, 'b'));
+    EXPECT_EQ(rig.TakeShown(), Lines());
+    rig.DropMail(Text(0x4FFFF7, 'h') + "\r\n\r\n" + Text(10, 'b'));
+    EXPECT_EQ(rig.TakeShown(), Lines{"48|Trawlbeam|Email message is too large"});
+    EXPECT_EQ(rig.Queue(), "0.E 1.E");
 }
 
 TEST(Drop, ReadsStoredMessages) {
@@ -90,10 +89,7 @@ TEST(Drop, ReadsStoredMessages) {
         Text PlainText, Queued, Shown;
         bool IsMail = true;
     } cases[] = {
-        {{{Headers, "H" + nul + "x"}, {Html, "html" + nul + "x"}, {Rtf, "r"}, {Plain, "p"}},
-         "",
-         "0.E H\r\n\r\nhtml\r\n",
-         ""},
+        {{{Headers, "H" + nul + "x"}, {Html, "t" + nul + "x"}, {Rtf, "r"}}, "", "0.E H\r\n\r\nt\r\n", ""},
         {{{Headers, "H"}, {Rtf, "r" + nul + "tf"}, {Plain, "p"}}, "", "0.E H\r\n\r\nr" + nul + "tf\r\n", ""},
         {{{Headers, "H"}, {Html, "FAIL"}, {Plain, "p"}}, "", "0.E H\r\n\r\np\r\n", ""},
         {{{Html, "html"}}, "", "", forwarded},
@@ -139,7 +135,6 @@ TEST(Drop, TakesURLs) {
         bool Debug = false;
     } cases[] = {
         {"1", "evil.example", "", prefix + "evil.example"},
-        {"1", "", "", prefix},
         {"1", "http://a/\r\nhttp://b/", "", single + "http://a/\nhttp://b/"},
         {"0", "\nhttp://a/", "", single + "\nhttp://a/"},
         {"1", "HTTPfoo", "HTTPfoo", ""},
@@ -203,25 +198,16 @@ TEST(HandIn, AsksForARunUnlessTheProgramGoes) {
     }
 }
 
-TEST(Mail, IsTakenApartAtItsFirstEmptyLine) {
+TEST(Mail, KnowsItsFields) {
     CEmailMessage mail;
-    const Text text =
-        "Subject:a\r\nSUBJECT:  b \r\nTo : x\r\n\tfrom: tab\r\nDate: 1 Jan 10:20:30\r\n folded: y\r\nbcc\r\n"
-        "Return-Path: 1\r\nReceived: 2\r\nMessage-ID: \t3\r\nReply-To: 5\r\nSender: 6\r\nIn-Reply-To: 8\r\n"
-        "References: 9\r\nKeywords: 10\r\nComments: 11\r\nEncrypted: 12\r\nCc: 7\r\nCc:\r\n\r\n\r\n\r\nB";
-    EXPECT_TRUE(mail.CreateFromText(text));
-    EXPECT_EQ(mail.Headers() + "\r\n\r\n" + mail.MessageBody(), text);
-    EXPECT_EQ(mail.MessageBody(), "\r\n\r\nB");
-    EXPECT_EQ(mail.SIZE(), static_cast<std::int32_t>(mail.CombineMessage().size()));
-    EXPECT_EQ(Join({mail.Subject(), mail.MessageTo(), mail.SendDate(), mail.BCC(), mail.ReturnPath(), mail.Received(),
-                    mail.MessageID(), mail.From(), mail.ReplyTo(), mail.Sender(), mail.CC(), mail.InReplyTo(),
-                    mail.References(), mail.Keywords(), mail.Comments(), mail.Encrypted()},
-                   "|"),
-              "b||1 Jan 10:20:30||1|2|\t3||5|6||8|9|10|11|12");
+    EXPECT_TRUE(mail.CreateFromText(
+        "Subject:a\r\nSUBJECT:  b \r\nFrom : x\r\n\tfrom: tab\r\nbcc\r\nCc: 7\r\nCc:\r\n\r\n\r\n\r\nB"));
+    EXPECT_EQ(Join({mail.Subject(), mail.From(), mail.CC(), mail.MessageBody()}, "|"), "b|||\r\n\r\nB");
     // What a second text lacks stays; one that is no mail changes nothing.
     EXPECT_TRUE(mail.CreateFromText("to: x\r\n\r\nsecond"));
     EXPECT_FALSE(mail.CreateFromText("subject: no mail\n\nB"));
     EXPECT_EQ(mail.Subject() + mail.MessageTo() + mail.MessageBody(), "bxsecond");
+    EXPECT_EQ(mail.SIZE(), static_cast<std::int32_t>(mail.CombineMessage().size()));
 }
 
 }  // namespace
