@@ -178,24 +178,22 @@ TEST(Drop, ReplacesNoFileThatWaits) {
 
 // Runs begin behind the questions, and not in a program that ended inside one; what it had handed in stays queued.
 TEST(HandIn, AsksForARunUnlessTheProgramGoes) {
-    for (const bool ends : {false, true}) {
-        SubmissionRig rig;
-        Text queued;
-        rig.DB->RunWanted.Connect([&] { queued = rig.Queue(); });
-        if (ends) {
-            rig.Qualifiers.Meanwhile = [&](QualifiersDialog&) {
-                rig.DB.reset();
-                rig.Program.Settings.reset();
-            };
-        }
-        FakeDrop drop;
-        drop.Formats[PlainTextFormat] = "http://a.example/";
-        rig.DB->HandIn(drop);
-        EXPECT_EQ(queued, ends ? "" : "0.U");
-        EXPECT_EQ(rig.Queue(), "0.U");
-        if (rig.DB) rig.DB->HandInURL("http://b.example/");
-        EXPECT_EQ(queued, ends ? "" : "0.U 1.U");
-    }
+    SubmissionRig rig;
+    Text queued;
+    rig.DB->RunWanted.Connect([&] { queued = rig.Queue(); });
+    FakeDrop drop;
+    drop.Formats[PlainTextFormat] = "http://a.example/";
+    rig.DB->HandIn(drop);
+    EXPECT_EQ(queued, "0.U");
+    rig.DB->HandInURL("http://b.example/");
+    EXPECT_EQ(queued, "0.U 1.U");
+    rig.Qualifiers.Meanwhile = [&](QualifiersDialog&) {
+        rig.DB.reset();
+        rig.Program.Settings.reset();
+    };
+    rig.DB->HandIn(drop);
+    EXPECT_EQ(queued, "0.U 1.U");
+    EXPECT_EQ(rig.Queue(), "0.U 1.U 2.U");
 }
 
 TEST(Mail, KnowsItsFields) {

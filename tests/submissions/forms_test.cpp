@@ -62,6 +62,11 @@ TEST(SubmissionForms, TheDialogShowsTheRowsAndTellsTheChoice) {
                   EXPECT_EQ(rig.Open().ScaleWidth(), 5880) << "without the frame";
                   EXPECT_EQ(rig.Find<OptionButton>("optCat1").Top(), 285);
                   EXPECT_EQ(rig.Find<OptionButton>("optCat1").Tag(), "3");
+                  EXPECT_EQ(Join({rig.Find<OptionButton>("optCat0").ToolTipText(),
+                                  rig.Find<OptionButton>("optConfidence", 0).ToolTipText(),
+                                  rig.Find<CommandButton>("cmdOK").Caption()},
+                                 "|"),
+                            "Bank spoof|Low Confidence|OK");
                   EXPECT_TRUE(rig.Find<OptionButton>("optConfidence", 3).Selected());
                   EXPECT_NE(rig.Windows.Take().find("option10.focus"), Text::npos) << "the choice that stands";
                   rig.Find<OptionButton>("optConfidence", 1).SetSelected(true);
