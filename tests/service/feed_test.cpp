@@ -117,7 +117,7 @@ TEST_F(SiteFeedTest, AllClientsAgreeInTheEnd) {
             BringUpToDate(clients[static_cast<size_t>(below(4))]);
         }
         for (const Text& stamp :
-             {Text("209901010000"), Text("202611210001"), Text(NoSitesStamp), Text("no stamp"), Text(5000, '9')}) {
+             {Text("209901010000"), Text("202611210001"), Text(""), Text("no stamp"), Text(5000, '9')}) {
             ReplayingClient& stranger = clients.emplace_back();
             stranger.Stamp = stamp;
             stranger.Sites = {"http://of.another.service\t2\tv"};
@@ -150,12 +150,16 @@ TEST_F(SiteFeedTest, TellsOnlyWhatChanged) {
     BringUpToDate(client);
     EXPECT_EQ(client.Restarts, 1);
     EXPECT_EQ(Feed().ReplySince(client.Stamp), Feed().ReplySince(client.Stamp)) << "made once";
+    // One without a stamp may hold remains, so it starts anew although the record reaches back to the beginning.
+    client.Stamp = NoSitesStamp;
+    BringUpToDate(client);
+    EXPECT_EQ(client.Restarts, 2);
     // A list that was emptied on purpose is one, for those who start anew, too.
     History.Remove({"http://s1.example", "http://s2.example", "http://s3.example"});
     client.Stamp = "unknown";
     BringUpToDate(client);
     EXPECT_EQ(client.Sites.size(), 0U);
-    EXPECT_EQ(client.Restarts, 2);
+    EXPECT_EQ(client.Restarts, 3);
 }
 
 TEST_F(SiteFeedTest, MakesALongListOnceAndGoesOnAnsweringMeanwhile) {

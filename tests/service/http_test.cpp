@@ -74,8 +74,8 @@ protected:
     }
 
     Wire Open(const char* address = "127.0.0.1") { return Wire(Port, address); }
-    Text Exchange(const Text& request, const char* address = "127.0.0.1") {
-        Wire wire = Open(address);
+    Text Exchange(const Text& request) {
+        Wire wire = Open();
         wire.Send(request);
         return wire.ReceiveAll();
     }

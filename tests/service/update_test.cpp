@@ -29,13 +29,8 @@ TEST(FileVersionOf, ReadsTheFirstLanguageAndNothingBehindTheEnd) {
     // What is cut is refused; the sanitizers watch that it is read within what is there.
     const auto read = [](const Text& bytes) {
         const std::vector<char> exact(bytes.begin(), bytes.end());
-        Text version = "refused";
-        Trap(
-            [&] {
-                version = FileVersionOf({exact.data(), exact.size()}).value_or("none");
-            },
-            [](const RuntimeError&) {});
-        return version;
+        const auto version = [&] { return FileVersionOf({exact.data(), exact.size()}).value_or("none"); };
+        return TrapOr(Text("refused"), version, [](const RuntimeError&) {});
     };
     EXPECT_EQ(read(file), "1.2.3");
     for (size_t size = 0; size < file.size(); ++size) EXPECT_EQ(read(file.substr(0, size)), "refused") << size;

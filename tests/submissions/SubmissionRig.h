@@ -14,11 +14,10 @@ using Lines = std::vector<Text>;
 
 class FakeFormats : public ClipboardFormats {
 public:
-    ClipboardFormat Register(const Text& name) override {
-        Names.push_back(name);
-        return static_cast<ClipboardFormat>(-16000 - static_cast<int>(Names.size()));
-    }
-    Lines Names;
+    ClipboardFormat Register(const Text&) override { return --m_Last; }
+
+private:
+    ClipboardFormat m_Last = -16000;
 };
 
 class FakeQualifiers : public QualifiersView {

@@ -24,8 +24,8 @@ struct StatusRig : SubmissionRig, StatusView, Activities {
         DB->Add("URL", "b" + id, id, 1, System.Clock.Now(), "k");
     }
     void ShowLamp(std::int32_t state, std::int32_t blink, std::int32_t colour, const Text& caption) override {
-        const auto text = [](std::int32_t number) { return std::to_string(number); };
-        Seen.push_back(Join({"lamp", text(state), text(blink), text(colour), caption}, " "));
+        const Text numbers = std::to_string(state) + " " + std::to_string(blink) + " " + std::to_string(colour);
+        Seen.push_back("lamp " + numbers + " " + caption);
     }
     void ShowWaitCursor(bool wait) override { Seen.push_back(wait ? "wait" : "arrow"); }
     void PlayClickSound() override { Seen.push_back("click"); }
