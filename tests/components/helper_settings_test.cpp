@@ -49,7 +49,9 @@ std::int32_t Load(const Text& bytes, BHOSettings& settings) {
 
 TEST(BHOSettings, KnowTheirSectionsAndNames) {
     BHOSettings settings = Sample();
-    EXPECT_EQ(settings.Get(BHOSection::Options, 0, "ShowAlert"), "1") << "what a fresh one has";
+    const Text fresh =
+        settings.Get(BHOSection::Options, 0, "ShowAlert") + settings.Get(BHOSection::Options, 0, "MessageDetail");
+    EXPECT_EQ(fresh, "12");
     EXPECT_EQ(settings.Get(BHOSection::Options, 0, "CHECKOFF"), "1") << "names without case";
     settings.Set(BHOSection::Options, 0, "CheckOff", "");
     EXPECT_EQ(settings.Get(BHOSection::Options, 0, "CheckOff"), "");

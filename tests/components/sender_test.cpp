@@ -66,6 +66,7 @@ TEST_F(SenderTest, DrawsByWeight) {
     EXPECT_EQ(Order(weighted, 0.49), "http://a http://b http://c");
     EXPECT_EQ(Order(weighted, 0.51), "http://b http://a http://c") << "of a and c, a has three quarters";
     EXPECT_EQ(Order(weighted, 0.9), "http://c http://b http://a");
+    EXPECT_EQ(Order(m_Two, 0.5), "http://two http://one") << "below the half is the first one";
     const ElementPtr spares = Service({{"http://a", "0"}, {"http://b", "-5"}, {"http://c", "1"}, {"http://d", "x"}});
     EXPECT_EQ(Order(spares, 0), "http://c http://a http://b http://d");
     EXPECT_EQ(Order(spares, 0.999), "http://c http://d http://b http://a");
@@ -82,7 +83,7 @@ TEST_F(SenderTest, CountsOnlyUsableServers) {
           "http://a\xe9.example", "http://a.example\x01", "http://a%0d%0a.example", "https:/a.example"}) {
         EXPECT_EQ(Order(Service({{address}}), 0), "") << Quoted(address);
     }
-    EXPECT_EQ(Order(Service({{"\r\n HTTPS://[::1]:8765/Reference// "}}), 0), "HTTPS://[::1]:8765/Reference");
+    EXPECT_EQ(Order(Service({{"\r\n HTTPS://aZ-09_.[:]:8765/Reference// "}}), 0), "HTTPS://aZ-09_.[:]:8765/Reference");
     EXPECT_EQ(Post(Service({})), "no usable server");
     EXPECT_TRUE(m_Http.Requests.empty());
 }

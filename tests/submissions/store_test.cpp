@@ -100,12 +100,8 @@ TEST(Store, TellsItsFailures) {
         EXPECT_EQ(rig.TakeShown(),
                   Lines{Stop + "Error Submissions " + what + std::to_string(number) + " " + ErrorText(number)});
     };
-    const std::pair<Text, int> ids[] = {{"12345", 9}, {"12-34-56", 13}, {"1-32768", 6}, {"1-1", 457}};
-    rig.DB->Add("URL", "b", "1-1", 1, {}, "k");
-    for (const auto& [id, number] : ids) {
-        rig.DB->Add("URL", "b", id, 1, {}, "k");
-        told("Add: ", number);
-    }
+    for (int time = 0; time < 2; ++time) rig.DB->Add("URL", "b", "1-1", 1, {}, "k");
+    told("Add: ", 457);
     rig.System.Files.ReadOnly = {"/app/Data/submissions.xml"};
     rig.DB->Save(false);
     told("Save: ", 70);
@@ -132,9 +128,11 @@ TEST(SubmissionIds, AreEnciphered) {
     EXPECT_EQ(EncipheredSubID("1-100", 10000, key), "10000ZHR+ZHt1aBFk") << "a digit more than is read back";
     const std::pair<Text, int> damaged[] = {
         {"1234ABCDE", 0}, {"0000====", 0}, {"1234", 9}, {"-123ABCD", 9}, {"abcdABCD", 13}};
-    for (const auto& [stored, number] : damaged) {
-        EXPECT_EQ(Raised([&, id = stored] { DecipheredSubID(id, key); }), number) << stored;
+    for (const auto& [text, number] : damaged) {
+        EXPECT_EQ(Raised([&, stored = text] { DecipheredSubID(stored, key); }), number) << text;
     }
+    EXPECT_EQ(Raised([] { NormalisedSubID("12345"); }), 9);
+    EXPECT_EQ(Raised([] { NormalisedSubID("1-32768"); }), 6);
 }
 
 }  // namespace
