@@ -208,22 +208,6 @@ struct DialogRig : SubmissionRig {
     void Offer(const Text& key, const Text& value) { Program.Settings->WriteXMLString("SubCat", key, value); }
 };
 
-TEST(Qualifiers, ShowsTheCategoriesButTheGeneralOne) {
-    DialogRig rig;
-    rig.Qualifiers.Meanwhile = [&](QualifiersDialog& dialog) {
-        EXPECT_TRUE(rig.Program.ModalDialogOpen());
-        ASSERT_EQ(dialog.Categories().size(), 2U);
-        const QualifiersDialog::Category& first = dialog.Categories()[0];
-        EXPECT_EQ(first.Name + first.Caption + first.ToolTip + first.Tag, "optCat0BankBank spoof2");
-        dialog.SelectConfidence(0);
-        EXPECT_FALSE(dialog.Confidences()[3].Selected);
-    };
-    EXPECT_EQ(rig.Answer(), "2 0 1234.5 60 | 2 , 0 ,");
-    rig.Answer("C");
-    EXPECT_EQ(rig.Qualifiers.Places[0].Top, (768 * 15 - 3000) / 2.0);
-    EXPECT_EQ(rig.Qualifiers.Places[1].Top, 1234.5);
-}
-
 TEST(Qualifiers, TakesWhatIsSelected) {
     using End = FakeQualifiers::End;
     const Text cancelled = "64|Email Submission|Canceling submission at user request";
@@ -247,13 +231,21 @@ TEST(Qualifiers, TakesWhatIsSelected) {
     }
 }
 
-TEST(Qualifiers, TakesReferenceDataThatComeLaterAndMindsABadPlace) {
+TEST(Qualifiers, ShowsTheCategoriesOfTheMomentButTheGeneralOneWhereItStoodLast) {
     DialogRig rig;
-    rig.Program.Settings->ReplaceGlobals("CATEGORIES", ParseXml("<C><C ID='0'/><C ID='3'/></C>"));
-    rig.Qualifiers.Meanwhile = [](QualifiersDialog& dialog) { EXPECT_EQ(dialog.Categories().size(), 2U); };
-    EXPECT_EQ(rig.Answer(), "0 3 1234.5 60 | 0 , 3 ,");
-    rig.Offer("LastTop", "high");
+    rig.Program.Settings->ReplaceGlobals("CATEGORIES", ParseXml("<C><C ID='1'/><C ID='0'/><C ID='3'/></C>"));
+    rig.Qualifiers.Meanwhile = [&](QualifiersDialog& dialog) {
+        EXPECT_TRUE(rig.Program.ModalDialogOpen());
+        EXPECT_EQ(dialog.Categories().size(), 2U);
+        dialog.SelectConfidence(0);
+        EXPECT_FALSE(dialog.Confidences()[3].Selected);
+    };
+    EXPECT_EQ(rig.Answer(), "0 0 1234.5 60 | 0 , 0 ,");
     rig.Answer("C");
+    EXPECT_EQ(rig.Qualifiers.Places[0].Top, (768 * 15 - 3000) / 2.0);
+    EXPECT_EQ(rig.Qualifiers.Places[1].Top, 1234.5);
+    rig.Offer("LastTop", "high");
+    rig.Answer("D");
     EXPECT_EQ(rig.TakeShown().back(), "64|Email Submission|Canceling submission at user request");
     EXPECT_FALSE(rig.Program.ModalDialogOpen());
 }
