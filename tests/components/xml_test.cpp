@@ -26,7 +26,7 @@ TEST(Xml, IsReadAndWritten) {
         {"<a>&lt;&gt;&amp;&quot;&apos;&&amp;;</a>", "<a>&lt;&gt;&amp;\"'&amp;&amp;;</a>"},
         {"<a>&#65;&#x42;&#x6a;&#x6A;&#000065;&#255;</a>", "<a>ABjjA\xFF</a>"},
         {"<a b='&#39;&amp;lt;'/>", "<a b='&apos;&amp;lt;'></a>"},
-        {"<\xC4\xF6-1.b:_ \xDF = 'x<y>z'/>", "<\xC4\xF6-1.b:_ \xDF='x&lt;y&gt;z'></\xC4\xF6-1.b:_>"},
+        {"<\xC4\xF6-09.b:_ \xDF = 'x<y>z'/>", "<\xC4\xF6-09.b:_ \xDF='x&lt;y&gt;z'></\xC4\xF6-09.b:_>"},
         // A slip that is in use.
         {"<UI><BOX' Label='Sound'>x</BOX'></UI>", "<UI><BOX Label='Sound'>x</BOX>\r\n</UI>"},
     };
