@@ -12,8 +12,6 @@
 namespace tb {
 namespace {
 
-using Lines = std::vector<Text>;
-
 struct Range {
     const char* First;
     const char* Last;
@@ -42,7 +40,7 @@ struct Geo : GeoIPHost {
         Document document;
         document.LoadXML(
             "<COUNTRIES><C ALPHA2='AA' NAME='Aland' WEIGHT='75'/><C ALPHA2='bb' NAME='Beland' WEIGHT='0'/>"
-            "<C ALPHA2='CC' NAME='Celand' WEIGHT='10'/></COUNTRIES>");
+            "<C ALPHA2='CC' NAME='Celand' WEIGHT='10'/><C ALPHA2='DD' NAME='Deland' WEIGHT='much'/></COUNTRIES>");
         Countries = {document.begin(), document.end()};
         Table.LoadCountries(Countries);
         Table.LoadIPCountry(TableOf(ranges));
@@ -50,48 +48,33 @@ struct Geo : GeoIPHost {
     Text EvilWords() override { return Words; }
     Text HomeCountry() override { return Home; }
 
-    Text CountryOf(const Text& addresses) {
-        double score = 0;
-        Text country = "before";
-        EXPECT_TRUE(Table.ScoreURL("http://x.example/", addresses, score, country));
-        return country;
-    }
     double Score(const Text& url, const Text& addresses = {}) {
         double score = 0;
-        Text country;
-        Table.ScoreURL(url, addresses, score, country);
+        EXPECT_TRUE(Table.ScoreURL(url, addresses, score, Country));
         return score;
+    }
+    Text CountryOf(const Text& addresses) {
+        Score("http://x.example/", addresses);
+        return Country;
     }
 
     Text Words = "x";
     Text Home;
+    Text Country;  // of the last score
     Element::Children Countries;
     GeoIP Table{*this};
 };
 
 TEST(GeoIP, FindsTheRangeOfAnAddress) {
     // A table that ends in an ordinary record finds nothing above the first address whose bytes the short test takes.
-    Geo plain({A, B, C});
-    for (const char* address : {"1.0.0.0", "1.0.0.255", "2.5.5.5", "200.0.1.0", "200.0.1.255"}) {
-        EXPECT_EQ(plain.CountryOf(address), "") << address;
-    }
+    EXPECT_EQ(Geo({A, B, C}).CountryOf("1.0.0.0"), "");
     Geo high({A, B, {"200.0.0.200", "200.0.1.255", "CC"}});
     Geo whole({A, B, C, Sentinel});
     const std::tuple<Text, Text, Text> cases[] = {
-        {"0.255.255.255", "", ""},
-        {"1.0.0.0", "Aland", "Aland"},
-        {"1.0.0.255", "Aland", "Aland"},
-        {"1.0.1.0", "", ""},
-        {"2.255.255.255", "Beland", "Beland"},
-        {"200.0.0.200", "Celand", ""},
-        {"200.0.1.0", "Celand", "Celand"},
-        {"200.0.1.255", "Celand", "Celand"},
-        {"200.0.2.0", "", ""},
-        {"255.255.255.255", "", ""},
-        {"junk", "", ""},
-        {"", "", ""},
-        {"1.0.0.0 2.0.0.1", "Beland", "Beland"},
-        {" 2.0.0.1 1.0.0.9 junk 9.9.9.9", "Aland", "Aland"},
+        {"0.255.255.255", "", ""},     {"1.0.0.0", "Aland", "Aland"},
+        {"1.0.1.0", "", ""},           {"2.255.255.255", "Beland", "Beland"},
+        {"200.0.0.200", "Celand", ""}, {"200.0.1.255", "Celand", "Celand"},
+        {"255.255.255.255", "", ""},   {" 2.0.0.1 1.0.0.9 junk 9.9.9.9", "Aland", "Aland"},
     };
     for (const auto& [address, inHigh, inWhole] : cases) {
         EXPECT_EQ(high.CountryOf(address), inHigh) << address;
@@ -100,19 +83,14 @@ TEST(GeoIP, FindsTheRangeOfAnAddress) {
 }
 
 TEST(GeoIP, DefectiveDataIsAnErrorOrNoCountryAndNeverALoop) {
-    Geo none;
-    EXPECT_EQ(none.CountryOf("1.0.0.0"), "");
-    EXPECT_EQ(Raised([&] { none.Table.LoadCountries(none.Countries); }), 457);
-
     Geo unknown({A, {"3.0.0.0", "3.0.0.1", "XX"}, Sentinel});
     EXPECT_EQ(Raised([&] { unknown.CountryOf("1.0.0.1 3.0.0.1"); }), 5);
+    EXPECT_EQ(Raised([&] { unknown.Table.LoadCountries(unknown.Countries); }), 457);
     unknown.Table.LoadIPCountry(" \r\n");
     EXPECT_EQ(unknown.CountryOf("1.0.0.1"), "Aland");
 
     Geo backwards({A, {"3.0.0.9", "3.0.0.1", "BB"}, Sentinel});
-    for (const char* address : {"3.0.0.9", "3.0.0.1", "3.0.0.5", "3.0.1.0"})
-        EXPECT_EQ(backwards.CountryOf(address), "");
-
+    for (const char* address : {"3.0.0.9", "3.0.0.5"}) EXPECT_EQ(backwards.CountryOf(address), "");
     const Text whole = Base64Decode(TableOf({A, B, Sentinel}));
     for (size_t length = 1; length < whole.size(); ++length) {
         Geo cut;
@@ -120,34 +98,24 @@ TEST(GeoIP, DefectiveDataIsAnErrorOrNoCountryAndNeverALoop) {
         EXPECT_EQ(cut.Table.IsSorted(), length % 10 == 0) << length;
         EXPECT_EQ(Raised([&] { cut.CountryOf("255.255.255.255"); }), length < 7 ? 9 : 0) << length;
     }
-    Document document;
-    document.LoadXML("<COUNTRIES><C ALPHA2='YY' NAME='Nowhere' WEIGHT='much'/></COUNTRIES>");
-    Geo weightless({A, {"3.0.0.0", "3.0.0.1", "YY"}, Sentinel});
-    weightless.Table.LoadCountries({document.begin(), document.end()});
+    Geo weightless({A, {"3.0.0.0", "3.0.0.1", "DD"}, Sentinel});
     EXPECT_EQ(Raised([&] { weightless.CountryOf("3.0.0.1"); }), 13);
 }
 
 TEST(GeoIP, ScoresTheTextOfAUrl) {
     const std::tuple<Text, Text, double> cases[] = {
-        {"http://www.good.example/", "x", 2.6667},
         {"http://1.2.3.4/", "x", 6.3333},
         {"http://3232235777/", "x", 10},
         {"http://user@evil.example/", "x", 8},
         {"http://user@/", "x", 2},
-        {"http://a.example/@x", "x", 2},
-        {"http://a.example:8080/", "x", 1.6667},
         {"http://a.example: 80 ", "x", 4.5},
-        {"http://a.example:80/", "x", 1.1667},
-        {"http://a.example:81:80", "x", 2.3333},
         {"http://user:pw@1.0.0.1:8080/x", "x", 11},
         {"http://0x7f.1/", "x", 9.75},
         {"http://ok.example/\xe9\x7f", "x", 7.502},
         {"http://1.2.3.4/a%20b%20c", "x", 6.7333},
         {"http://pay-pal.example/bank-login", "x,paypal,bank", 4.6667},
         {"http://pay-pal.example/bank-login", "paypal,,BANK", 2.6667},
-        {"http://aaaa.example", "x,aa", 5},
-        {"www.good.example/", "", 2.6667},
-        {"", "x,a", 2},
+        {"aaaa.example", "x,aa", 5},
     };
     Geo geo;
     for (const auto& [url, words, score] : cases) {
@@ -156,7 +124,6 @@ TEST(GeoIP, ScoresTheTextOfAUrl) {
     }
     Geo foreign({A, B, Sentinel});
     EXPECT_NEAR(foreign.Score("http://www.good.example", "1.0.0.1"), 4.1667, 0.00005);
-    EXPECT_NEAR(foreign.Score("http://www.good.example", "1.0.0.1 2.0.0.1"), 2.6667, 0.00005);
     foreign.Home = "Aland";
     EXPECT_NEAR(foreign.Score("http://www.good.example", "1.0.0.1"), 2.6667, 0.00005);
 }
@@ -167,17 +134,18 @@ TEST(WhiteListDB, CoversHostsBySuffix) {
     list.LogMessage.Connect([&](const Text& line, LogLevel level) { log.WriteLog(line, level); });
     for (const char* domain : {"Good.Example", "good.%65xample", "intranet", " blank.example "}) list.AddToDB(domain);
     EXPECT_EQ(list.Count(), 3);
-    EXPECT_EQ(log.Take(), Lines{"1 List AddToDB: dup entry - good.example"});
-    for (const char* host : {"good.example", "GOOD.EXAMPLE", "a.b.good.example", "www.go%6Fd.example", "intranet"}) {
+    for (const char* host :
+         {"good.example", "GOOD.EXAMPLE", "a.b.good.example", "..good.example", "www.go%6Fd.example", "intranet"}) {
         EXPECT_TRUE(list.isWhiteList(host)) << host;
     }
     for (const char* host : {"good.example:8080", "com", "example", "notgood.example", "a.intranet", "blank.example"}) {
         EXPECT_FALSE(list.isWhiteList(host)) << host;
     }
-    EXPECT_TRUE(log.Take().empty());
     EXPECT_FALSE(list.isWhiteList(""));
     list.AddToDB("");
-    EXPECT_EQ(log.Take(), (Lines{"0 List Match Error: 1001 Invalid key", "0 List AddToDB Error: 1001 Invalid key"}));
+    EXPECT_EQ(log.Take(),
+              (std::vector<Text>{"1 List AddToDB: dup entry - good.example", "0 List Match Error: 1001 Invalid key",
+                                 "0 List AddToDB Error: 1001 Invalid key"}));
 }
 
 }  // namespace

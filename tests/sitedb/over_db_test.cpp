@@ -12,7 +12,6 @@ namespace tb {
 namespace {
 
 using Lines = std::vector<Text>;
-
 const std::filesystem::path File = "Data/SiteOverrides.xml";
 const std::filesystem::path BadCopy = "Data/SiteOverrides.xml.bad";
 const Text FirstLine = "<SiteOverrides Date='11/21/2026 08:09:10' Version='1.0'>\r\n";
@@ -37,7 +36,6 @@ protected:
         return later.Count() == 0 ? Lines() : later.URLS();
     }
     static Text Content(const Text& lines) { return FirstLine + lines + "</SiteOverrides>\r\n"; }
-
     std::int32_t ShowMessage(const Text& prompt, std::int32_t buttons) override {
         Shown.push_back(std::to_string(buttons) + " " + prompt);
         return Answer;
@@ -58,8 +56,6 @@ protected:
 TEST_F(OverDBTest, MatchesByHostSuffixAndTextPrefix) {
     Add({"http://bank.example/a", "shop.example", "http://a.example/%41", "https://Two.Example/x//",
          "http://p.example/%2561"});
-    EXPECT_TRUE(Log.Take().empty());
-    EXPECT_EQ(DB.Count(), 5);
     for (const char* covered : {"http://bank.example/a", "http://www.bank.example/ab", "HTTP://BANK.EXAMPLE/A/b",
                                 "http://shop.example", "http://a.b.shop.example/x", "https://two.example/x/y",
                                 // Stored as "%61", and decoded once more for the comparison.
@@ -68,21 +64,17 @@ TEST_F(OverDBTest, MatchesByHostSuffixAndTextPrefix) {
     }
     for (const char* other : {"https://bank.example/a", "http://bank.example/", "https://shop.example/", "shop.example",
                               // Stored with the capital, which no lower-cased URL has.
-                              "http://a.example/%41", "http://a.example/A", "http://a.example/a", "http://example",
-                              "https://two.example/", "http://p.example/%61", "", "http:/shop.example",
+                              "http://a.example/A", "http://example", "http://p.example/%61", "", "http:/shop.example",
                               "http://shop.example:80", "http://shop.example?", "http://shop.example\\x"}) {
         EXPECT_FALSE(DB.IsOverride(other)) << other;
     }
-    EXPECT_TRUE(Log.Take().empty());
-    // A host that is no key, with overrides and without.
     OverDB none(Storage, Time, File);
     Listen(none);
-    for (OverDB* const db : {&DB, &none}) {
-        EXPECT_FALSE(db->IsOverride("http:///x"));
-        EXPECT_EQ(Log.Take(), Lines{"0 Override Database IsOverride Error: 1001 Invalid key"});
-    }
     for (const char* plain : {"http://a.b/..", "a..b", "http://a"}) EXPECT_FALSE(none.IsOverride(plain)) << plain;
     EXPECT_TRUE(Log.Take().empty());
+    // A host that is no key, with overrides and without.
+    for (OverDB* const db : {&DB, &none}) EXPECT_FALSE(db->IsOverride("http:///x"));
+    EXPECT_EQ(Log.Take(), Lines(2, "0 Override Database IsOverride Error: 1001 Invalid key"));
 }
 
 TEST_F(OverDBTest, AddsAndRemovesByTheirOwnRules) {
@@ -95,8 +87,6 @@ TEST_F(OverDBTest, AddsAndRemovesByTheirOwnRules) {
     EXPECT_EQ(DB.URLS(), Lines{"http://bank.example"});
     DB.DelFromDB("http://bank.example");
     EXPECT_EQ(DB.Count(), 0);
-    EXPECT_FALSE(DB.IsOverride("http://bank.example"));
-    EXPECT_EQ(Raised([&] { DB.URLS(); }), 9);
     EXPECT_EQ(
         Log.Take(),
         (Lines{"1 OverDB.AddToDB: dup entry - http://bank.example", "1 OverDB.AddToDB: bad entry (httpfoo.example)",
@@ -107,36 +97,32 @@ TEST_F(OverDBTest, AddsAndRemovesByTheirOwnRules) {
 TEST_F(OverDBTest, TheFileIsTextToTheByteAndALoadCountsItsEntries) {
     DB.LoadDB();
     EXPECT_EQ(Storage.Contents.at(File), Content(""));
-    EXPECT_EQ(DB.Count(), 0);
+    EXPECT_EQ(Raised([&] { DB.URLS(); }), 9);
     Add({"http://b.example/?x=1&y=2", "http://a.example", "http://b.example/caf\xe9"});
     DB.SaveDB();
     // In the walk order of the domains, inside a domain in the order of adding.
     EXPECT_EQ(Storage.Contents.at(File), Content("  <Site>http://a.example</Site>\r\n"
                                                  "  <Site>http://b.example/?x=1&y=2</Site>\r\n"
                                                  "  <Site>http://b.example/caf\xe9</Site>\r\n"));
-    EXPECT_EQ(Reloaded(), DB.URLS());
     OverDB spelled(Storage, Time, File, {'.', '-'});
     spelled.SaveDB();
     EXPECT_EQ(Storage.Contents.at(File),
               "<SiteOverrides Date='11.21.2026 08-09-10' Version='1.0'>\r\n</SiteOverrides>\r\n");
-    Storage.Contents[File] = "<x><Site>http://a.example/</Site><y>A.example</y></x>";
-    Log.Take();
+    // A file that people have edited is XML.
+    Storage.Contents[File] = "<x><Site>http://a.example/</Site><y>A.example</y><y>b.example/?a&amp;b</y></x>";
     DB.LoadDB();
     EXPECT_EQ(Log.Take(), Lines{"1 OverDB.AddToDB: dup entry - http://a.example"});
-    EXPECT_EQ(DB.Count(), 2);
-    EXPECT_EQ(DB.URLS(), (Lines{"http://a.example", ""}));
+    EXPECT_EQ(DB.URLS(), (Lines{"http://a.example", "http://b.example/?a&b", ""}));
     EXPECT_FALSE(DB.IsOverride("http://b.example/caf\xe9"));
 }
 
 // Whatever was allowed is held after the next start, and costs no other override its place.
 TEST_F(OverDBTest, WhatWasSavedComesBack) {
-    const Lines urls{"http://a.example/<b", "http://a.example/&amp;&lt;&#65;", "http://a.example/</%53ite>",
+    const Lines urls{"http://first.example", "http://last.example", "http://a.example/&amp;<&#65;]]><!--",
                      // What would be two lines, one of them for another site.
                      "http://a.example/x</%53ite>%0D%0A  <%53ite>http://other.example",
                      "http://a.example/%0D%0A</%53ite%4fverrides>%0D%0A", "http://a.example/%0a",
-                     "http://a.example/a%0d", "http://a.example/%00", "http://a.example/]]><!--",
-                     "http://a.example/'\"\xe9", "http://a.example/%09 x"};
-    Add({"http://first.example", "http://last.example"});
+                     "http://a.example/a%0d", "http://a.example/%00", "http://a.example/'\"\xe9%09 x"};
     Add(urls);
     DB.SaveDB();
     // A load adds, so it lower-cases what was an escape.
@@ -151,49 +137,29 @@ TEST_F(OverDBTest, WhatWasSavedComesBack) {
     EXPECT_EQ(Storage.Contents.count(BadCopy), 0U);
 }
 
-// A file that people have edited is XML, and where it is none, only the lines that are damaged are lost.
+// Of a file that is no XML only the lines that are damaged are lost.
 TEST_F(OverDBTest, OfADamagedFileAllThatIsWholeIsTaken) {
-    const Text error = "0 Override Database Load Error: -2147213504 XML line ";
-    const struct {
-        Text What, File;
-        Lines URLs;
-        Text Counts;  // of the line in the log; none for XML
-    } cases[] = {
-        {"XML",
-         "<x>\r\n <Site>http://a.example/?a&amp;b</Site> <Site>http://a.example/&lt;</Site></x>",
-         {"http://a.example/?a&b", "http://a.example/<"},
-         ""},
-        {"a line changed by hand",
-         Content("  <Site>http://a.example/<b</Site>\r\n    <Site>http://a.example/?a&amp;b</Site>\r\n"),
+    const std::tuple<Text, Lines, Text> cases[] = {
+        // A line changed by hand, and one without its end.
+        {Content("  <Site>http://a.example/<b</Site>\r\n  <Site>http://a.example/2\r\n"
+                 "    <Site>http://a.example/?a&amp;b</Site>\r\n"),
          {"http://a.example/<b", "http://a.example/?a&b"},
-         "2 overrides, 0 lost"},
-        {"a line without its end",
-         Content("  <Site>http://a.example/1</Site>\r\n  <Site>http://a.example/2\r\n  "
-                 "<Site>http://a.example/3</Site>\r\n"),
-         {"http://a.example/1", "http://a.example/3"},
          "2 overrides, 1 lost"},
-        {"cut short",
-         FirstLine + "  <Site>http://a.example/1</Site>\r\n  <Site>http://a.ex",
-         {"http://a.example/1"},
-         "1 overrides, 1 lost"},
-        {"tags in a URL, no last line",
-         "  <Site>http://a.example/<%53ite>b</Site>\n  <Site>http://a.example/x<Site>\n</Site>",
+        // Tags in a URL, no last line.
+        {"  <Site>http://a.example/<%53ite>b</Site>\n  <Site>http://a.example/x<Site>\n</Site>",
          {"http://a.example/<Site>b", "http://a.example/x<site>\n"},
          "2 overrides, 0 lost"},
     };
-    for (const auto& [what, file, urls, counts] : cases) {
+    for (const auto& [file, urls, counts] : cases) {
         Storage.Contents = {{File, file}};
-        OverDB db(Storage, Time, File);
-        Listen(db);
-        db.AddToDB("http://before.example");
-        db.LoadDB();
-        EXPECT_EQ(db.URLS(), urls) << what;
+        DB.AddToDB("http://before.example");
+        DB.LoadDB();
+        EXPECT_EQ(DB.URLS(), urls) << file;
         const Lines lines = Log.Take();
-        ASSERT_EQ(lines.size(), counts.empty() ? 0U : 1U) << what;
-        db.SaveDB();
-        EXPECT_EQ(Storage.Contents.count(BadCopy), lines.size()) << what;
-        if (lines.empty()) continue;
-        EXPECT_TRUE(lines[0].starts_with(error) && lines[0].ends_with("; read one by one: " + counts)) << lines[0];
+        ASSERT_EQ(lines.size(), 1U) << file;
+        EXPECT_TRUE(lines[0].starts_with("0 Override Database Load Error: -2147213504 XML line ")) << lines[0];
+        EXPECT_TRUE(lines[0].ends_with("; read one by one: " + counts)) << lines[0];
+        DB.SaveDB();
         EXPECT_EQ(Storage.Contents.at(BadCopy), file);
     }
 }
@@ -220,21 +186,15 @@ TEST_F(OverDBTest, NoStepOfASaveLeavesAMix) {
         }
         EXPECT_GE(failures, 4);
         EXPECT_EQ(Reloaded().size(), loads ? 2U : 1U);
-        EXPECT_EQ(Storage.Contents.count(BadCopy), loads ? 0U : 1U);
-        if (!loads) {
-            EXPECT_EQ(Storage.Contents.at(BadCopy), before);
-        }
+        EXPECT_EQ(Storage.Contents[BadCopy], loads ? "" : before);
     }
-}
-
-TEST_F(OverDBTest, AFileInUseIsNotTakenForAMissingOne) {
-    Storage.Contents[File] = Content("  <Site>http://old.example</Site>\r\n");
+    // A file that is in use is not taken for a missing one.
+    const Text before = Storage.Contents[File];
     Storage.FailAt(1, ErrorNumber::PermissionDenied);
     DB.LoadDB();
-    EXPECT_EQ(Log.Take(), Lines{"0 Override Database Load Error: 70 Permission denied"});
-    Add({"http://new.example"});
+    EXPECT_EQ(Log.Take().back(), "0 Override Database Load Error: 70 Permission denied");
     DB.SaveDB();
-    EXPECT_EQ(Storage.Contents.at(BadCopy), Content("  <Site>http://old.example</Site>\r\n"));
+    EXPECT_EQ(Storage.Contents.at(BadCopy), before);
 }
 
 TEST_F(OverDBTest, ThePanelAddsWhatIsNotCovered) {
@@ -242,19 +202,18 @@ TEST_F(OverDBTest, ThePanelAddsWhatIsNotCovered) {
     Panel.AddSite("Bank.Example/a/");
     EXPECT_EQ(Panel.ListSites, Lines{"http://Bank.Example/a"});
     EXPECT_FALSE(Panel.Change.Enabled || Panel.Remove.Enabled);
-    EXPECT_EQ(Reloaded(), Lines{"http://bank.example/a"});
     Panel.AddSite("http://www.bank.example/ab");
     EXPECT_EQ(Shown, Lines{"64 URL entry http://www.bank.example/ab is already entered as a site override"});
-    EXPECT_EQ(DB.Count(), 1);
+    EXPECT_EQ(Reloaded(), Lines{"http://bank.example/a"});
+    SiteOverridesPanel another{DB, *this, Log};
+    another.Setup();
+    EXPECT_EQ(another.ListSites, DB.URLS());
     Panel.Select(0);
     EXPECT_EQ(Panel.Change.Caption, "Allow site override access to the full site URL: Bank.Example");
     EXPECT_EQ(Panel.Remove.Caption, "Remove site override access to URL: http://Bank.Example/a");
     EXPECT_TRUE(Panel.Change.Enabled && Panel.Remove.Enabled);
-    Panel.AddSite("http://b.example/b.example");
-    Panel.Select(1);
-    EXPECT_TRUE(Panel.Change.Enabled);
     Panel.AddSite("httpfoo");
-    Panel.Select(2);
+    Panel.Select(1);
     EXPECT_EQ(Log.Take(), (Lines{"1 OverDB.AddToDB: bad entry (httpfoo)",
                                  "0 Site Overrides MakeActions Error: 9 Subscript out of range"}));
 }
@@ -262,18 +221,16 @@ TEST_F(OverDBTest, ThePanelAddsWhatIsNotCovered) {
 TEST_F(OverDBTest, ThePanelWidensAndRemoves) {
     Add({"http://a.example/x", "http://b.example/1", "http://b.example/2"});
     Panel.Setup();
-    EXPECT_EQ(Panel.ListSites, (Lines{"http://a.example/x", "http://b.example/1", "http://b.example/2"}));
     Answer = 2;
     Panel.cmdChange();
     Panel.cmdRemove();
     EXPECT_EQ(DB.Count(), 3);
-    EXPECT_EQ(Storage.Contents.count(File), 0U);
+    EXPECT_EQ(Panel.ListSites, DB.URLS());
     Answer = 1;
     Panel.Select(1);
     Panel.cmdChange();
     EXPECT_EQ(Panel.ListSites[1], "http://b.example");
     EXPECT_FALSE(Panel.Change.Enabled);
-    EXPECT_EQ(Panel.Change.Caption, "Allow site override access to the full site URL: b.example");
     // The whole site is covered by now, so the narrow one goes; it was the last row.
     Panel.Select(2);
     Panel.cmdChange();
@@ -281,12 +238,10 @@ TEST_F(OverDBTest, ThePanelWidensAndRemoves) {
     EXPECT_EQ(Panel.Selected, 1);
     Panel.Select(0);
     Panel.cmdRemove();
-    EXPECT_EQ(Panel.Selected, 0);
     EXPECT_EQ(Panel.Remove.Caption, "Remove site override access to URL: http://b.example");
     Panel.cmdRemove();
     EXPECT_FALSE(Panel.ListEnabled || Panel.Change.Enabled || Panel.Remove.Enabled);
-    EXPECT_EQ(Panel.Change.Caption, "");
-    EXPECT_EQ(Panel.Remove.Caption, "");
+    EXPECT_EQ(Panel.Change.Caption + Panel.Remove.Caption, "");
     Panel.cmdRemove();
     EXPECT_EQ(Reloaded(), Lines{});
     EXPECT_EQ(Shown, (Lines{"1 Changing allow site override to: http://a.example?",

@@ -39,18 +39,13 @@ protected:
     }
     // "taken", "held" or "quiet" (held, and nothing said) by what an update did.
     Text Outcome(const Text& plain) {
-        const Text stamp = DB->LastTimestamp();
         const auto files = Storage.Contents;
         const std::int32_t count = DB->LiveCount();
-        const Lines lines = Update(plain);
-        if (!lines.empty() && lines.back().find("EvilAdded") == 0) return "taken";
-        EXPECT_EQ(DB->LastTimestamp(), stamp);
+        const Text lines = Join(Update(plain), "\n");
+        if (lines.find("EvilAdded") != Text::npos) return "taken";
         EXPECT_EQ(DB->LiveCount(), count);
         for (const auto& [path, content] : files) EXPECT_TRUE(path == RecordFile || Storage.Contents[path] == content);
-        for (const Text& line : lines) {
-            if (line.find("0 MalDB.Update: Held back, ") == 0) return "held";
-        }
-        return "quiet";
+        return lines.find("0 MalDB.Update: Held back, ") != Text::npos ? "held" : "quiet";
     }
     Text Next(int minute) const { return "2026112108" + std::to_string(10 + minute); }
     Text Emptied() const { return Next(1) + "\n1\n"; }
@@ -59,34 +54,22 @@ protected:
 
 TEST_F(UpdateGuardTest, RefusesStampsMoreThanADayAheadAndThoseThatAreNone) {
     Fill(3);
-    const auto refused = [&](const Text& stamp) {
-        const Text before = DB->LastTimestamp();
-        const Lines lines = Update(stamp + "\n1\n");
-        if (lines.back().find("EvilAdded") == 0) return false;
-        EXPECT_EQ(lines.size(), 1U);
-        EXPECT_EQ(DB->LastTimestamp(), before);
-        EXPECT_EQ(DB->LiveCount(), 3);
-        return true;
-    };
-    for (const char* stamp : {"999912312359", "202611230000", "", "20261121080", "2026112108000", "202613450000"}) {
-        EXPECT_TRUE(refused(stamp)) << stamp;
+    // Local time may be twelve hours behind GMT, and the stamp a day ahead of that.
+    for (const char* stamp : {"202611222010", "", "20261121080", "2026112108000", "202613450000"}) {
+        EXPECT_EQ(Outcome(Text(stamp) + "\n1\n"), "quiet") << stamp;
     }
-    // Every cycle brings the same; the log has it once.
-    EXPECT_EQ(Log.Lines, Lines{});
     Update(UpToDate());
     EXPECT_EQ(Update("999912312359\n1\n"), Lines{"0 MalDB.Update: Refused, the stamp 999912312359 is more than a day "
                                                  "ahead; the clock tells 11/21/2026 08:09:10"});
+    // Every cycle brings the same; the log has it once.
     EXPECT_EQ(Update("..\\x\n1\n"), Lines{"1 MalDB.Update: Refused, the stamp ..\\x5Cx is none"});
-    // Local time may be twelve hours behind GMT, and the stamp a day ahead of that.
-    EXPECT_TRUE(refused("202611222010"));
-    EXPECT_FALSE(refused("202611222009"));
-    EXPECT_EQ(DB->LiveCount(), 0);
+    EXPECT_EQ(Outcome("202611222009\n1\n"), "taken");
 }
 
 TEST_F(UpdateGuardTest, GoesByTheNewestStampWhereTheClockIsLate) {
     Fill(3);
     Time.Present = Date(CivilDate{2026, 11, 2, 0, 0, 0});
-    EXPECT_EQ(Restart(), Lines{"0 Malicious Database Load TBDB" + Stamp + ".BIN: OK"});
+    Restart();
     EXPECT_EQ(Outcome("202611220801\n0\n"), "quiet");
     EXPECT_EQ(Outcome("202611220800\n0\n"), "taken");
     // A service that was put back to an older state counts from there.
@@ -100,7 +83,6 @@ TEST_F(UpdateGuardTest, RefusesNoDateWhileTheClockIsBeforeTheBuild) {
     EXPECT_EQ(Restart(), (Lines{"0 MalDB.Guard: The clock tells 10/31/2026 11:59:59, which is before this program was "
                                 "built; stamps are not checked",
                                 "0 Malicious Database Load TBDB" + Stamp + ".BIN: OK"}));
-    EXPECT_EQ(Outcome("..\n0\n"), "quiet");
     EXPECT_EQ(Outcome("999912312359\n1\n"), "taken");
     // With the right time the good snapshot wins again, and no later stamp does by it.
     Time.Present = Date(CivilDate{2026, 11, 21, 8, 0, 0});
@@ -112,30 +94,24 @@ TEST_F(UpdateGuardTest, RefusesNoDateWhileTheClockIsBeforeTheBuild) {
 TEST_F(UpdateGuardTest, PruningNeitherCountsFilesAheadNorDeletesTheOneInUse) {
     Storage.Contents[File("999912312359")];
     Storage.Contents[File("20261121")];
-    for (int minute = 0; minute < 7; ++minute) Update(Next(minute) + "\n0\n");
+    for (int minute = 1; minute < 7; ++minute) Update(Next(minute) + "\n0\n");
     const auto expected = [](const Text& stamps) {
-        return "ListGuard.bin TBDB20261121.BIN " + stamps + " 999912312359";
+        return "ListGuard.bin TBDB20261121.BIN " + stamps + " 202611210814 202611210815 202611210816 999912312359";
     };
-    EXPECT_EQ(Snapshots(), expected("202611210812 202611210813 202611210814 202611210815 202611210816"));
+    EXPECT_EQ(Snapshots(), expected("202611210812 202611210813"));
     // The service went back to an older state: its snapshot is the smallest and the one in use.
     Update("202611210800\n0\n");
-    EXPECT_EQ(Snapshots(), expected("202611210800 202611210813 202611210814 202611210815 202611210816"));
-    // While nobody knows what is ahead it counts.
-    Time.Present = Date();
-    Update("202611210759\n0\n");
-    EXPECT_EQ(Snapshots(), expected("202611210759 202611210814 202611210815 202611210816"));
+    EXPECT_EQ(Snapshots(), expected("202611210800 202611210813"));
 }
 
 TEST_F(UpdateGuardTest, HoldsBackWhatWouldLeaveFewerThanHalf) {
     const std::tuple<int, Text, Text> cases[] = {
         {1000, "1\n", "held"},
         {999, "1\n", "taken"},
-        {2000, "0\n" + Changes("-", 0, 1000), "taken"},
         {2000, "0\n" + Changes("-", 0, 1001) + Changes("+", 5000, 9000), "held"},
         {2001, "0\n" + Changes("-", 0, 1001), "held"},
         {2000, "1\n" + Changes("+", 1000, 2000), "taken"},
-        {2000, "1\n" + Changes("+", 1001, 9000), "held"},
-        // Other categories and dates are no other sites, and one that is named twice is one.
+        // A site that is named twice is one, whatever its categories and dates.
         {2000, "0\n" + Changes("-", 0, 2000) + Changes("+", 0, 2000), "taken"},
         {2000, "0\n" + Changes("+", 0, 2000) + Changes("-", 0, 2000), "held"},
         {2000, "0\n" + Changes("-", 0, 900) + Changes("-", 0, 900), "taken"},
@@ -169,35 +145,26 @@ TEST_F(UpdateGuardTest, MeasuresByTheMostOfSevenDays) {
     Update(UpToDate());
     Time.Pass(Date::SecondsPerDay);
     EXPECT_EQ(Outcome(Next(3) + "\n0\n" + Changes("-", 1500, 1501)), "taken");
-    EXPECT_EQ(DB->LiveCount(), 1499);
-}
-
-TEST_F(UpdateGuardTest, AListThatWasLostFillsAgain) {
-    Fill(3000);
-    Storage.Contents.erase(File(Stamp));
+    // A list that was lost fills again.
+    Storage.Contents.erase(Storage.Contents.upper_bound(RecordFile), Storage.Contents.end());
     Restart();
-    EXPECT_EQ(Outcome(Next(1) + "\n1\n" + Changes("+", 0, 1400)), "taken");
-    EXPECT_EQ(Outcome(Next(2) + "\n1\n" + Changes("+", 700, 5000)), "taken");
-    EXPECT_EQ(Outcome(Next(3) + "\n1\n" + Changes("+", 0, 1400)), "held");
+    EXPECT_EQ(Outcome(Next(4) + "\n1\n" + Changes("+", 0, 700)), "taken");
+    EXPECT_EQ(Outcome(Next(5) + "\n1\n" + Changes("+", 700, 5000)), "taken");
+    EXPECT_EQ(Outcome(Next(6) + "\n1\n" + Changes("+", 0, 700)), "held");
 }
 
 TEST_F(UpdateGuardTest, TakesItWhenTheServiceHasSaidSoForADay) {
     Fill(2000);
-    EXPECT_EQ(
-        Update(Emptied()),
-        Lines{"0 MalDB.Update: Held back, 0 of 2000 entries would stay. The list stays as it is until the service "
-              "has said so for a day, counted from 11/21/2026 08:09:10"});
+    const Text heldBack =
+        "0 MalDB.Update: Held back, 0 of 2000 entries would stay. The list stays as it is until the "
+        "service has said so for a day, counted from 11/21/2026 08:09:10";
+    EXPECT_EQ(Update(Emptied()), Lines{heldBack});
     EXPECT_EQ(Update(Emptied()), Lines{});
-    EXPECT_EQ(Web.Requests.back().Body, "Key=A%2D1&TS=" + Stamp);
-    EXPECT_TRUE(Hits(Site(7)));
     Time.Pass(Date::SecondsPerDay - 1);
     // A run of the program says it once more; what was said before counts.
     Restart();
-    EXPECT_EQ(Outcome(Emptied()), "held");
-    // No answer, half of one, and one that is refused say nothing.
-    Web.Errors["MalDB.aspx"] = "timed out";
-    UpdateAsItIs();
-    Web.Errors.clear();
+    EXPECT_EQ(Update(Emptied()), Lines{heldBack});
+    // An answer that is none, and one that is refused, say nothing.
     Reply() = "1Gx";
     UpdateAsItIs();
     Update("999912312359\n1\n");
@@ -205,23 +172,20 @@ TEST_F(UpdateGuardTest, TakesItWhenTheServiceHasSaidSoForADay) {
     Time.Pass(1);
     EXPECT_EQ(Update(Emptied()).front(),
               "0 MalDB.Update: Taken, the service has said for a day that 0 of 2000 entries stay");
-    EXPECT_EQ(DB->LastTimestamp(), Next(1));
     EXPECT_EQ(DB->LiveCount(), 0);
     // The new list is the one to go by, after a restart as well.
     Restart();
-    EXPECT_EQ(Outcome(Next(2) + "\n0\n" + Changes("+", 0, 1500)), "taken");
-    EXPECT_EQ(Outcome(Next(3) + "\n0\n" + Changes("-", 0, 750)), "taken");
+    EXPECT_EQ(Outcome(Next(2) + "\n0\n" + Changes("+", 0, 2000)), "taken");
+    EXPECT_EQ(Outcome(Next(3) + "\n0\n" + Changes("-", 0, 1000)), "taken");
 }
 
 TEST_F(UpdateGuardTest, AnAnswerThatPassesBeginsTheDayAnew) {
     Fill(2000);
-    EXPECT_EQ(Outcome(Emptied()), "held");
-    Time.Pass(Date::SecondsPerDay);
-    EXPECT_EQ(Update(UpToDate()), (Lines{"0 MalDB.Update: No longer held back, the service says otherwise",
-                                         "1 MalDB.Update: Received update, no data - TS=" + Stamp}));
-    EXPECT_EQ(Outcome(Emptied()), "held");
-    Time.Pass(Date::SecondsPerDay);
-    EXPECT_EQ(Update(Next(1) + "\n0\n").front(), "0 MalDB.Update: No longer held back, the service says otherwise");
+    for (const Text& passes : {UpToDate(), Next(1) + "\n0\n"}) {
+        EXPECT_EQ(Outcome(Emptied()), "held");
+        Time.Pass(Date::SecondsPerDay);
+        EXPECT_EQ(Update(passes).front(), "0 MalDB.Update: No longer held back, the service says otherwise");
+    }
     Restart();
     EXPECT_EQ(Outcome(Emptied()), "held");
 }
@@ -233,14 +197,12 @@ TEST_F(UpdateGuardTest, ADayDoesNotPassByAClockThatIsWrong) {
     Time.Pass(-2 * Date::SecondsPerDay);
     EXPECT_EQ(Outcome(Emptied()), "quiet");
     Time.Pass(Date::SecondsPerDay - 1);
-    EXPECT_EQ(Outcome(Emptied()), "quiet");
     // Before the build: it does not run.
     const Date right = Time.Present;
     Time.Present = Date(CivilDate{2026, 1, 1, 0, 0, 0});
-    for (int day = 0; day < 3; ++day) {
-        Time.Pass(Date::SecondsPerDay);
-        EXPECT_EQ(Outcome(Emptied()), "quiet");
-    }
+    EXPECT_EQ(Outcome(Emptied()), "quiet");
+    Time.Pass(2 * Date::SecondsPerDay);
+    EXPECT_EQ(Outcome(Emptied()), "quiet");
     Time.Present = right.PlusSeconds(1);
     EXPECT_EQ(Outcome(Emptied()), "taken");
     // Held back at such a time, it waits for the right one.
@@ -254,7 +216,6 @@ TEST_F(UpdateGuardTest, ADayDoesNotPassByAClockThatIsWrong) {
 TEST_F(UpdateGuardTest, ADamagedRecordCountsAsNone) {
     Fill(2000);
     Update(Emptied());
-    Storage.Contents["Data/ListGuard.bin.tmp~"] = "killed while it was written";
     const Text whole = Storage.Contents[RecordFile];
     for (size_t index = 0; index < whole.size(); ++index) {
         Storage.Contents[RecordFile] = whole;
@@ -262,12 +223,9 @@ TEST_F(UpdateGuardTest, ADamagedRecordCountsAsNone) {
         EXPECT_EQ(Restart().front(), "0 MalDB.Guard: ListGuard.bin is damaged and begun anew");
         EXPECT_EQ(Outcome(Emptied()), "held");
     }
-    EXPECT_EQ(Storage.Contents.count("Data/ListGuard.bin.tmp~"), 0U);
-    for (const char* lines :
-         {"list guard 2\n", "list guard 1", "list guard 1\nstamp\t2026\n", "list guard 1\nheld\tx\n",
-          "list guard 1\nday\t11/21/2026\n", "list guard 1\nday\t11/21/2026\tx\n", "list guard 1\nfoo\tbar\n",
-          "list guard 1\nstamp\t202613450000\n"}) {
-        EXPECT_FALSE(GuardRecord::Read(EncryptStringChk(lines))) << lines;
+    for (const char* lines : {"2\n", "1", "1\nstamp\t2026\n", "1\nheld\tx\n", "1\nday\t11/21/2026\n", "1\nfoo\tbar\n",
+                              "1\nstamp\t202613450000\n"}) {
+        EXPECT_FALSE(GuardRecord::Read(EncryptStringChk(Text("list guard ") + lines))) << lines;
     }
     EXPECT_EQ(EncryptStringChk("list guard 1\nstamp\t202611210800\nheld\t11/21/2026 08:09:10\nday\t11/21/2026\t2000\n"),
               whole);
@@ -279,7 +237,9 @@ TEST_F(UpdateGuardTest, ADiskThatFailsLeavesTheListGuarded) {
     for (int call = 1; call < 8; ++call) {
         Storage.FailNoMore();
         Storage.Contents = files;
+        Storage.Contents["Data/ListGuard.bin.tmp~"] = "killed while it was written";
         Restart();
+        EXPECT_FALSE(Storage.Exists("Data/ListGuard.bin.tmp~"));
         Time.Pass(Date::SecondsPerDay);
         Storage.FailAt(call, ErrorNumber::DiskFull, true);
         EXPECT_EQ(Outcome(Emptied()), "held");

@@ -20,7 +20,6 @@ namespace tb {
 namespace {
 
 constexpr int Few = 4000;
-constexpr double AtMost = 2.3;
 
 // A list of so many sites, and an update that adds a tenth to them and takes a tenth away.
 struct Shape {
@@ -80,7 +79,7 @@ TEST(Work, DoublesWithTheList) {
         for (size_t index = 0; index < once.size(); ++index) {
             ASSERT_GT(once[index].second, static_cast<std::uint64_t>(Few)) << "nothing is counted";
             const double ratio = static_cast<double>(twice[index].second) / static_cast<double>(once[index].second);
-            EXPECT_LE(ratio, AtMost) << shape.Name << ", " << once[index].first;
+            EXPECT_LE(ratio, 2.3) << shape.Name << ", " << once[index].first;
         }
     }
 }
