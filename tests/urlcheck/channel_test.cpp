@@ -21,17 +21,13 @@ public:
     }
     void SendText(WindowHandle window, const Text& text) override { Sent += std::to_string(window) + "<" + text + ">"; }
 
-    Text Class;
-    Text BoxClass;
-    Text Sent;
+    Text Class, BoxClass, Sent;
 };
 
 TEST(ChannelClient, FindsTheTextBoxByEitherPairOfClasses) {
     FakeWindows windows;
     ChannelClient client(windows);
-    EXPECT_FALSE(client.Locate());
-    EXPECT_FALSE(client.Send(5, "Check\tx"));
-    EXPECT_FALSE(client.WakeUp());
+    EXPECT_FALSE(client.Locate() || client.Send(5, "Check\tx") || client.WakeUp());
     windows.Class = "ThunderRT6FormDC";
     windows.BoxClass = "ThunderTextBox";
     EXPECT_FALSE(client.Locate()) << "a mixed pair is no channel";
@@ -39,9 +35,7 @@ TEST(ChannelClient, FindsTheTextBoxByEitherPairOfClasses) {
     EXPECT_TRUE(client.Locate());
     windows.Class = "ThunderFormDC";
     windows.BoxClass = "ThunderTextBox";
-    EXPECT_TRUE(client.Locate());
-    EXPECT_TRUE(client.Send(-5, "Check\tx"));
-    EXPECT_TRUE(client.WakeUp());
+    EXPECT_TRUE(client.Locate() && client.Send(-5, "Check\tx") && client.WakeUp());
     EXPECT_EQ(windows.Sent, "11<-5\tCheck\tx>11<TBWAKEUP>");
 }
 
@@ -51,10 +45,10 @@ TEST(UpdateStatistics, BeginsAnewWhenADayHasPassed) {
     RecordedLog log;
     UpdateStatistics statistics(clock, log);
     statistics.EvilAdded(1, 0);
-    clock.Present = Date(CivilDate{2005, 12, 1, 0, 0, 0});
+    clock.Pass(3600);
     statistics.EvilAdded(2, 1);
     EXPECT_EQ(Raised([&] { statistics.EvilAdded(std::numeric_limits<std::int32_t>::max(), 0); }), 6);
-    clock.Present = Date(CivilDate{2005, 12, 1, 0, 0, 1});
+    clock.Pass(1);
     statistics.EvilAdded(0, 5);
     EXPECT_EQ(log.Take(),
               (std::vector<Text>{"1 ***Display Statistics 11/30/2005 +1 -0", "1 ***Display Statistics 11/30/2005 +3 -1",
