@@ -26,8 +26,7 @@ public:
     std::set<Path> Loaded;
     // The moment at which files are written.
     Date Present;
-    // Hours that local time is ahead of universal time.
-    int Zone = 0;
+    int Zone = 0;  // hours that local time is ahead of universal time
 
     // The `call`-th call from now on (1 is the next one) raises `number` and does nothing, except that a Write leaves
     // the first half of its bytes. With `forGood` all later calls fail too.
@@ -133,8 +132,6 @@ private:
         Reader(FakeFiles& files, Path path) : m_Files(files), m_Path(std::move(path)) {
             m_Files.m_Readers.insert(m_Path);
         }
-        Reader(const Reader&) = delete;
-        Reader& operator=(const Reader&) = delete;
         ~Reader() override { m_Files.m_Readers.erase(m_Files.m_Readers.find(m_Path)); }
 
         size_t Read(void* buffer, size_t count) override {
@@ -160,8 +157,6 @@ private:
         Writer(FakeFiles& files, Path path) : m_Files(files), m_Path(std::move(path)) {
             m_Files.m_Writers.insert(m_Path);
         }
-        Writer(const Writer&) = delete;
-        Writer& operator=(const Writer&) = delete;
         ~Writer() override { m_Files.m_Writers.erase(m_Path); }
 
         void Write(TextView bytes) override {

@@ -11,32 +11,23 @@ using World = std::map<std::filesystem::path, Text>;
 
 const std::filesystem::path Target = "folder/target";
 
-struct Storage : FakeFiles {
-    explicit Storage(bool withTarget) {
-        Folders.insert("folder");
-        if (withTarget) Contents[Target] = "old";
-    }
-    // The number of the error raised, 0 for none.
-    std::int32_t WriteNew() {
-        return Raised([&] {
-            WriteFileAtomically(*this, Target, [](FileWriter& writer) {
-                writer.Write("new ");
-                writer.Write("content");
-            });
-        });
-    }
-};
-
 // Every failing step is walked: the target is the old or the new one, the temporary file is gone and nothing stays
 // open.
 TEST(AtomicWrite, LeavesTheOldFileWhateverStepFails) {
-    for (const bool withTarget : {true, false}) {
+    for (const World& before : {World{{Target, "old"}}, World()}) {
         int step = 0;
         for (bool failed = true; failed;) {
-            Storage files(withTarget);
-            const World before = files.Contents;
+            FakeFiles files;
+            files.Folders = {"folder"};
+            files.Contents = before;
             files.FailAt(++step);
-            failed = files.WriteNew() != 0;
+            const auto write = [&] {
+                WriteFileAtomically(files, Target, [](FileWriter& writer) {
+                    writer.Write("new ");
+                    writer.Write("content");
+                });
+            };
+            failed = Raised(write) != 0;
             EXPECT_EQ(files.Contents, failed ? before : (World{{Target, "new content"}})) << "step " << step;
             EXPECT_EQ(files.OpenCount(), 0U) << "step " << step;
         }
@@ -48,14 +39,15 @@ TEST(AtomicWrite, LeavesTheOldFileWhateverStepFails) {
 // Also when cleaning up fails.
 TEST(AtomicWrite, PassesOnWhatTheContentRaises) {
     for (const bool failing : {false, true}) {
-        Storage files(true);
+        FakeFiles files;
+        files.Folders = {"folder"};
+        files.Contents[Target] = "old";
         const auto content = [&](FileWriter& writer) {
             writer.Write("half");
             if (failing) files.FailAt(1, ErrorNumber::DeviceIO, true);
             throw Error(ErrorNumber::Subscript);
         };
         EXPECT_EQ(Raised([&] { WriteFileAtomically(files, Target, content); }), 9);
-        EXPECT_EQ(files.Contents[Target], "old");
         files.FailNoMore();
         DropUnfinished(files, Target);
         EXPECT_EQ(files.Contents, (World{{Target, "old"}}));

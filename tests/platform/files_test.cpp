@@ -35,8 +35,6 @@ INSTANTIATE_TEST_SUITE_P(Fake, FilesContract, testing::Values(&Make<FakeKit>));
 
 // One of the two seasons has not the zone's present offset, whenever this runs.
 TEST(PosixFiles, KeepLocalTimesInSummerAndInWinter) {
-    const char* const own = std::getenv("TZ");
-    const Text before = own != nullptr ? own : "";
     ::setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
     ::tzset();
     const TestFolder folder;
@@ -49,8 +47,6 @@ TEST(PosixFiles, KeepLocalTimesInSummerAndInWinter) {
         files.SetTimes(folder.Path() / "dated", {date, date, date}, false);
         EXPECT_EQ(files.Times(folder.Path() / "dated").Modified, date.PlusSeconds(hoursAhead * 3600));
     }
-    own != nullptr ? ::setenv("TZ", before.c_str(), 1) : ::unsetenv("TZ");
-    ::tzset();
 }
 
 }  // namespace
