@@ -102,6 +102,10 @@ TEST_F(UpdateGuardTest, PruningNeitherCountsFilesAheadNorDeletesTheOneInUse) {
     // The service went back to an older state: its snapshot is the smallest and the one in use.
     Update("202611210800\n0\n");
     EXPECT_EQ(Snapshots(), expected("202611210800 202611210813"));
+    // While nobody knows what is ahead it counts.
+    Time.Present = Date();
+    Update("202611210759\n0\n");
+    EXPECT_EQ(Snapshots(), expected("202611210759"));
 }
 
 TEST_F(UpdateGuardTest, HoldsBackWhatWouldLeaveFewerThanHalf) {
