@@ -7,6 +7,7 @@
 #include "fakes/FakePlatform.h"
 #include "fakes/FakeSender.h"
 #include "fakes/RecordedLog.h"
+#include "refdata/DailyFiles.h"
 #include "refdata/Defaults.h"
 #include "refdata/Reference.h"
 #include "sitedb/codec/Encryption.h"
@@ -31,10 +32,6 @@ inline Text Golden(const Text& name) {
 
 struct RefDataRig {
     explicit RefDataRig(Deployment deployment = TestDeployment()) : Program(System, std::move(deployment)) {
-        MakeSettings();
-    }
-
-    void MakeSettings() {
         Program.Settings =
             std::make_shared<xmlINI>(xmlINI::Surroundings{System.Files, System.Clock, System.Dialogs, {}, "Trawlbeam"});
     }
@@ -54,6 +51,10 @@ struct RefDataRig {
         System.Files.Contents[path] = content;
         System.Files.Dates[path] = {EarlyDate, EarlyDate, EarlyDate};
     }
+    Text ContentOf(const std::filesystem::path& path) const {
+        const auto found = System.Files.Contents.find(path);
+        return found == System.Files.Contents.end() ? "none" : found->second;
+    }
     // Of the table that a global holds, 0 without it.
     std::int32_t CountOf(const Text& global) const {
         const ElementPtr section = Program.Settings->TryGlobalsSection(global);
@@ -67,6 +68,12 @@ struct RefDataRig {
         Lines asked;
         for (const FakeWeb::Request& request : Web.Requests) asked.push_back(request.Operation + " " + request.Page);
         return asked;
+    }
+    // The daily look for a data file; what it asked of the web.
+    Lines Look(const Text& file) {
+        Web.Requests.clear();
+        DailyFiles(Access).GetDailyFiles("referencesvr", file, file);
+        return Asked();
     }
 
     struct NoGeoIPHost : GeoIPHost {

@@ -31,7 +31,8 @@ struct UpdateRig : RefDataRig {
         Document servers;
         servers.LoadXML(
             "<SERVERS><E NAME='UpdatesSVR'><Server WEIGHT='1' ACTIVE='Y'>http://u</Server></E>"
-            "<E NAME='GetUpdatesSVR'><Server WEIGHT='1' ACTIVE='Y'>http://g</Server></E></SERVERS>");
+            "<E NAME='GetUpdatesSVR'><Server WEIGHT='1' ACTIVE='Y'>http://g</Server></E>"
+            "<E NAME='ReferenceSVR'><Server WEIGHT='1' ACTIVE='Y'>http://r</Server></E></SERVERS>");
         Program.Settings->ReplaceGlobals("SERVERS", servers.Root());
         Program.Settings->LoadINI("/app/Trawlbeam.ini");
         Program.Components = std::make_shared<ComponentList>();
@@ -62,10 +63,6 @@ struct UpdateRig : RefDataRig {
     std::int16_t Check(const Text& manifest, bool manual = false) {
         Net.Answers["POST http://u/updates.xml"] = {200, manifest};
         return Updater.DoCheckForUpdates(manual);
-    }
-    Text ContentOf(const std::filesystem::path& path) {
-        const auto found = System.Files.Contents.find(path);
-        return found == System.Files.Contents.end() ? "none" : found->second;
     }
     // What lies in the folder of staged files.
     Text StagedNames() {
