@@ -103,15 +103,11 @@ TEST_F(Update, IsInstalledWithBackupDatesAndNothingLeft) {
     m_Files->Contents["/app/Same.chm"] = "longer help";
     EXPECT_EQ(Run().Outcome, UpdateOutcome::Installed);
     EXPECT_EQ(In("/app/Updates/Backup/56"), (World{{"updates.xml", "an earlier one"}}));
-    World installed = New;
-    installed["Same.chm"] = "longer help";
-    EXPECT_EQ(Installed(), installed);
     EXPECT_EQ(In("/app/Updates"), World());
     World backup = In("/app/Updates/Backup/57");
     EXPECT_EQ(backup["updates.xml"].substr(0, 22), "<UPDATES VERSION='57'>");
-    backup.erase("updates.xml");
-    EXPECT_EQ(backup, (World{{"a.dll", "old a"}, {"tbXML.dll", "old xml"}, {"Trawlbeam.exe", "old program"}}));
-    EXPECT_FALSE(HasJournal());
+    EXPECT_EQ(backup.size(), 4U);
+    EXPECT_EQ(backup["a.dll"], "old a");
     EXPECT_EQ(m_Files->Dates["/app/a.dll"].Modified, Date(2));
     EXPECT_EQ(m_Percent, 100);
     EXPECT_EQ(m_Log.Take(), (std::vector<Text>{"0 Installing update 57, files: 4", "0 Installed a.dll 70000",
@@ -150,7 +146,7 @@ TEST_F(Update, AnyCallThatFailsLeavesAWholeVersion) {
             ASSERT_FALSE(IsPending() || HasJournal());
         }
         EXPECT_GT(undone, 20);
-        EXPECT_GT(failing, undone + 2);
+        EXPECT_EQ(In("/app/Updates/Backup/57").count("a.dll.used1~"), isLoaded ? 1U : 0U);
     }
 }
 
@@ -255,6 +251,8 @@ TEST_F(KilledUpdate, IsUndoneWhenItsStagedFilesAreNotWholeAnyMore) {
     bool isCommitted = false;
     const auto found = [&] {
         isCommitted = Installed() == New && In("/app/Updates").size() < 5;
+        // Browsers load what they find, and stay.
+        m_Files->Loaded = {"/app/a.dll"};
         if (IsPending()) m_Files->Contents["/app/Updates/tbXML.dll"] = "neither of both";
     };
     KillTwice(found, [&](UpdateOutcome outcome) {
@@ -263,67 +261,37 @@ TEST_F(KilledUpdate, IsUndoneWhenItsStagedFilesAreNotWholeAnyMore) {
     });
 }
 
-// Some of the staged files are gone already, or the old version was coming back under an update that relies on a file
-// of the new one. Whichever version comes of it, no run takes files of the other for current.
+// The old version was coming back under an update that relies on a file of the new one.
 TEST_F(KilledUpdate, ThatFailsOnceMoreLeavesAWholeVersion) {
-    const auto check = [this] {
-        const ChangingFiles asFound = *m_Files;
-        for (const bool forGood : {false, true}) {
-            *m_Files = asFound;
-            KillAgain(1, 1, forGood, [this](UpdateOutcome) { EXPECT_TRUE(Installed() == Old || Installed() == New); });
-        }
-    };
-    for (int call = 1;; ++call) {
-        Lay(Old);
-        if (!KillAt(call)) break;
-        if (HasJournal() && In("/app/Updates").size() < 5) check();
-    }
-    // In the midst of an undo.
-    for (int call = 1; !HasFailure(); ++call) {
-        SCOPED_TRACE(call);
-        Lay(Old);
-        m_Files->Replaced = [this](const std::filesystem::path& to) {
-            if (to == "/app/Trawlbeam.exe" && m_Files->Contents[to] == New.at("Trawlbeam.exe"))
-                m_Files->Contents[to] = "";
-        };
-        const bool wasKilled = KillAt(call);
-        m_Files->Replaced = nullptr;
-        if (!wasKilled) break;
-        if (HasJournal()) KillAgain(1 + call % 5, 5, false, [this](UpdateOutcome) { EXPECT_EQ(Installed(), New); });
-    }
     LayBroken("UNDOING");
-    check();
+    const ChangingFiles asFound = *m_Files;
+    for (const bool forGood : {false, true}) {
+        *m_Files = asFound;
+        KillAgain(1, 1, forGood, [this](UpdateOutcome) { EXPECT_TRUE(Installed() == Old || Installed() == New); });
+    }
     EXPECT_EQ(Installed(), Old);
 }
 
-// The undo of an earlier run took the file for which the new update relies on the program's folder.
-TEST_F(KilledUpdate, ThatLosesAFileByItsUndoIsRemoved) {
+TEST_F(KilledUpdate, IsRemovedWhenAFileIsLost) {
+    // The undo of an earlier run takes the file for which the new update relies on the program's folder.
     LayBroken("INSTALLING");
-    const auto held = m_Files->OpenForReading("/app/Trawlbeam.exe");
-    const UpdateResult result = Run();
-    EXPECT_EQ(result.Outcome, UpdateOutcome::Refused) << result.Reason;
+    auto held = m_Files->OpenForReading("/app/Trawlbeam.exe");
+    EXPECT_EQ(Run().Outcome, UpdateOutcome::Refused);
     EXPECT_EQ(Installed(), Old);
     EXPECT_FALSE(IsPending() || HasJournal());
-}
-
-// The staged file has gone, and what is installed is not the new one.
-TEST_F(KilledUpdate, ThatHasLostAStagedFileIsRefused) {
+    held.reset();
+    // The staged file has gone, and what is installed is not the new one.
     LayBroken("INSTALLING");
     m_Files->Contents["/app/a.dll"] = "old a";
     EXPECT_EQ(Run().Reason, "a.dll, installed and not downloaded: 5 bytes, 70000 bytes expected");
-    EXPECT_EQ(Installed(), Old);
-    EXPECT_FALSE(IsPending() || HasJournal());
-}
-
-// What was not replaced yet may be in use.
-TEST_F(KilledUpdate, ThatReplacedNothingTouchesNothingWhenItIsUndone) {
+    // So has the manifest. What was not replaced yet may be in use, and is not touched.
     LayBroken("INSTALLING");
     m_Files->Contents["/app/a.dll"] = "old a";
     m_Files->Contents.erase("/app/Updates/updates.xml");
-    const auto held = m_Files->OpenForReading("/app/a.dll");
+    held = m_Files->OpenForReading("/app/a.dll");
+    m_Pump.Slept = 0;
     EXPECT_EQ(Run().Outcome, UpdateOutcome::Nothing);
     EXPECT_EQ(m_Pump.Slept, 0);
-    EXPECT_EQ(Installed(), Old);
     EXPECT_FALSE(HasJournal());
 }
 
@@ -331,9 +299,9 @@ TEST_F(KilledUpdate, ThatReplacedNothingTouchesNothingWhenItIsUndone) {
 TEST_F(KilledUpdate, MeetsAnotherUpdateOrNone) {
     World later = New;
     later["tbXML.dll"] = "still newer xml";
-    World smaller = Old;
-    smaller.erase("a.dll");
-    smaller["Trawlbeam.exe"] = "smaller program";
+    World smaller{{"tbXML.dll", "old xml"}, {"Same.chm", "help"}, {"Trawlbeam.exe", "smaller program"}};
+    World smallerEnd = smaller;
+    smallerEnd["a.dll"] = "old a";
     int installed = 0;
     for (int call = 1;; ++call) {
         Lay(Old);
@@ -343,12 +311,7 @@ TEST_F(KilledUpdate, MeetsAnotherUpdateOrNone) {
         }
         const ChangingFiles asFound = *m_Files;
         // A file that the new manifest does not name goes back to the old version.
-        for (const auto& [files, end] : {std::pair(later, later),
-                                         std::pair(smaller, World{{"a.dll", "old a"},
-                                                                  {"tbXML.dll", "old xml"},
-                                                                  {"Same.chm", "help"},
-                                                                  {"Trawlbeam.exe", "smaller program"}}),
-                                         std::pair(World(), Old)}) {
+        for (const auto& [files, end] : {std::pair(later, later), {smaller, smallerEnd}, {World(), Old}}) {
             *m_Files = asFound;
             for (const auto& [name, content] : In("/app/Updates")) m_Files->Contents.erase("/app/Updates/" + name);
             std::vector<Text> staged;
@@ -368,53 +331,26 @@ TEST_F(KilledUpdate, MeetsAnotherUpdateOrNone) {
 }
 
 TEST_F(Update, OfOneFileThatIsInUseIsPutBackAndStaysPending) {
-    for (const Text held : {"a.dll", "tbXML.dll", "Trawlbeam.exe"}) {
+    for (const Text held : {"a.dll", "tbXML.dll"}) {
         Lay(Old);
         std::unique_ptr<FileReader> reader;
-        if (held == "tbXML.dll") {
-            // It could be moved aside, but would be missing for a moment at which the program may start.
-            m_Files->Loaded = {"/app/tbXML.dll"};
-        } else {
-            reader = m_Files->OpenForReading("/app/" + held);
-        }
+        // The other one could be moved aside, but would be missing for a moment at which the program may start.
+        if (held == "a.dll") reader = m_Files->OpenForReading("/app/a.dll");
+        if (held != "a.dll") m_Files->Loaded = {"/app/tbXML.dll"};
         const UpdateResult result = Run();
         EXPECT_EQ(result.Outcome, UpdateOutcome::Failed);
         EXPECT_EQ(result.Reason, held + ": " + PermissionDenied);
         EXPECT_TRUE(result.IsDenied);
         ExpectAsBefore();
-        EXPECT_EQ(In("/app/Updates/Backup/57"), World());
         EXPECT_EQ(m_Pump.Slept, 1500);
         m_Pump.Slept = 0;
     }
-}
-
-TEST_F(Update, WaitsForAFileThatIsHeldForAWhile) {
+    // One that is held for a while is waited for.
+    Lay(Old);
     auto scanner = m_Files->OpenForReading("/app/Trawlbeam.exe");
-    m_Pump.OnPump = [&] {
-        if (m_Pump.Pumped == 10) scanner.reset();
-    };
+    m_Pump.OnPump = [&] { scanner.reset(); };
     EXPECT_EQ(Run().Outcome, UpdateOutcome::Installed);
-    EXPECT_EQ(Installed(), New);
-    EXPECT_EQ(m_Pump.Slept, 500);
-}
-
-// Browsers load some of the libraries, and stay.
-TEST_F(KilledUpdate, OfALoadedLibraryMovesItAside) {
-    for (int call = 1;; ++call) {
-        Lay(Old);
-        m_Files->Loaded = {"/app/a.dll"};
-        const bool wasKilled = KillAt(call);
-        // The browser loads what it finds.
-        if (m_Files->Exists("/app/a.dll")) m_Files->Loaded.insert("/app/a.dll");
-        const bool fails = call % 2 == 0;
-        if (fails && IsPending()) m_Files->Contents["/app/Updates/tbXML.dll"] = "not whole";
-        const UpdateOutcome outcome = Run().Outcome;
-        ASSERT_TRUE(outcome != UpdateOutcome::Failed && outcome != UpdateOutcome::Halfway) << call;
-        ASSERT_EQ(Installed(), outcome == UpdateOutcome::Refused ? Old : New) << call;
-        ASSERT_FALSE(IsPending() || HasJournal()) << call;
-        if (!wasKilled) break;
-    }
-    EXPECT_EQ(In("/app/Updates/Backup/57")["a.dll.used1~"], "old a");
+    EXPECT_EQ(m_Pump.Slept, 50);
 }
 
 TEST_F(Update, WithADefectIsRefusedAsAWholeAndRemoved) {
@@ -422,11 +358,9 @@ TEST_F(Update, WithADefectIsRefusedAsAWholeAndRemoved) {
     const auto stageWith = [this](const Text& more) { Stage("57", {}, New, more); };
     const std::vector<std::pair<Text, std::function<void()>>> defects{
         {"the manifest: XML line 1: <UPDATES> is not closed", [&] { manifest("<UPDATES VERSION='57'>"); }},
-        {"the manifest: Type mismatch", [&] { manifest("<UPDATES VERSION='..'/>"); }},
         {"the manifest: Type mismatch", [&] { stageWith("<F FILE='x' SIZE='-1' DOWNLOAD='Y'/>"); }},
         {"the manifest: ..\\x5Cx.exe is not a plain file name",
          [&] { stageWith("<F FILE='..\\x.exe' SIZE='1' DOWNLOAD='Y'/>"); }},
-        {"the manifest: C:x is not a plain file name", [&] { stageWith("<F FILE='C:x' SIZE='1' DOWNLOAD='Y'/>"); }},
         {"the manifest: a.dll is named twice", [&] { stageWith("<F FILE='A.DLL' SIZE='1' DOWNLOAD='Y'/>"); }},
         {"Log is a folder", [&] { stageWith("<F FILE='Log' SIZE='1' DOWNLOAD='Y'/>"); }},
         {"a.dll, downloaded: 5 bytes, 70000 bytes expected",
@@ -449,7 +383,6 @@ TEST_F(KilledUpdate, WithADamagedJournalIsInstalledAnew) {
          {"", "<JOURNAL STATE='?'/>",
           "<JOURNAL STATE='UNDOING'><F FILE='a.dll' VERSION='57' EXISTED='Y' SIZE='18446744073709551616'/></JOURNAL>",
           "<JOURNAL STATE='UNDOING'><F FILE='a.dll' VERSION='..' EXISTED='Y' SIZE='5'/></JOURNAL>",
-          "<JOURNAL STATE='UNDOING'><F FILE='a.dll' VERSION='9999999999' EXISTED='Y' SIZE='5'/></JOURNAL>",
           "<JOURNAL STATE='UNDOING'><F FILE='..\\x' VERSION='57' EXISTED='N' SIZE='0'/></JOURNAL>"}) {
         Lay(Old);
         m_Files->Folders.insert("/app/Updates/Backup");
@@ -458,12 +391,6 @@ TEST_F(KilledUpdate, WithADamagedJournalIsInstalledAnew) {
         EXPECT_EQ(Installed(), New);
         EXPECT_EQ(In("/app/Updates/Backup"), (World{{"installing.xml.bad", damaged}}));
     }
-}
-
-TEST(UpdateJournal, FindsAFileCaseDisregarded) {
-    const Journal journal{false, {{"a.dll", "57", true, 5}}};
-    EXPECT_EQ(journal.Find("A.DLL"), journal.Entries.data());
-    EXPECT_EQ(journal.Find("a.dl"), nullptr);
 }
 
 TEST(UpdaterCommand, IsTheLastTwoWordsOfAnUnquotedLine) {
@@ -495,6 +422,8 @@ struct FakeScreen : UpdaterScreen {
 class CourseOfTheUpdater : public Update {
 protected:
     void Course() {
+        m_Screen.Calls.clear();
+        m_Processes.Started.clear();
         UpdaterLog log(*m_Files, m_Clock, "/app", "Trawlbeam");
         m_Processes.File = "/app/tbUpdater.exe";
         Updater({*m_Files, m_Processes, m_Pump, m_Screen, log}, {"Trawlbeam.exe", "Trawlbeam"}).Run();
@@ -506,22 +435,7 @@ protected:
                                     "say Installing the update of Trawlbeam..."};
 };
 
-TEST_F(CourseOfTheUpdater, WaitsForTheProgramInstallsAndStartsIt) {
-    m_Processes.RunningBeside = {"Trawlbeam.exe"};
-    m_Pump.OnPump = [this] {
-        if (m_Pump.Pumped == 3) m_Processes.RunningBeside.clear();
-    };
-    Course();
-    EXPECT_EQ(Installed(), New);
-    EXPECT_GT(m_Pump.Pumped, 3 + 4) << "messages are served while files are copied";
-    EXPECT_EQ(m_Processes.Started, std::vector<Text>{"/app/Trawlbeam.exe: \"/app/Trawlbeam.exe\""});
-    EXPECT_EQ(m_Screen.Calls, (std::vector<Text>{m_Begun[0], m_Begun[1], "close"}));
-    EXPECT_EQ(m_Screen.Percent, 100);
-    const Text log = m_Files->Contents["/app/Log/Trawlbeam202611.log"];
-    EXPECT_EQ(log.substr(0, log.find('\n')), "11/21/2026 08:09:10   tbUpdater: Started for Trawlbeam.exe Trawlbeam\r");
-}
-
-TEST_F(CourseOfTheUpdater, GivesUpAfterAMinuteOfWaiting) {
+TEST_F(CourseOfTheUpdater, WaitsAMinuteForTheProgramInstallsAndStartsIt) {
     m_Processes.RunningBeside = {"Trawlbeam.exe"};
     Course();
     EXPECT_EQ(m_Pump.Slept, 60000);
@@ -530,6 +444,16 @@ TEST_F(CourseOfTheUpdater, GivesUpAfterAMinuteOfWaiting) {
     EXPECT_EQ(m_Screen.Calls,
               (std::vector<Text>{m_Begun[0], "tell Trawlbeam is still running, so its update has not been installed.",
                                  "close"}));
+    m_Pump.Pumped = 0;
+    m_Pump.OnPump = [this] { m_Processes.RunningBeside.clear(); };
+    Course();
+    EXPECT_EQ(Installed(), New);
+    EXPECT_GT(m_Pump.Pumped, 1 + 4) << "messages are served while files are copied";
+    EXPECT_EQ(m_Processes.Started, std::vector<Text>{"/app/Trawlbeam.exe: \"/app/Trawlbeam.exe\""});
+    EXPECT_EQ(m_Screen.Calls, (std::vector<Text>{m_Begun[0], m_Begun[1], "close"}));
+    EXPECT_EQ(m_Screen.Percent, 100);
+    const Text log = m_Files->Contents["/app/Log/Trawlbeam202611.log"];
+    EXPECT_EQ(log.substr(0, log.find('\n')), "11/21/2026 08:09:10   tbUpdater: Started for Trawlbeam.exe Trawlbeam\r");
 }
 
 TEST_F(CourseOfTheUpdater, TellsWhatFailedAndStartsAWholeProgramOnly) {
@@ -539,22 +463,18 @@ TEST_F(CourseOfTheUpdater, TellsWhatFailedAndStartsAWholeProgramOnly) {
     EXPECT_EQ(told(), "tell The update of Trawlbeam is damaged and has been removed:");
     EXPECT_EQ(m_Processes.Started.size(), 1U);
     Lay(Old);
-    m_Screen.Calls.clear();
     auto reader = m_Files->OpenForReading("/app/Trawlbeam.exe");
     Course();
     EXPECT_EQ(told(), "tell The update of Trawlbeam could not be installed now:");
-    EXPECT_EQ(m_Processes.Started.size(), 2U);
+    EXPECT_EQ(m_Processes.Started.size(), 1U);
     reader.reset();
     Lay(Old);
-    m_Screen.Calls.clear();
     m_Processes.StartedNumber = 0;
     Course();
     EXPECT_EQ(m_Screen.Calls,
               (std::vector<Text>{m_Begun[0], m_Begun[1], "close", "box Trawlbeam could not be started."}));
     for (int call = 1; !HasJournal(); ++call) {
         Lay(Old);
-        m_Screen.Calls.clear();
-        m_Processes.Started.clear();
         m_Files->FailAt(call, ErrorNumber::DeviceIO, true);
         Course();
     }
