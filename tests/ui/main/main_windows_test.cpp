@@ -35,7 +35,6 @@ TEST(MainWindows, ShowThePanelOfSubmissionsAndHandInWhatIsDroppedOnIt) {
     FakeDrop nothing;
     rig.Dropped(nothing);
     EXPECT_EQ(rig.Controller().tmSub.Interval(), 1) << "a run at once";
-    EXPECT_TRUE(rig.Controller().tmSub.Enabled());
     // What waits is shown, and stays with the submissions switched off.
     rig.System.Files.Contents["/app/Data/InProcess/a"] = "x";
     rig.Program.Settings->WriteXMLString("Timers", "SUBDB_ENABLED", "0");

