@@ -90,5 +90,5 @@ int main(int argc, char** argv) {
         std::printf("%-16s %11.0f %17.2f %6.2f%% %19.1f %6.2f%%\n", kind.c_str(), verdict, skipped,
                     100 * skipped / verdict, composed, 100 * composed / verdict);
     }
-    if (!TheWorld().System.LogLines().empty()) std::printf("a debug line was written: the figures are worthless\n");
+    if (!TheWorld().System.TakeLog().empty()) std::printf("a debug line was written: the figures are worthless\n");
 }

@@ -128,34 +128,25 @@ class FakeRegistry : public Registry {
 public:
     bool KeyExists(RegistryRoot /*root*/, const Text& section) override { return Keys.count(UpperCase(section)) > 0; }
     bool CreateKey(RegistryRoot /*root*/, const Text& section) override {
-        if (!Refuses) Keys[UpperCase(section)];
-        return !Refuses;
+        Keys[UpperCase(section)];
+        return true;
     }
-    bool DeleteKey(RegistryRoot /*root*/, const Text& section) override {
-        return !Refuses && Keys.erase(UpperCase(section)) > 0;
-    }
+    bool DeleteKey(RegistryRoot /*root*/, const Text& section) override { return Keys.erase(UpperCase(section)) > 0; }
     std::optional<Text> ReadText(RegistryRoot /*root*/, const Text& section, const Text& name) override {
         const auto key = Keys.find(UpperCase(section));
         if (key == Keys.end() || key->second.count(UpperCase(name)) == 0) return std::nullopt;
         return key->second[UpperCase(name)];
     }
     bool WriteText(RegistryRoot /*root*/, const Text& section, const Text& name, const Text& value) override {
-        if (!Refuses) Keys[UpperCase(section)][UpperCase(name)] = value;
-        return !Refuses;
-    }
-    bool DeleteValue(RegistryRoot /*root*/, const Text& section, const Text& name) override {
-        if (Refuses || Keys.count(UpperCase(section)) == 0) return false;
-        Keys[UpperCase(section)].erase(UpperCase(name));
+        Keys[UpperCase(section)][UpperCase(name)] = value;
         return true;
     }
-    std::vector<Text> ValueNames(RegistryRoot /*root*/, const Text& section) override {
-        std::vector<Text> names;
-        for (const auto& [name, value] : Keys[UpperCase(section)]) names.push_back(name);
-        return names;
+    bool DeleteValue(RegistryRoot /*root*/, const Text& section, const Text& name) override {
+        return Keys[UpperCase(section)].erase(UpperCase(name)) > 0;
     }
+    std::vector<Text> ValueNames(RegistryRoot /*root*/, const Text& /*section*/) override { return {}; }
     std::vector<Text> SectionNames(RegistryRoot /*root*/, const Text& /*section*/) override { return {}; }
     std::map<Text, std::map<Text, Text>> Keys;
-    bool Refuses = false;
 };
 
 class FakeMachine : public Machine {
@@ -201,17 +192,12 @@ struct FakeSystem {
         return {Clock,     Random, Pump,     Files,    Dialogs, Resources,
                 Processes, Shell,  Versions, Registry, Machine, WindowText};
     }
-    // The log of the month, lines without their date.
-    std::vector<Text> LogLines() {
+    // What came since the last call into the log of the month, lines without their date.
+    std::vector<Text> TakeLog() {
         std::vector<Text> lines;
         for (const Text& line : Split(Files.Contents["/app/Log/Trawlbeam202611.log"], '\n')) {
             if (!line.empty()) lines.push_back(line.substr(19, line.size() - 20));
         }
-        return lines;
-    }
-    // As above, what came since the last call.
-    std::vector<Text> TakeLog() {
-        std::vector<Text> lines = LogLines();
         Files.Contents.erase("/app/Log/Trawlbeam202611.log");
         return lines;
     }

@@ -9,16 +9,15 @@ namespace {
 
 constexpr const char* Head = "Last-Modified: Fri, 20 Nov 2026 08:49:37 GMT\r\n";
 constexpr const char* Missing = "   defaults.bin is missing: nothing is updated until it comes, trying again";
-constexpr const char* EveryTick = "<ELEMENT NAME='EVILDB_INTERVAL'>0</ELEMENT>";
 
 Text DefaultsWith(const Text& groups) { return ShellRig::Defaults(groups, {"EVILDBSVR", "ReferenceSVR"}); }
 
 // The first start of a program, whose gates ask the web for its data files.
 class LateDefaultsTest : public ::testing::Test {
 protected:
-    void Start(const Text& timers = EveryTick) {
-        m_Rig = std::make_unique<ShellRig>(ShellRig::Section("Main", "AutoUpdate", "0") + "<SECTION name='TIMERS'>" +
-                                           timers + "</SECTION>");
+    void Start(const Text& interval = "0") {
+        m_Rig = std::make_unique<ShellRig>(ShellRig::Section("Main", "AutoUpdate", "0") +
+                                           ShellRig::Section("TIMERS", "EVILDB_INTERVAL", interval));
         m_Rig->Web.Online = m_IsOnline;
         m_Rig->System.Files.Present = m_Rig->System.Clock.Present;
         for (const char* name : {ShellRig::DefaultsFile, ShellRig::ReferenceFile})
@@ -74,10 +73,9 @@ TEST_F(LateDefaultsTest, BringProtectionWithoutARestart) {
     EXPECT_EQ(Ask("http://evil.example/"), "OK");
     OfferAll(ShellRig::Group("TIMERS", "<E NAME='FREEMEM_INTERVAL'>7</E>"));
     EXPECT_EQ(Pass(120), (Lines{"   defaults.bin has come: updating", "   reference.bin has come"}));
-    ASSERT_GE(m_Asked.size(), 5U);
-    EXPECT_EQ(Lines(m_Asked.begin(), m_Asked.begin() + 5),
-              (Lines{"HEAD defaults.bin", "POST defaults.bin", "HEAD reference.bin", "POST reference.bin",
-                     "POST MalDB.aspx"}));
+    m_Asked.resize(5);
+    EXPECT_EQ(Take(), (Lines{"HEAD defaults.bin", "POST defaults.bin", "HEAD reference.bin", "POST reference.bin",
+                             "POST MalDB.aspx"}));
     EXPECT_EQ(Ask("http://evil.example/"), "Validated: d  (Category: Third)");
     double score = 0;
     Text country;
@@ -86,8 +84,7 @@ TEST_F(LateDefaultsTest, BringProtectionWithoutARestart) {
     const size_t trims = m_Rig->System.Processes.Trims.size();
     Pass(8);
     EXPECT_EQ(m_Rig->System.Processes.Trims.size(), trims + 1) << "by the new period";
-    EXPECT_THAT(Lines(m_Asked.begin() + 5, m_Asked.end()), testing::Each("POST MalDB.aspx"));
-    EXPECT_TRUE(Controller().tmUpdate.Enabled());
+    EXPECT_THAT(Take(), testing::Each("POST MalDB.aspx"));
 }
 
 TEST_F(LateDefaultsTest, AreTriedAfterGrowingPauses) {
@@ -106,9 +103,8 @@ TEST_F(LateDefaultsTest, AreTriedAfterGrowingPauses) {
 
 TEST_F(LateDefaultsTest, AreTriedAtOnceWhenTheMachineComesOnline) {
     m_IsOnline = false;
-    Start("<ELEMENT NAME='EVILDB_INTERVAL'>600</ELEMENT>");
+    Start("600");
     Pass(30);
-    EXPECT_EQ(Take(), Lines()) << "the first cycle has not come";
     m_Rig->Web.Online = true;
     EXPECT_THAT(Pass(100), testing::Contains(Missing));
     EXPECT_EQ(Take().size(), 1U) << "online, and no server: as always";
@@ -118,15 +114,6 @@ TEST_F(LateDefaultsTest, AreTriedAtOnceWhenTheMachineComesOnline) {
     OfferAll();
     Pass();
     EXPECT_EQ(Ask("http://evil.example/"), "Validated: d  (Category: Third)");
-}
-
-TEST_F(LateDefaultsTest, AreLeftAloneWithTheListSwitchedOff) {
-    m_IsOnline = false;
-    Start(EveryTick + Text("<ELEMENT NAME='EVILDB_ENABLED'>0</ELEMENT>"));
-    Pass(2);
-    m_Rig->Web.Online = true;
-    EXPECT_EQ(Pass(100), Lines());
-    EXPECT_EQ(Take(), Lines());
 }
 
 // The built-in categories are two, and a site of another one is not blocked.
@@ -151,13 +138,16 @@ TEST_F(LateDefaultsTest, WithoutServersAreNone) {
     EXPECT_THAT(Pass(), testing::Contains(testing::HasSubstr("defaults.bin names no servers: nothing is updated")));
     // By whatever way the file has come.
     m_Rig->System.Files.Contents["/app/Data/defaults.bin"] = DefaultsWith({});
-    Pass(60);
+    m_Rig->System.Files.Contents["/app/Data/reference.bin"];
+    m_Rig->System.Files.Dates.erase("/app/Data/reference.bin");
+    EXPECT_EQ(Pass(60),
+              (Lines{"   defaults.bin has come: updating", "   Error retrieving file head from reference.bin"}));
     EXPECT_THAT(Take(), testing::Contains("POST MalDB.aspx"));
 }
 
 TEST_F(LateDefaultsTest, AskForAnUpdateOfAnOldProgramBehindTheList) {
     Start();
-    OfferAll(ShellRig::Group("MAIN", "<E NAME='WARNVER'>2.0</E>"));
+    OfferAll();
     m_Rig->System.Dialogs.Answer = 6;
     Offer("defaults.bin", ShellRig::Defaults(ShellRig::Group("MAIN", "<E NAME='WARNVER'>2.0</E>")));
     OnRequest = [this](const Text& request) {
@@ -167,7 +157,6 @@ TEST_F(LateDefaultsTest, AskForAnUpdateOfAnOldProgramBehindTheList) {
     EXPECT_EQ(m_Rig->System.Dialogs.Shown.size(), 1U);
     EXPECT_THAT(Take(), testing::Contains("POST Versions.aspx"));
     OnRequest = {};
-
     // One that has expired, and whose update waits, does not run on, as it would not start.
     Start();
     OfferAll(ShellRig::Group("MAIN", "<E NAME='EXPIREVER'>2.0</E>"));
@@ -189,7 +178,6 @@ TEST_F(LateDefaultsTest, TheSessionMayEndInsideAnyOfTheirWaits) {
         };
         Pass();
         OnRequest = {};
-        ASSERT_FALSE(m_Asked.empty());
         EXPECT_EQ(Take().back().substr(5), where.substr(5));
         EXPECT_EQ(m_Rig->Program.Settings, nullptr) << where;
         EXPECT_FALSE(Controller().tmUpdate.Enabled()) << where;
@@ -205,18 +193,6 @@ TEST_F(LateDefaultsTest, TheSessionMayEndInsideAnyOfTheirWaits) {
     EXPECT_EQ(Controller().tmSub.Interval(), 1);
     Controller().tmSub.Tick();
     EXPECT_EQ(Controller().tmSub.Interval(), 1000);
-}
-
-TEST_F(LateDefaultsTest, AreNotAskedForWhereTheStartHadThem) {
-    ShellRig rig(ShellRig::Section("TIMERS", "EVILDB_INTERVAL", "0") + ShellRig::Section("Main", "AutoUpdate", "0"));
-    ASSERT_TRUE(rig.Chain->Main());
-    rig.Web.Online = false;
-    rig.Controller().tmUpdate.Tick();
-    rig.Web.Online = true;
-    rig.Web.Requests.clear();
-    for (int tick = 0; tick < 5; ++tick) rig.Controller().tmUpdate.Tick();
-    ASSERT_EQ(rig.Web.Requests.size(), 5U);
-    for (const FakeWeb::Request& request : rig.Web.Requests) EXPECT_EQ(request.Page, "MalDB.aspx");
 }
 
 }  // namespace
