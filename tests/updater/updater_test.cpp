@@ -147,6 +147,8 @@ TEST_F(Update, AnyCallThatFailsLeavesAWholeVersion) {
         }
         EXPECT_GT(undone, 20);
         EXPECT_EQ(In("/app/Updates/Backup/57").count("a.dll.used1~"), isLoaded ? 1U : 0U);
+        const auto log = m_Log.Take();
+        EXPECT_EQ(std::count(log.begin(), log.end(), "0 a.dll is in use and was moved aside") > 0, isLoaded);
     }
 }
 
@@ -373,6 +375,7 @@ TEST_F(Update, WithADefectIsRefusedAsAWholeAndRemoved) {
         const UpdateResult result = Run();
         EXPECT_EQ(result.Outcome, UpdateOutcome::Refused) << reason;
         EXPECT_EQ(result.Reason, reason);
+        EXPECT_EQ(m_Log.Take().back(), "0 The update is refused: " + reason);
         EXPECT_EQ(Installed(), before) << reason;
         EXPECT_EQ(In("/app/Updates"), World()) << reason;
     }
