@@ -3,6 +3,10 @@
 
 #include <windows.h>
 
+#include <stdexcept>
+
+#include "base/text.h"
+
 namespace tb {
 
 // The one deadline of these tests. It only matters where something is broken, for no machine is so slow; ctest waits
@@ -29,6 +33,24 @@ inline HWND FindWindowOf(DWORD processId, const char* className, const char* tit
         if (owner == processId && IsWindowVisible(window)) return window;
     }
     return nullptr;
+}
+
+// The menu of a process that is open, null when there is none.
+inline HWND OpenMenu(DWORD processId) { return FindWindowOf(processId, "#32768"); }
+
+// Presses a button in the message box of a process with that title, as soon as there is one whose text has `part` in
+// it; the text. Throws when none comes.
+inline Text AnswerBox(DWORD processId, const char* title, TextView part, int button) {
+    HWND box = nullptr;
+    char text[1024] = "";
+    const bool found = Eventually([&] {
+        box = FindWindowOf(processId, "#32770", title);
+        GetDlgItemTextA(box, 0xFFFF, text, sizeof text);
+        return box != nullptr && TextView(text).find(part) != TextView::npos;
+    });
+    if (!found) throw std::runtime_error("no message box " + Text(part));
+    PostMessageA(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
+    return text;
 }
 
 }  // namespace tb

@@ -2,7 +2,6 @@
 // own.
 #pragma once
 
-#include <atomic>
 #include <thread>
 
 #include "components/tbBHBridge/ChannelNames.h"
@@ -31,9 +30,6 @@ public:
 
     // From now on the program does not come to an answer.
     void Hang() { ResetEvent(m_Awake.Get()); }
-    // Texts that the program is done with.
-    int Handled() const { return m_Handled; }
-
     // The last text that came; read it when its sender is back.
     const Text& Request() const { return m_Request; }
 
@@ -58,14 +54,12 @@ private:
         self->m_Request = reinterpret_cast<const char*>(lParam);
         WaitForSingleObject(self->m_Awake.Get(), DeadlineMs);
         if (self->m_Request != WakeUpText) Win32WindowText().SendText(std::stoi(self->m_Request), self->Reply);
-        ++self->m_Handled;
         return TRUE;
     }
 
     OnlyProgram m_Only;
     OwnedObject m_Ready;
     OwnedObject m_Awake{CreateEventA(nullptr, TRUE, TRUE, nullptr)};
-    std::atomic<int> m_Handled = 0;
     DWORD m_ThreadId = 0;
     Text m_Request;
     std::thread m_Thread;

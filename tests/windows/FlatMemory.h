@@ -38,13 +38,11 @@ private:
         HMODULE modules[256];
         DWORD size = 0;
         if (!EnumProcessModules(m_Process, modules, sizeof modules, &size)) return false;
-        char found[MAX_PATH];
-        for (DWORD index = 0; index < std::min<DWORD>(size, sizeof modules) / sizeof *modules; ++index) {
-            if (GetModuleBaseNameA(m_Process, modules[index], found, MAX_PATH) != 0 && lstrcmpiA(found, name) == 0) {
-                return true;
-            }
-        }
-        return false;
+        return std::any_of(modules, modules + std::min<size_t>(size / sizeof *modules, 256), [&](HMODULE module) {
+            char found[MAX_PATH] = "";
+            GetModuleBaseNameA(m_Process, module, found, MAX_PATH);
+            return lstrcmpiA(found, name) == 0;
+        });
     }
     PROCESS_MEMORY_COUNTERS Now() const {
         PROCESS_MEMORY_COUNTERS counters{};

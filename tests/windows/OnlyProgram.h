@@ -4,7 +4,6 @@
 #include "components/tbBHBridge/ChannelNames.h"
 #include "platform/win32/Handle.h"
 #include "platform/win32/Win32Errors.h"
-#include "platform/win32/Win32Text.h"
 #include "platform/win32/Win32WindowText.h"
 
 namespace tb {
@@ -18,24 +17,15 @@ public:
         const WindowHandle other = Win32WindowText().FindTopLevel(NormalClasses.Window, ChannelCaption);
         if (other == 0) return;
         ReleaseMutex(m_Mutex.Get());
-        throw RuntimeError(1, "a program of this name is running already: " + ImageOf(ToHwnd(other)));
+        DWORD process = 0;
+        GetWindowThreadProcessId(ToHwnd(other), &process);
+        throw RuntimeError(1, "a program of this name is running already: process " + std::to_string(process));
     }
     OnlyProgram(const OnlyProgram&) = delete;
     OnlyProgram& operator=(const OnlyProgram&) = delete;
     ~OnlyProgram() { ReleaseMutex(m_Mutex.Get()); }
 
 private:
-    // Whose window it is: a file, with the number of its process.
-    static Text ImageOf(HWND window) {
-        DWORD id = 0;
-        GetWindowThreadProcessId(window, &id);
-        const OwnedObject process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id));
-        wchar_t image[MAX_PATH] = L"";
-        DWORD length = MAX_PATH;
-        QueryFullProcessImageNameW(process.Get(), 0, image, &length);
-        return FromSystem(image) + " (" + std::to_string(id) + ")";
-    }
-
     OwnedObject m_Mutex;
 };
 

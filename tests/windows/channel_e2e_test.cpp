@@ -5,7 +5,6 @@
 #include <atomic>
 #include <thread>
 
-#include "windows/Browser.h"
 #include "windows/FlatMemory.h"
 #include "windows/RunningProgram.h"
 
@@ -18,10 +17,7 @@ void AnswersEachKindOfRequest(RunningProgram& program) {
     Browser browser;
     EXPECT_FALSE(IsWindowVisible(program.Top()));
     EXPECT_EQ(browser.Ask("Check\thttp://ok.example/"), "OK");
-    EXPECT_EQ(browser.Ask("Check\thttp://www.evil.example/%6Fffer/x"), Blocked);
-    EXPECT_EQ(browser.Ask("Check\thttp://www.evil.example/%6Fffer/x\t\tfifth\tsixth"), Blocked);
-    EXPECT_EQ(browser.Ask("Check\thttps://phish.test\t10.0.0.1 10.0.0.2"), Blocked);
-    EXPECT_EQ(browser.Ask("Check\t"), "OK");
+    EXPECT_EQ(browser.Ask("Check\thttp://www.evil.example/%6Fffer/x\t10.0.0.1 10.0.0.2\tfifth"), Blocked);
     EXPECT_EQ(browser.Ask("Check"), "");
     Win32WindowText().SendText(program.Box(), "");
     const Text log = program.Log();
@@ -35,15 +31,13 @@ void ServesOthersWhileTheMessageOfAnUnknownCommandIsOpen(RunningProgram& program
         reply = Browser().Ask("Nope\tx");
         answered = true;
     });
-    HWND dialog = nullptr;
-    EXPECT_TRUE(
-        Eventually([&] { return (dialog = FindWindowOf(program.ProcessId(), "#32770", "Trawlbeam")) != nullptr; }));
+    EXPECT_TRUE(Eventually([&] { return FindWindowOf(program.ProcessId(), "#32770", "Trawlbeam") != nullptr; }));
     Browser other;
     EXPECT_EQ(other.Ask("Check\thttps://phish.test"), Blocked);
     EXPECT_TRUE(other.Client().WakeUp());
     EXPECT_EQ(SendMessageA(ToHwnd(program.Box()), WM_GETTEXTLENGTH, 0, 0), 0);
     EXPECT_FALSE(answered);
-    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    AnswerBox(program.ProcessId(), "Trawlbeam", "", IDOK);
     asker.join();
     EXPECT_EQ(reply, "");
 }
@@ -81,15 +75,12 @@ TEST(Channel, ServesBrowsers) {
 
 // A first field that is no number ends the process, without reply, dialog or wait.
 TEST(Channel, BrokenItEndsTheProcessOnPurpose) {
-    for (const auto& [line, quoted] : {std::pair<Text, Text>("TBWAKEUP\tx", "TBWAKEUP"),
-                                       std::pair<Text, Text>("\x80\"\r\n2\tCheck", "\\x80\"\\x0D\\x0A2")}) {
-        RunningProgram program;
-        Win32WindowText().SendText(program.Box(), line);
-        EXPECT_EQ(program.WaitForEnd(), 3U) << line;
-        const Text log = program.Log();
-        EXPECT_EQ(log.find("   Browser channel: \"" + quoted + "\" is no reply window: "), 0U) << log;
-        EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 1) << log;
-    }
+    RunningProgram program;
+    Win32WindowText().SendText(program.Box(), "\x80\"\r\n2\tCheck");
+    EXPECT_EQ(program.WaitForEnd(), 3U);
+    const Text log = program.Log();
+    EXPECT_EQ(log.find("   Browser channel: \"\\x80\"\\x0D\\x0A2\" is no reply window: "), 0U) << log;
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 1) << log;
 }
 
 }  // namespace

@@ -3,8 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include <exception>
-
 #include "components/tbSender/SenderLibrary.h"
 #include "components/tbSender/tbSenderFace.h"
 #include "components/tbXML/Document.h"
@@ -23,14 +21,10 @@ TEST(ComponentFiles, ALibraryGivesFunctionsOrNull) {
     const ScratchFolder folder;
     ComponentLibrary library(folder.Path() / tbSenderFace::File);
     EXPECT_EQ(library.Function(tbSenderFace::Entry), nullptr);
-    Win32Files().Append(library.File(), "no program at all");
-    EXPECT_EQ(library.Function(tbSenderFace::Entry), nullptr);
+    std::filesystem::copy_file(BuiltProgram(tbSenderFace::File), library.File());
+    EXPECT_NE(library.Function(tbSenderFace::Entry), nullptr) << "once it is there";
+    EXPECT_EQ(library.Function("another"), nullptr);
     EXPECT_EQ(ComponentLibrary(tbSenderFace::File).Function(tbSenderFace::Entry), nullptr) << "no full path";
-    ComponentLibrary built(BuiltProgram(tbSenderFace::File));
-    void* const entry = built.Function(tbSenderFace::Entry);
-    ASSERT_NE(entry, nullptr);
-    EXPECT_EQ(built.Function("another"), nullptr);
-    EXPECT_EQ(reinterpret_cast<const void* (*)(std::uint32_t)>(entry)(tbSenderFace::Version + 1), nullptr);
 }
 
 TEST(ComponentFiles, TheSenderWorksAcrossItsBorder) {
@@ -51,17 +45,13 @@ TEST(ComponentFiles, TheSenderWorksAcrossItsBorder) {
     Win32Files files;
     EXPECT_EQ(sender->DownloadFile(servers, "file", "", folder.Path() / "file"), "");
     EXPECT_EQ(ReadWholeFile(files, folder.Path() / "file"), "reply");
-    EXPECT_THAT(sender->DownloadFile(servers, "file", "", folder.Path() / "none" / "file"), HasSubstr("76 "));
 }
 
 TEST(ComponentFiles, ErrorsOfDocumentsAreRaisedOnThisSide) {
     EXPECT_NE(GetModuleHandleA("tbXML.dll"), nullptr);
     Document document;
     document.LoadXML("<a/>");
-    Text complaint;
-    Trap([&] { document.LoadXML("<a>\n</b>"); }, [&](const RuntimeError& error) { complaint = error.Line(); });
-    EXPECT_EQ(complaint, std::to_string(XmlErrorNumber) + " XML line 2: </b> stands where </a> is due");
-    EXPECT_EQ(std::uncaught_exceptions(), 0);
+    EXPECT_EQ(Raised([&] { document.LoadXML("<a>\n</b>"); }), XmlErrorNumber);
     EXPECT_EQ(document.Root()->XML(), "<a></a>\r\n");
     EXPECT_EQ(Raised([&] { document.Root()->Attribute(1); }), static_cast<std::int32_t>(ErrorNumber::Subscript));
 }

@@ -3,7 +3,7 @@
 // ITEM: what the drag offers
 //   --text TEXT       plain text
 //   --mail FILE       a mail in the Internet's form
-//   --stored FOLDER   a message in stored form, of the files headers, html, rtf and plain there
+//   --stored FOLDER   a message in stored form, of streams that the files there are named after
 //   dragsource --open                    chooses the submissions in the menu of the program's tray icon
 // Exits 0 when it was dropped and taken.
 #include <windows.h>
@@ -18,17 +18,15 @@
 #include <thread>
 
 #include "base/errors.h"
+#include "platform/TrayIcon.h"
 #include "platform/win32/Handle.h"
 #include "platform/win32/Win32Text.h"
 #include "submissions/win32/OleSession.h"
+#include "windows/Eventually.h"
 #include "windows/OfferedData.h"
-#include "windows/TrayMenu.h"
 
 namespace tb {
 namespace {
-
-constexpr int Failed = 1;
-constexpr int WrongUse = 2;
 
 Text ReadFile(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -36,24 +34,17 @@ Text ReadFile(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-void AddStored(OfferedData& data, const std::filesystem::path& folder) {
-    std::map<Text, Text> streams;
-    const std::pair<const char*, const char*> kinds[] = {
-        {"headers", HeadersStream}, {"html", HtmlStream}, {"rtf", RtfStream}, {"plain", PlainStream}};
-    for (const auto& [file, stream] : kinds) {
-        if (std::filesystem::exists(folder / file)) streams[stream] = ReadFile(folder / file);
-    }
-    data.AddStored(MakeStored(streams));
-    data.Describe();
-}
-
 void Offer(OfferedData& data, const Text& kind, const std::wstring& value) {
-    if (kind == "text") {
+    if (kind == "--text") {
         data.Blocks[CF_TEXT] = FromSystem(value) + '\0';
-    } else if (kind == "mail") {
+    } else if (kind == "--mail") {
         data.Blocks[FormatOf(InternetMessage)] = ReadFile(value);
-    } else if (kind == "stored") {
-        AddStored(data, value);
+    } else if (kind == "--stored") {
+        std::map<Text, Text> streams;
+        for (const auto& file : std::filesystem::directory_iterator(value)) {
+            streams[file.path().filename().string()] = ReadFile(file.path());
+        }
+        data.AddStored(MakeStored(streams));
     } else {
         throw RuntimeError(0, "unknown kind " + kind);
     }
@@ -86,33 +77,21 @@ int OpenSubmissions() {
     return 0;
 }
 
-HWND FindTarget(const Text& caption) {
-    HWND window = nullptr;
-    const auto find = [&] {
-        return IsWindowVisible(window = FindWindowW(nullptr, ToSystem(caption).c_str())) != FALSE;
-    };
-    if (!Eventually(find)) throw RuntimeError(0, "there is no window " + caption);
-    return window;
-}
-
-void PlaceMouse(HWND target) {
-    RECT place{};
-    GetWindowRect(target, &place);
-    SetWindowPos(target, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
-}
-
 bool DragOnto(OfferedData& data, const Text& caption) {
-    const HWND target = FindTarget(caption);
+    HWND target = nullptr;
+    const auto isThere = [&] { return IsWindowVisible(target = FindWindowA(nullptr, caption.c_str())) != FALSE; };
+    if (!Eventually(isThere)) throw RuntimeError(0, "there is no window " + caption);
     // The drag looks at the place of the mouse with each message. A window that has just come is moved to its place
     // yet.
     std::atomic<bool> over{false};
-    const DWORD thread = GetCurrentThreadId();
-    std::thread pushes([&] {
-        for (int count = 0; !over; ++count) {
-            if (count % 50 == 0) PlaceMouse(target);
+    std::thread pushes([&, thread = GetCurrentThreadId()] {
+        while (!over) {
+            RECT place{};
+            GetWindowRect(target, &place);
+            SetWindowPos(target, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+            SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
             PostThreadMessageW(thread, WM_KEYUP, VK_F24, 0);
-            Sleep(2);
+            Sleep(20);
         }
     });
     const ComPointer<IDropSource> source(new Source);
@@ -130,23 +109,22 @@ int Run(const std::vector<std::wstring>& arguments) {
     for (size_t index = 0; index < arguments.size(); ++index) {
         const Text name = FromSystem(arguments[index]);
         if (name == "--open") return OpenSubmissions();
-        if (index + 1 == arguments.size() || name.compare(0, 2, "--") != 0) return WrongUse;
-        const std::wstring& value = arguments[++index];
+        if (++index == arguments.size()) break;
         if (name == "--onto") {
-            onto = FromSystem(value);
+            onto = FromSystem(arguments[index]);
         } else {
-            Offer(*data.Get(), name.substr(2), value);
+            Offer(*data.Get(), name, arguments[index]);
         }
     }
-    if (onto.empty()) return WrongUse;
-    return DragOnto(*data.Get(), onto) ? 0 : Failed;
+    if (onto.empty()) throw RuntimeError(0, "usage: dragsource --onto CAPTION ITEM ...");
+    return DragOnto(*data.Get(), onto) ? 0 : 1;
 }
 
 }  // namespace
 }  // namespace tb
 
 int main() {
-    int status = tb::Failed;
+    int status = 1;
     int count = 0;
     // File names may have any characters.
     wchar_t** const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
@@ -155,6 +133,5 @@ int main() {
             status = tb::Run({arguments + 1, arguments + count});
         },
         [](const tb::RuntimeError& error) { std::fprintf(stderr, "dragsource: %s\n", error.what()); });
-    if (status == tb::WrongUse) std::fprintf(stderr, "usage: dragsource --onto CAPTION ITEM ...\n");
     return status;
 }

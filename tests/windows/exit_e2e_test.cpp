@@ -3,10 +3,9 @@
 
 #include <thread>
 
-#include "windows/Browser.h"
+#include "platform/TrayIcon.h"
 #include "windows/FlatMemory.h"
 #include "windows/RunningProgram.h"
-#include "windows/TrayMenu.h"
 
 namespace tb {
 namespace {

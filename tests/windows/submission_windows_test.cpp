@@ -5,7 +5,7 @@
 
 #include <fstream>
 
-#include "platform/win32/MessageLoop.h"
+#include "platform/win32/ServedWait.h"
 #include "platform/win32/Win32WindowText.h"
 #include "submissions/SubmissionRig.h"
 #include "submissions/forms/frmSubCat.h"
@@ -21,7 +21,7 @@
 namespace tb {
 namespace {
 
-class SubmissionWindowsTest : public ::testing::Test, protected SubmissionRig, private Activities {
+class SubmissionWindowsTest : public ::testing::Test, protected SubmissionRig, protected Activities {
 protected:
     SubmissionWindowsTest() {
         DB = std::make_shared<SubmissionDB>(SubmissionDB::Parts{{Program, Log, Web.Factory()}, m_Formats, m_SubCat});
@@ -35,13 +35,11 @@ protected:
     bool StartActivity(const Text&, bool) override { return true; }
     void EndActivity(const Text&, bool) override {}
 
-    std::shared_ptr<frmSubmissions> Window() {
-        return std::make_shared<frmSubmissions>(
-            m_Forms, frmSubmissions::Parts{DB, {Program, Log, Web.Factory()}, *this, m_Targets, [] {}});
-    }
-
     // Presses the keys in the dialog, one after the other while it is open, and gives back what it says.
-    Text Press(QualifiersDialog& dialog, const std::vector<WPARAM>& keys) {
+    Text Press(const std::vector<WPARAM>& keys, const Text& category) {
+        QualifiersDialog dialog(Program, Log);
+        dialog.Setup(ParseXml("<C><C ID='2' NAME='Bank'/><C ID='3' NAME='Odd'/><C ID='4' NAME='Last'/></C>"),
+                     "A subject & more", category, "3");
         Form clock(m_Forms, "frmClock");
         Timer& timer = clock.Add<Timer>("tm");
         timer.SetInterval(10);
@@ -58,11 +56,6 @@ protected:
         return std::to_string(dialog.Result) + " " + std::to_string(dialog.CategoryID) + " " +
                std::to_string(dialog.ConfidenceID);
     }
-    void Setup(QualifiersDialog& dialog, const Text& category = "2") {
-        dialog.Setup(ParseXml("<C><C ID='2' NAME='Bank'/><C ID='3' NAME='Odd' DESC='Tip'/><C ID='4' NAME='Last'/></C>"),
-                     "A subject & more", category, "3");
-    }
-
     std::vector<Text> m_Failures;
     const std::function<void(const RuntimeError&)> m_Failed = [this](const RuntimeError& error) {
         m_Failures.push_back(error.Line());
@@ -76,75 +69,52 @@ protected:
 };
 
 TEST_F(SubmissionWindowsTest, TheDialogIsUsedByKeys) {
-    const struct {
-        std::vector<WPARAM> Keys;
-        Text Said;
-    } cases[] = {
-        {{VK_RETURN}, "1 2 3"},
-        {{VK_DOWN, VK_RETURN}, "1 3 3"},
-        {{VK_UP, VK_RETURN}, "1 4 3"},
-        {{VK_TAB, VK_LEFT, VK_RETURN}, "1 2 2"},
-        {{VK_TAB, VK_TAB, VK_TAB, VK_RETURN}, "0 -1 -1"},
-        {{VK_TAB, VK_TAB, VK_TAB, VK_TAB, VK_TAB, VK_DOWN, VK_RETURN}, "1 3 3"},
-        {{VK_DOWN, VK_ESCAPE}, "0 -1 -1"},
-    };
-    for (const auto& one : cases) {
-        QualifiersDialog dialog(Program, Log);
-        Setup(dialog);
-        EXPECT_EQ(Press(dialog, one.Keys), one.Said) << one.Keys.size() << " keys";
-    }
-    QualifiersDialog dialog(Program, Log);
-    Setup(dialog, "9");
-    EXPECT_EQ(Press(dialog, {VK_RETURN}), "1 0 3") << "nothing is chosen that the user has not chosen";
+    EXPECT_EQ(Press({VK_RETURN}, "9"), "1 0 3") << "nothing is chosen that the user has not chosen";
+    EXPECT_EQ(Press({VK_UP, VK_TAB, VK_LEFT, VK_RETURN}, "2"), "1 4 2");
+    EXPECT_EQ(Press({VK_TAB, VK_TAB, VK_TAB, VK_RETURN}, "2"), "0 -1 -1") << "the button that has the focus";
+    EXPECT_EQ(Press({VK_TAB, VK_TAB, VK_TAB, VK_TAB, VK_TAB, VK_DOWN, VK_RETURN}, "2"), "1 3 3");
+    EXPECT_EQ(Press({VK_DOWN, VK_ESCAPE}, "2"), "0 -1 -1");
 }
 
 // Serves messages until the process that drags ends; its status.
-DWORD Drag(const std::wstring& arguments) {
-    const ProgramProcess process(BuiltProgram("dragsource.exe"), arguments);
-    const ULONGLONG deadline = GetTickCount64() + DeadlineMs;
-    while (process.WaitForEnd(0) == STILL_ACTIVE && GetTickCount64() < deadline) {
-        ServeWaitingMessages();
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
-    }
+DWORD Drag(const std::wstring& items) {
+    const ProgramProcess process(BuiltProgram("dragsource.exe"), L"--onto \"Trawlbeam - Submissions\" " + items);
+    ServedWait(DeadlineMs, {}).For(process.Handle(), DeadlineMs);
     return process.WaitForEnd(0);
 }
 
 TEST_F(SubmissionWindowsTest, AnotherProcessDropsEveryKind) {
     const ScratchFolder folder;
     const auto write = [&](const wchar_t* name, const Text& bytes) {
+        std::filesystem::create_directories((folder.Path() / name).parent_path());
         std::ofstream(folder.Path() / name, std::ios::binary) << bytes;
-        return folder.Path() / name;
     };
     const Text headers = "From: a@b.example\r\nSubject: Stored & sent\r\n";
     const Text html("<b>\xE9 one</b>\r\n", 14);
+    const Text rtf("LZFu\0\1\2", 7);
     const Text mail = "From: c@d.example\r\nSubject: plain\r\n\r\nBody " + Text(70000, 'x') + "\r\n";
-    std::filesystem::create_directory(folder.Path() / L"one");
-    write(L"one\\headers", headers);
-    write(L"one\\html", html);
-    write(L"one\\plain", "not this");
-    std::filesystem::create_directory(folder.Path() / L"two");
-    write(L"two\\headers", headers);
-    write(L"two\\rtf", Text("LZFu\0\1\2", 7));
-    const std::wstring caption = L"--onto \"Trawlbeam - Submissions\" ";
+    write(L"mail.eml", mail);
+    // The headers, the text as HTML, as plain text and as RTF.
+    write(L"one\\__substg1.0_007D001E", headers);
+    write(L"one\\__substg1.0_1013001E", html);
+    write(L"one\\__substg1.0_1000001E", "not this");
+    write(L"two\\__substg1.0_007D001E", headers);
+    write(L"two\\__substg1.0_10090102", rtf);
     const std::wstring place = L"\"" + folder.Path().wstring();
 
     DB = std::make_shared<SubmissionDB>(SubmissionDB::Parts{{Program, Log, Web.Factory()}, m_Formats, Qualifiers});
-    auto window = Window();
+    const auto window = std::make_shared<frmSubmissions>(
+        m_Forms, frmSubmissions::Parts{DB, {Program, Log, Web.Factory()}, *this, m_Targets, [] {}});
     window->Show();
-    ASSERT_EQ(Drag(caption + L"--text http://evil.example/a?b=1"), 0U);
-    const auto file = write(L"mail.eml", mail);
-    ASSERT_EQ(Drag(caption + L"--mail " + place + L"\\mail.eml\""), 0U);
-    ASSERT_EQ(Drag(caption + L"--stored " + place + L"\\one\" --stored " + place + L"\\two\""), 0U);
+    ASSERT_EQ(Drag(L"--text http://evil.example/a?b=1"), 0U);
+    ASSERT_EQ(Drag(L"--mail " + place + L"\\mail.eml\""), 0U);
+    ASSERT_EQ(Drag(L"--stored " + place + L"\\one\" --stored " + place + L"\\two\""), 0U);
     window->RefreshDisplay();
     EXPECT_EQ(window->lblStatus.Caption(), "Waiting: 4   Recorded: 0");
     EXPECT_EQ(File("InProcess/0.U"), " 2 , 3 ,http://evil.example/a\r\nhttp://evil.example/a?b=1");
-    const auto queued = [&](const Text& name) {
-        const Text content = File("InProcess/" + name);
-        return content.substr(content.find("\r\n") + 2);
-    };
-    EXPECT_EQ(queued("1.E"), mail + "\r\n");
-    EXPECT_EQ(queued("2.E"), headers + "\r\n" + html + "\r\n");
-    EXPECT_EQ(queued("3.E"), headers + "\r\n" + Text("LZFu\0\1\2", 7) + "\r\n");
+    EXPECT_TRUE(File("InProcess/1.E").ends_with("\r\n" + mail + "\r\n"));
+    EXPECT_TRUE(File("InProcess/2.E").ends_with("\r\n" + headers + "\r\n" + html + "\r\n"));
+    EXPECT_TRUE(File("InProcess/3.E").ends_with("\r\n" + headers + "\r\n" + rtf + "\r\n"));
     EXPECT_EQ(TakeShown(), Lines{});
     window->Unload();
 }

@@ -1,18 +1,51 @@
 // The tray's window, icon and menu on the real desktop.
 #include <gtest/gtest.h>
 
+#include <future>
+
 #include "components/tbBHBridge/ChannelNames.h"
 #include "platform/win32/Handle.h"
-#include "platform/win32/Win32Sound.h"
+#include "platform/win32/MessageLoop.h"
 #include "platform/win32/Win32TrayIcon.h"
 #include "platform/win32/Win32WindowText.h"
 #include "ui/window/win32/Win32WindowSystem.h"
-#include "urlcheck/sounds/Sounds.h"
 #include "urlcheck/tray/frmSysTray.h"
-#include "windows/TrayMenu.h"
+#include "windows/Eventually.h"
 
 namespace tb {
 namespace {
+
+// A row of a menu: the caption, with " bold" or " grey" behind it, or "-".
+Text MenuRow(HMENU menu, int position) {
+    char caption[64] = "";
+    MENUITEMINFOA item{};
+    item.cbSize = sizeof item;
+    item.fMask = MIIM_FTYPE | MIIM_STATE | MIIM_STRING;
+    item.dwTypeData = caption;
+    item.cch = sizeof caption;
+    GetMenuItemInfoA(menu, static_cast<UINT>(position), TRUE, &item);
+    if ((item.fType & MFT_SEPARATOR) != 0) return "-";
+    return Text(caption) + ((item.fState & MFS_DEFAULT) != 0 ? " bold" : "") +
+           ((item.fState & MFS_DISABLED) != 0 ? " grey" : "");
+}
+
+// Opens the menu of a tray window of the calling thread, presses Escape or the letter of an item, and returns when it
+// is closed. The rows that were shown.
+std::vector<Text> UseTrayMenu(HWND tray, char letter = 0) {
+    constexpr UINT getMenuOfWindow = 0x1E1;  // MN_GETHMENU
+    auto rows = std::async(std::launch::async, [=] {
+        std::vector<Text> shown;
+        HWND open = nullptr;
+        Eventually([&] { return (open = OpenMenu(GetCurrentProcessId())) != nullptr; });
+        const auto menu = reinterpret_cast<HMENU>(SendMessageA(open, getMenuOfWindow, 0, 0));
+        for (int row = 0; row < GetMenuItemCount(menu); ++row) shown.push_back(MenuRow(menu, row));
+        PostMessageA(tray, letter == 0 ? WM_KEYDOWN : WM_CHAR, letter == 0 ? VK_ESCAPE : letter, 0);
+        return shown;
+    });
+    SendMessageA(tray, TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
+    ServeWaitingMessages();
+    return rows.get();
+}
 
 class TrayWindowTest : public ::testing::Test {
 protected:
@@ -52,42 +85,22 @@ protected:
                                 }}};
 };
 
-TEST_F(TrayWindowTest, OnlyMessagesOfTheIconAreEvents) {
+TEST_F(TrayWindowTest, TellsTheMessagesOfItsIconAndShowsItsMenu) {
     const HWND window = ToHwnd(m_Tray.hWnd());
     for (const LPARAM message : {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_RBUTTONDBLCLK}) {
         PostMessageA(window, TrayIconMessage, TrayIconId, message);
         PostMessageA(window, TrayIconMessage, TrayIconId + 1, message);
     }
     PostMessageA(window, RegisterWindowMessageA("TaskbarCreated"), 0, 0);
-    Serve();
+    ServeWaitingMessages();
     EXPECT_EQ(m_Events, "down1 double1 double2 ");
-}
-
-TEST_F(TrayWindowTest, TheMenuShowsItsItemsAndLeavesNothingBehind) {
-    const HWND window = ToHwnd(m_Tray.hWnd());
-    const auto open = [&] {
-        EXPECT_EQ(TrayMenu::Open(window),
-                  (std::vector<Text>{"Trawlbeam Anti-Scam System bold", "-", "&Main", "&About... grey"}));
-    };
-    open();
-    TrayMenu::Open(window, 'm');
-    EXPECT_EQ(m_Events, "down2 down2 click menu1 ");
+    m_Events.clear();
     const std::int32_t handles = HandleCount::Live();
-    for (int count = 0; count < 10; ++count) open();
-    EXPECT_EQ(HandleCount::Live(), handles);
-}
-
-TEST(Win32Sound, PlaysWithoutBlockingAndKeepsTheBytes) {
-    constexpr std::uint32_t seconds = 60;
-    constexpr std::uint32_t length = 8000 * seconds;
-    const auto number = [](std::uint32_t value) { return Text(reinterpret_cast<const char*>(&value), sizeof value); };
-    const Text format("WAVEfmt \x10\0\0\0\1\0\1\0\x40\x1f\0\0\x40\x1f\0\0\1\0\x8\0data", 32);
-    const Text wave = "RIFF" + number(36 + length) + format + number(length) + Text(length, '\x80');
-    Win32Sound device;
-    Sounds sounds(device, "", wave);
-    const DWORD start = GetTickCount();
-    for (int count = 0; count < 20; ++count) sounds.PlayAlertSound(true);
-    EXPECT_LT(GetTickCount() - start, seconds * 1000) << "less than a single one takes";
+    EXPECT_EQ(UseTrayMenu(window),
+              (std::vector<Text>{"Trawlbeam Anti-Scam System bold", "-", "&Main", "&About... grey"}));
+    UseTrayMenu(window, 'm');
+    EXPECT_EQ(m_Events, "down2 down2 click menu1 ");
+    EXPECT_EQ(HandleCount::Live(), handles) << "the menu leaves nothing behind";
 }
 
 }  // namespace

@@ -4,12 +4,13 @@
 #include <thread>
 
 #include "components/tbBHBridge/ChannelNames.h"
+#include "platform/win32/ServedWait.h"
 #include "platform/win32/Win32WindowText.h"
 #include "ui/window/Form.h"
 #include "ui/window/TextBox.h"
 #include "ui/window/Timer.h"
 #include "ui/window/win32/Win32WindowSystem.h"
-#include "windows/TrayMenu.h"
+#include "windows/Eventually.h"
 
 namespace tb {
 namespace {
@@ -28,14 +29,12 @@ protected:
     static void SendFromOutside(HWND window, const Text& text) {
         Win32WindowText windows;
         std::thread sender([&] { windows.SendText(ToWindowHandle(window), text); });
-        const HANDLE thread = reinterpret_cast<HANDLE>(pthread_gethandle(sender.native_handle()));
-        while (MsgWaitForMultipleObjects(1, &thread, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) Serve();
+        ServedWait(DeadlineMs, {}).For(reinterpret_cast<HANDLE>(pthread_gethandle(sender.native_handle())), DeadlineMs);
         sender.join();
     }
     static Text TextOf(HWND window) {
         Text text(static_cast<size_t>(GetWindowTextLengthA(window)), '\0');
-        const int length = GetWindowTextA(window, text.data(), static_cast<int>(text.size()) + 1);
-        text.resize(static_cast<size_t>(length));
+        text.resize(static_cast<size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()) + 1)));
         return text;
     }
     std::vector<std::int32_t> m_Failures;
@@ -49,6 +48,7 @@ protected:
 
 TEST_F(UiWindowTest, AHiddenBoxTakesEveryTextOfOthers) {
     m_Box.SetVisible(false);
+    m_Form.SetCaption("Title");
     m_Form.Load();
     EXPECT_FALSE(IsWindowVisible(Window()));
     EXPECT_FALSE(IsWindowUnicode(Child()));
@@ -67,12 +67,7 @@ TEST_F(UiWindowTest, AHiddenBoxTakesEveryTextOfOthers) {
         EXPECT_EQ(TextOf(Child()), "");
     }
     EXPECT_EQ(seen, texts);
-}
-
-// A client names the reply window; the values that mean every window must not reach them all.
-TEST_F(UiWindowTest, ATextForEveryWindowReachesNone) {
-    m_Form.SetCaption("Title");
-    m_Form.Load();
+    // A client names the reply window; the values that mean every window must not reach them all.
     for (const WindowHandle everyone : {0, 0xFFFF, -1}) Win32WindowText().SendText(everyone, "OK");
     EXPECT_EQ(TextOf(Window()), "Title");
 }
@@ -129,25 +124,15 @@ TEST_F(UiWindowTest, AFormMayGoInsideItsOwnMessages) {
     EXPECT_TRUE(m_Failures.empty());
 }
 
-// An icon file with one image of 16 by 16 black pixels, 1 bit each.
-Text IconFile() {
-    const auto number = [](std::uint32_t value, int bytes) {
-        Text text;
-        for (int index = 0; index < bytes; ++index) text += static_cast<char>(value >> (8 * index) & 0xFF);
-        return text;
-    };
-    const Text image = number(40, 4) + number(16, 4) + number(32, 4) + number(1, 2) + number(1, 2) + Text(24, '\0') +
-                       number(0, 4) + number(0xFFFFFF, 4) + Text(64, '\0') + Text(64, '\0');
-    return number(0x00010000, 4) + number(1, 2) + Text("\x10\x10\x02\0", 4) + number(1, 2) + number(1, 2) +
-           number(static_cast<std::uint32_t>(image.size()), 4) + number(22, 4) + image;
-}
-
 TEST_F(UiWindowTest, IconsAreMadeOfFilesAndFreed) {
+    // One image of 16 by 16 pixels of 1 bit: its place in the file, its header, two colours, pixels and mask.
+    const Text file = Text("\0\0\1\0\1\0\x10\x10\2\0\1\0\1\0\xB0\0\0\0\x16\0\0\0", 22) +
+                      Text("\x28\0\0\0\x10\0\0\0\x20\0\0\0\1\0\1\0", 16) + Text(24, '\0') +
+                      Text("\0\0\0\0\xFF\xFF\xFF\0", 8) + Text(128, '\0');
     m_Form.Load();
     const IconNumber own = m_Form.WindowIcon();
     EXPECT_NE(own, 0);
     EXPECT_EQ(OwnedIcon::Live(), 0);
-    const Text file = IconFile();
     m_Form.SetIcon(std::make_shared<Picture>(Picture{file}));
     EXPECT_EQ(OwnedIcon::Live(), 2);
     EXPECT_NE(m_Form.WindowIcon(), own);
@@ -155,8 +140,6 @@ TEST_F(UiWindowTest, IconsAreMadeOfFilesAndFreed) {
         m_Form.SetIcon(std::make_shared<Picture>(Picture{file.substr(0, length)}));
         EXPECT_EQ(m_Form.WindowIcon(), own) << length;
     }
-    m_Form.SetIcon(std::make_shared<Picture>(Picture{file}));
-    m_Form.Unload();
     EXPECT_EQ(OwnedIcon::Live(), 0);
 }
 

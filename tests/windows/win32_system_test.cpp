@@ -3,12 +3,17 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
+#include "base/win32/SystemCodePage.h"
 #include "fakes/Raised.h"
+#include "platform/signatures_contract.h"
 #include "platform/win32/Handle.h"
 #include "platform/win32/Win32FileVersions.h"
 #include "platform/win32/Win32Processes.h"
 #include "platform/win32/Win32Registry.h"
 #include "platform/win32/Win32Resources.h"
+#include "platform/win32/Win32Signatures.h"
 #include "platform/win32/Win32Text.h"
 
 namespace tb {
@@ -32,15 +37,54 @@ TEST(Handle, ClosesWhatItHoldsOnceAndKeepsTheLastError) {
     EXPECT_EQ(HandleCount::Live(), before);
 }
 
+TEST(SystemCodePage, IsReadAsItIs) {
+    const CodePage western = ReadCodePage(1252).value();
+    EXPECT_EQ(western.Wide, Windows1252.Wide);
+    EXPECT_EQ(western.Lower, Windows1252.Lower);
+    EXPECT_EQ(western.Upper, Windows1252.Upper);
+    // No letter leaves its half: dotless and dotted i have their other case in ASCII.
+    const CodePage turkish = ReadCodePage(1254).value();
+    EXPECT_EQ(turkish.Lower[0xDD], '\xDD');
+    EXPECT_EQ(turkish.Upper[0xFD], '\xFD');
+    EXPECT_EQ(turkish.Lower['I'], 'i');
+    for (const std::uint32_t wider : {932U, 936U, 65001U, 12345U}) EXPECT_FALSE(ReadCodePage(wider)) << wider;
+}
+
+// As the narrow functions of the system read and fold bytes, on whatever system this runs; see the CMakeLists.txt.
+TEST(SystemCodePage, IsInUse) {
+    const char* const due = std::getenv("TRAWLBEAM_TEST_ACP");
+    ASSERT_EQ(GetACP(), due == nullptr ? 1252U : static_cast<UINT>(std::stoul(due)));
+    if (GetACP() == CP_UTF8) {
+        EXPECT_EQ(CodePage::InUse().Number, 1252U);
+        return;
+    }
+    EXPECT_EQ(CodePage::InUse().Number, GetACP());
+    for (int code = 1; code < 256; ++code) {
+        const Text byte(1, static_cast<char>(code));
+        wchar_t wide = 0;
+        ASSERT_EQ(MultiByteToWideChar(CP_ACP, 0, byte.data(), 1, &wide, 1), 1);
+        EXPECT_EQ(ToWide(byte), std::u16string(1, static_cast<char16_t>(wide))) << code;
+        EXPECT_EQ(FromWide(ToWide(byte)), byte) << code;
+        Text lower = byte;
+        Text upper = byte;
+        CharLowerBuffA(lower.data(), 1);
+        CharUpperBuffA(upper.data(), 1);
+        EXPECT_EQ(LowerCase(byte), lower) << code;
+        EXPECT_EQ(UpperCase(byte), upper) << code;
+    }
+}
+
 TEST(Win32Resources, AreReadWhole) {
     Win32Resources resources;
     EXPECT_EQ(resources.String(7), Text("a\0b \xe9 \x80 \"q\" \\ \r\n", 16));
-    EXPECT_EQ(resources.String(9), "nine");
-    EXPECT_EQ(resources.String(8), "") << "a gap between two";
-    EXPECT_EQ(resources.String(5000), "");
-    EXPECT_EQ(resources.String(-1), "");
+    for (const int none : {8, 5000, -1}) EXPECT_EQ(resources.String(none), "") << none;
     EXPECT_EQ(resources.Custom("bytes"), Text("\1\0\377end", 6)) << "names are compared without case";
     EXPECT_EQ(Raised([&] { resources.Custom("nothing"); }), 326);
+}
+
+TEST(Win32Signatures, KeepTheContract) {
+    Win32Signatures signatures;
+    CheckSignatures(signatures);
 }
 
 TEST(Win32FileVersions, AreThoseOfTheResource) {
@@ -51,7 +95,6 @@ TEST(Win32FileVersions, AreThoseOfTheResource) {
         << "without a list of languages";
     EXPECT_EQ(versions.Strings(own.parent_path() / "Trawlbeam.exe", {"OriginalFileName", "FileVersion"}),
               (Strings{"Trawlbeam.exe", TRAWLBEAM_VERSION}));
-    EXPECT_EQ(versions.Strings(own.parent_path() / "absent.exe", {"FileVersion"}), std::nullopt);
     EXPECT_EQ(versions.Strings(own.parent_path(), {"FileVersion"}), std::nullopt);
 }
 
