@@ -14,8 +14,8 @@
 #include <iterator>
 
 #include "base/numbers.h"
-#include "components/tbSender/tbSender.h"
 #include "bench/mail_road/LoopbackHttp.h"
+#include "components/tbSender/tbSender.h"
 #include "submissions/SubmissionRig.h"
 
 namespace tb {

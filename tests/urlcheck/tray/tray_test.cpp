@@ -22,7 +22,7 @@ public:
     }
 };
 
-constexpr WindowsVersion Windows7{2, 6, 1};
+constexpr WindowsVersion Windows2000{2, 5, 0};
 constexpr WindowsVersion NT4{2, 4, 0};
 constexpr WindowsVersion Windows98{1, 4, 10};
 constexpr WindowsVersion WindowsMe{1, 4, 90};
@@ -61,7 +61,7 @@ protected:
     StandaloneVerdictHost m_Host{m_Log};
     const std::shared_ptr<const BrowserChannel> m_Channel = std::make_shared<BrowserChannel>(
         std::make_shared<UrlVerdict>(std::make_shared<EvilDB>(m_Files, m_Host, std::filesystem::path()), m_Host));
-    std::unique_ptr<frmSysTray> m_Tray = Make(Windows7);
+    std::unique_ptr<frmSysTray> m_Tray = Make(Windows2000);
 };
 
 TEST_F(TrayTest, TheIconComesAndGoesWithTheWindowWhateverTheShellAnswers) {
@@ -105,7 +105,7 @@ TEST_F(TrayTest, TheVersionDecidesTheRecordAndTheBalloons) {
         EXPECT_TRUE(record.Info.empty() || (record.Info.size() == 255 && record.InfoTitle.size() == 63));
         return Text(tray->IsWide() ? "wide" : "ansi") + " " + std::to_string(tip) + ": " + m_Icon.Take();
     };
-    EXPECT_EQ(describe(Windows7), "wide 127: add 7, version 3, modify 4, modify 4, modify 16");
+    EXPECT_EQ(describe(Windows2000), "wide 127: add 7, version 3, modify 4, modify 4, modify 16");
     EXPECT_EQ(describe(NT4), "wide 63: add 7, modify 4, modify 4");
     EXPECT_EQ(describe(Windows98), "ansi 63: add 7, modify 4") << "an unchanged tip is not told again";
     EXPECT_EQ(describe(WindowsMe), "ansi 127: add 7, version 3, modify 4, modify 16");
@@ -128,7 +128,9 @@ TEST_F(TrayTest, TheMenuIsBuiltChangedAndChosenFrom) {
     EXPECT_TRUE(m_System.MenuRows.at(0).IsDefault);
     EXPECT_FALSE(m_System.MenuRows.at(2).IsEnabled);
     EXPECT_EQ(m_System.MenuRows.at(3).Caption, "&Leave");
-    for (const std::int32_t index : {0, 0, 2, -1}) m_Tray->RemoveMenuItem(index);
+    for (const std::int32_t index : {2, -1}) m_Tray->RemoveMenuItem(index);
+    EXPECT_EQ(m_Tray->DefaultMenuIndex(), 0);
+    for (int time = 0; time < 2; ++time) m_Tray->RemoveMenuItem(0);
     EXPECT_EQ(m_Tray->DefaultMenuIndex(), -1);
     EXPECT_EQ(m_Tray->AddMenuItem("again", "a"), 0) << "the item that was there at load";
     EXPECT_EQ(m_Tray->AddMenuItem("next", "b"), 4);
