@@ -143,16 +143,18 @@ TEST_F(DropTargetTest, ADropOutlivesItsRegistration) {
     Win32DropTargets targets([this](const RuntimeError& error) { m_Errors.push_back(error.Number); });
     EXPECT_THROW(targets.Register(0, [](DropData&) {}), RuntimeError);
     std::unique_ptr<DropRegistration> registration = targets.Register(ToWindowHandle(window.Get()), [](DropData&) {});
-    EXPECT_EQ(RegisterDragDrop(window.Get(), nullptr), E_INVALIDARG);
     registration.reset();
     EXPECT_EQ(RevokeDragDrop(window.Get()), DRAGDROP_E_NOTREGISTERED);
 
     Text text;
     DWORD inner = DROPEFFECT_COPY;
+    auto token = std::make_shared<int>();
+    const std::weak_ptr<int> handler = token;
     ComPointer<IDropTarget> target(new Win32DropTarget(
-        [&](DropData& data) {
+        [&, held = std::move(token)](DropData& data) {
             target->Drop(m_Offered.Get(), 0, {}, &inner);
             target = {};
+            EXPECT_FALSE(handler.expired()) << "it lives to the end of the drop";
             text = data.PlainText();
         },
         [](const RuntimeError&) {}));

@@ -70,6 +70,7 @@ TEST_F(Win32FilesTest, LetsNobodyWriteAFileBeingReadOrReadOneBeingWritten) {
     EXPECT_FALSE(OpenByAnother());
     EXPECT_EQ(Raised([&] { m_Files.Delete(m_Target); }), 70);
     writer->Finish();
+    EXPECT_EQ(ReadWholeFile(m_Files, m_Target), "");
     EXPECT_EQ(Raised([&] { m_Files.Delete(m_Target); }), 0);
 }
 

@@ -136,7 +136,7 @@ TEST_F(Win32RegistryTest, KeepsTexts) {
     EXPECT_EQ(m_Registry.ReadText(User, m_Section, ""), "default");
     EXPECT_EQ(m_Registry.ReadText(User, m_Section, "empty"), "");
     EXPECT_EQ(m_Registry.ValueNames(User, m_Section).size(), 3U);
-    EXPECT_TRUE(m_Registry.DeleteValue(User, m_Section, "empty"));
+    for (int time = 0; time < 2; ++time) EXPECT_TRUE(m_Registry.DeleteValue(User, m_Section, "empty")) << time;
     EXPECT_EQ(m_Registry.ReadText(User, m_Section, "empty"), std::nullopt);
     EXPECT_FALSE(m_Registry.DeleteValue(User, m_Section + "\\none", "x"));
     const DWORD number = 1;
