@@ -215,8 +215,7 @@ class TbserviceTest(unittest.TestCase):
     def test_help_and_version(self):
         for words, begin in [("--help", "usage: tbservice --data DIR serve"), ("--version", r"tbservice \d+\.\d+\.\d+\n$")]:
             self.assertRegex(self.succeed("serve", words), "^" + begin)
-        for words, message in [(["serve", "--port", "65536"], "from 0 to"), (["submissions", "judge", "1-1", "6", "0"], "0 to 5"),
-                               (["sites"], "second word"), (["publish", "update", "x", "--key", "k"], "either --version")]:
+        for words, message in [(["serve", "--port", "65536"], "from 0 to"), (["submissions", "judge", "1-1", "6", "0"], "0 to 5")]:
             status, output, errors = self.command(*words)
             self.assertEqual((status, output), (2, ""))
             self.assertIn(message, errors.splitlines()[0])

@@ -109,19 +109,6 @@ TEST_F(ControlTest, ATextBoxTellsOfItsOwnChangesOnceAndOfEveryTextFromOutside) {
     EXPECT_EQ(Raised([&] { m_Box.SetSelStart(-1); }), 380);
 }
 
-TEST_F(ControlTest, ATimerTicksOnlyWhileItRuns) {
-    int ticks = 0;
-    m_Timer.TimerEvent.Connect([&] { ++ticks; });
-    m_Timer.SetEnabled(true);
-    m_Timer.Tick();
-    EXPECT_EQ(ticks, 0) << "no interval";
-    m_Timer.SetInterval(1000);
-    m_Timer.Tick();
-    m_Timer.SetEnabled(false);
-    m_Timer.Tick();
-    EXPECT_EQ(ticks, 1);
-}
-
 TEST_F(ControlTest, OptionsOfOneContainerExcludeEachOther) {
     PictureBox& box = m_Form.Add<PictureBox>("picOther");
     OptionButton* const options[] = {&m_Form.Add<OptionButton>("opt", 0), &m_Form.Add<OptionButton>("opt", 1),
