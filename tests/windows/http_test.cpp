@@ -150,6 +150,7 @@ TEST_F(HttpTest, EndsBadExchangesInTimeAndServesMessagesMeanwhile) {
          },
          "not done within 2500 ms", AmpleMs, WholeMs},
         {"half a body", Saying("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf"), "the connection broke off (12030)"},
+        {"no HTTP", Saying("220 ready\r\n\r\n\x01\x02"), "the answer is not HTTP (12152)"},
         {"an endless body", &Flood, "the reply is longer than 1048576 bytes"},
         {"no number of bytes", Saying("HTTP/1.1 200 OK\r\nContent-Length: 99999999999999999999\r\n\r\nx"),
          "the reply is longer than 1048576 bytes"},
