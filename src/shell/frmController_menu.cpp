@@ -1,6 +1,7 @@
 #include "base/errors.h"
 #include "shell/frmController.h"
 #include "shell/helpers/Opening.h"
+#include "shell/helpers/SettingValues.h"
 #include "shell/helpers/SystemInfo.h"
 
 namespace tb {
@@ -19,7 +20,7 @@ void frmController::BuildTrayMenu() {
         add("-", "");
     }
     if (IsWindows2000OrLater(Program())) {
-        add(DropZoneCaption(Program().Settings->GetXMLString("Desktop", "Show", "1") == "1"), "trawldrop");
+        add(DropZoneCaption(GetSetting(Program(), "Desktop", "Show", "1") == "1"), "trawldrop");
         add("-", "");
     }
     add("&Help...", "help");
