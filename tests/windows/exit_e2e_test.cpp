@@ -54,7 +54,10 @@ TEST(ExitOfTheProgram, EndsThoughARequestWaitsForItsMessageToBeClosed) {
         Text reply = "not yet";
         std::thread asker([&] { reply = Browser().Ask("Nope\tx"); });
         HWND box = nullptr;
-        EXPECT_TRUE(Eventually([&] { return (box = FindWindowOf(program.ProcessId(), "#32770")) != nullptr; }));
+        EXPECT_TRUE(Eventually([&] {
+            box = GetAncestor(FindBoxButton(program.ProcessId(), "Trawlbeam", "OK"), GA_ROOT);
+            return box != nullptr;
+        }));
         if (session) {
             EXPECT_TRUE(EndSession());
         } else {
