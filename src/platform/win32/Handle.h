@@ -123,6 +123,13 @@ struct FontTrait {
     static bool Close(Value value) { return DeleteObject(value) != FALSE; }
 };
 
+// Memory that other programs can be handed.
+struct GlobalTrait {
+    using Value = HGLOBAL;
+    static Value None() { return nullptr; }
+    static bool Close(Value value) { return GlobalFree(value) == nullptr; }
+};
+
 using OwnedFile = Handle<FileTrait>;
 using OwnedFind = Handle<FindTrait>;
 using OwnedObject = Handle<ObjectTrait>;
@@ -130,5 +137,6 @@ using OwnedWindow = Handle<WindowTrait>;
 using OwnedMenu = Handle<MenuTrait>;
 using OwnedIcon = Handle<IconTrait>;
 using OwnedFont = Handle<FontTrait>;
+using OwnedGlobal = Handle<GlobalTrait>;
 
 }  // namespace tb
