@@ -7,6 +7,12 @@ namespace tb {
 
 using Twips = std::int32_t;
 
+struct TwipPoint {
+    Twips X = 0;
+    Twips Y = 0;
+    bool operator==(const TwipPoint&) const = default;
+};
+
 struct TwipSize {
     Twips Width = 0;
     Twips Height = 0;
