@@ -6,12 +6,13 @@
 import base64
 import pathlib
 import re
+import struct
 import sys
 import unittest
 import xml.etree.ElementTree as xml
 
 sys.dont_write_bytecode = True
-from picture_files import bmp_pixels, gif_pixels, ico_images
+from gif_reader import gif_pixels
 
 FOLDER = pathlib.Path(sys.argv.pop(1))
 SOURCES = pathlib.Path(__file__).parents[2] / "src/programs/Trawlbeam"
@@ -25,7 +26,8 @@ SHARED = {name: (size, True) for size, names in ((18, "X XMouseDown XMouseOver X
 WINDOWS = {"frmTrawlMain": (9600, 6900), "frmSplash": (5400, 2700), "frmAbout": (5400, 3600)}
 CLOSE = {"frmTrawlMain": "1", "frmAbout": "1", "frmSubCat": "1", "frmMessage": None}
 OUTSIDE = {f"SUB{number}": (20, 20) for number in range(8)} | {f"BAR{number}": (32, 32) for number in range(1, 6)} | \
-          {name: (16, 16) for name in ("NODE0", "NODE1", "LAMPOFF", "LAMP0", "LAMP16", "LAMP32", "LAMP48")}
+          {name: (16, 16) for name in ("NODE0", "NODE1", "LAMPOFF", "LAMP0", "LAMP16", "LAMP32", "LAMP48")} | \
+          {"PICTRAWL": (96, 96), "PICDROP": (240, 140)}
 
 
 def contrast(one, other):
@@ -58,14 +60,11 @@ class SkinLookTest(unittest.TestCase):
     def picture(self, element):
         return gif_pixels(base64.b64decode(element.text, validate=True))
 
-    def test_the_document_fits_into_the_program_file(self):
+    def test_the_document_fits_the_program(self):
         sys.path.insert(0, str(SOURCES))
         import make_strings
-        make_strings.strings(self.text)
-        self.assertTrue(self.text.startswith("<"))
-        self.text.encode("cp1252")
-
-    def test_windows_have_what_their_code_counts_on(self):
+        make_strings.strings(self.text.encode("cp1252").decode("cp1252"))
+        self.assertEqual(self.text[0], "<")
         self.assertIsNone(self.root.get("FormBackColor"), "it would win over every window's")
         for name, size in WINDOWS.items():
             self.assertEqual((int(self.windows[name].get("Width")), int(self.windows[name].get("Height"))), size, name)
@@ -130,17 +129,15 @@ class SkinLookTest(unittest.TestCase):
         for name, (width, height) in OUTSIDE.items():
             rows = gif_pixels(self.resources[name].read_bytes())
             self.assertEqual((len(rows[0]), len(rows), rows[0][0]), (width, height, None), name)
-        for name in ("PICTRAWL", "PICDROP"):
-            gif_pixels(self.resources[name].read_bytes())
         for number in range(103, 113):
-            rows = bmp_pixels(self.resources[str(number)].read_bytes())
-            self.assertEqual((len(rows[0]), len(rows), rows[0][0]), (16, 16, MAGENTA), number)
+            data = self.resources[str(number)].read_bytes()
+            corner = tuple(reversed(data[struct.unpack("<I", data[10:14])[0]:][:3]))
+            self.assertEqual((*struct.unpack("<ii", data[18:26]), corner), (16, 16, MAGENTA), number)
         for number in range(121, 125):
-            images = ico_images(self.resources[str(number)].read_bytes())
-            self.assertEqual([len(rows) for rows, _ in images], [32, 48])
-            for rows, masked in images:
-                self.assertEqual([[pixel[3] < 128 for pixel in row] for row in rows], masked, number)
-                self.assertEqual((rows[0][0][3], rows[len(rows) // 2][len(rows) // 2][3]), (0, 255), number)
+            data = self.resources[str(number)].read_bytes()
+            # The mask of one bit a pixel and the header belong to an image too.
+            images = [(size, 32, 40 + size * size * 4 + (size + 31) // 32 * 4 * size) for size in (32, 48)]
+            self.assertEqual([struct.unpack("<BxxxxxHI", data[start:start + 12]) for start in (6, 22)], images, number)
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-"""Reads picture files as a program does that shows them; whatever is not as the format wants it raises."""
+"""Reads a GIF file of one frame as a program does that shows it; whatever is not as the format wants it raises."""
 import struct
 
 
@@ -43,33 +43,3 @@ def _indices(packed, bits):
         last = run
         if len(table) == 1 << width and width < 12:
             width += 1
-
-
-def bmp_pixels(data):
-    """Rows of (red, green, blue) of a bitmap of 24 bits a pixel."""
-    start, = struct.unpack("<I", data[10:14])
-    width, height, _, depth = struct.unpack("<iiHH", data[18:30])
-    if data[:2] != b"BM" or depth != 24:
-        raise ValueError("no bitmap of 24 bits")
-    pitch = (3 * width + 3) // 4 * 4
-    return [[tuple(reversed(data[start + pitch * row + 3 * i:][:3])) for i in range(width)] for row in reversed(range(height))]
-
-
-def ico_images(data):
-    """Of each image the rows of (red, green, blue, opacity), and rows that tell what its mask leaves out."""
-    kind, count = struct.unpack("<HH", data[2:6])
-    images = []
-    for index in range(count):
-        width, height, _, _, _, depth, length, start = struct.unpack("<BBBBHHII", data[6 + 16 * index:22 + 16 * index])
-        pixels, masks = start + 40, start + 40 + 4 * width * height
-        pitch = (width + 31) // 32 * 4
-        if kind != 1 or depth != 32 or length != 40 + 4 * width * height + pitch * height or start + length > len(data):
-            raise ValueError("no icon of 32 bits")
-        rows, masked = [], []
-        for row in reversed(range(height)):
-            line = data[pixels + 4 * width * row:][:4 * width]
-            rows.append([(line[i + 2], line[i + 1], line[i], line[i + 3]) for i in range(0, len(line), 4)])
-            bits = int.from_bytes(data[masks + pitch * row:][:pitch], "big")
-            masked.append([bool(bits >> (8 * pitch - 1 - i) & 1) for i in range(width)])
-        images.append((rows, masked))
-    return images
