@@ -1,0 +1,21 @@
+// What the skin says of one window.
+#pragma once
+
+#include "shell/helpers/App.h"
+#include "ui/skin/SkinCascade.h"
+
+namespace tb {
+
+struct WindowSkin {
+    // The window's element in the program's own skin; null when it has none, and the window is not skinned then.
+    ElementPtr Builtin;
+    // That of the skin which came with the defaults; null for none.
+    ElementPtr Override;
+    // Of both, with all that is above the children of the window's elements; empty without `Builtin`.
+    SkinCascade Cascade;
+};
+
+// Windows are found by name without case. Nothing is kept by the skin or the settings.
+WindowSkin ReadWindowSkin(const App& app, TextView name);
+
+}  // namespace tb
