@@ -1,11 +1,14 @@
 // Windows that are only remembered. A test looks at what a peer was told and plays the user through its events.
 #pragma once
 
+#include <cstdio>
 #include <functional>
 #include <map>
 #include <utility>
 
 #include "base/errors.h"
+#include "base/numbers.h"
+#include "fakes/RecordedSurface.h"
 #include "ui/window/Peers.h"
 
 namespace tb {
@@ -31,9 +34,29 @@ public:
     std::map<Text, ButtonEvents*> Buttons;
     std::map<Text, TimerEvents*> Timers;
 
-    std::unique_ptr<FormPeer> MakeForm(FormEvents& events) override;
-    TwipSize ScreenSize() const override { return {19200, 15360}; }
+    // What the mouse does on a window, by its name.
+    std::map<Text, PointerEvents*> Pointers;
+    // What is drawn, by the window's name.
+    std::map<Text, RecordedSurface*> Surfaces;
+    std::vector<Screen> AllScreens{{{0, 0, 19200, 15360}, {0, 0, 19200, 15000}}};
+    TwipPoint Mouse;
+    bool IsHighContrast = false;
+    // The form that is the foreground window, by its name.
+    Text Foreground;
+    // Runs while a form is dragged by its caption.
+    std::function<void()> WhileDragged;
+    // What is decoded: "WxH RRGGBB" is a picture of that size in one colour, "ICON" an icon; nothing else can be.
+    PictureRef Decode(const Text& bytes) const override;
+
+    std::unique_ptr<FormPeer> MakeForm(FormEvents& events, PointerEvents& pointer) override;
+    TwipSize ScreenSize() const override { return {AllScreens[0].Whole.Width, AllScreens[0].Whole.Height}; }
+    std::vector<Screen> Screens() const override { return AllScreens; }
+    TwipPoint Pointer() const override { return Mouse; }
     TwipScale Scale() const override { return TwipScale(96); }
+    // 90 twips a letter and 240 a line, whatever the font.
+    TwipSize MeasureText(const Text& text, const Font& font, Twips width) const override;
+    bool HighContrast() const override { return IsHighContrast; }
+    Color Resolved(Color color) const override { return color.IsSystem() ? Color(color.Bits() & 0xFF) : color; }
     void ServeUntil(const std::function<bool()>& done) override {
         if (!done() && WhileModal) WhileModal();
     }
@@ -61,7 +84,10 @@ private:
         void SetEnabled(bool enabled) override { Note(enabled ? "enable" : "disable"); }
         void SetText(const Text& text) override { Note("text " + text); }
         void SetColors(const ControlColors& colors) override {
-            Note("colors " + std::to_string(colors.Back) + " " + std::to_string(colors.Fore));
+            Note("colors " + std::to_string(colors.Back.Bits()) + " " + std::to_string(colors.Fore.Bits()));
+        }
+        void SetFont(const Font& font) override {
+            Note("font " + font.Name + " " + ToText(font.Size) + (font.Bold ? " bold" : ""));
         }
         void SetFocus() override { Note("focus"); }
         void SetZOrder(bool toBack) override { Note(toBack ? "back" : "front"); }
@@ -89,6 +115,102 @@ private:
     private:
         std::map<Text, Events*>& m_All;
         Text m_Name;
+    };
+
+    // A window that is drawn on.
+    template <typename Base>
+    class Drawn : public Remembered<Base> {
+    public:
+        Drawn(FakeWindowSystem& system, PointerEvents& events, const Text& name)
+            : Remembered<Base>(system, name), m_Pointer(system.Pointers, events, name) {
+            system.Surfaces[name] = &m_Surface;
+        }
+        ~Drawn() override { this->m_System.Surfaces.erase(this->m_Name); }
+        void SetBounds(const TwipRect& bounds) override {
+            m_Bounds = bounds;
+            Remembered<Base>::SetBounds(bounds);
+        }
+        void SetColors(const ControlColors& colors) override {
+            if (colors.Back != m_Back) {
+                m_Back = colors.Back;
+                m_Surface.SetGround(m_Back, m_Picture);
+            }
+            Remembered<Base>::SetColors(colors);
+        }
+        tb::Surface& Surface() override { return m_Surface; }
+        void SetPicture(const PictureRef& picture) override {
+            this->Note(picture ? "picture" : "no picture");
+            m_Picture = picture;
+            m_Surface.SetGround(m_Back, m_Picture);
+        }
+        void SetCapture(bool capture) override { this->Note(capture ? "capture" : "release"); }
+
+    protected:
+        virtual TwipSize Inner() const { return {m_Bounds.Width, m_Bounds.Height}; }
+        TwipRect m_Bounds;
+
+    private:
+        PixelSize SizeInPixels() const {
+            const TwipScale scale(96);
+            return {scale.ToPixels(Inner().Width), scale.ToPixels(Inner().Height)};
+        }
+
+        Color m_Back;
+        PictureRef m_Picture;
+        RecordedSurface m_Surface{[this](const Text& call) { this->Note(call); }, [this] { return SizeInPixels(); }};
+        Reachable<PointerEvents> m_Pointer;
+    };
+
+    struct Area : Drawn<BoxPeer> {
+        using Drawn::Drawn;
+        void SetTabStop(bool tabStop) override { Note(tabStop ? "stop" : "no stop"); }
+    };
+
+    struct Words : Remembered<LabelPeer> {
+        Words(FakeWindowSystem& system, PointerEvents& events, const Text& name)
+            : Remembered(system, name), Pointer(system.Pointers, events, name) {}
+        void SetTransparent(bool transparent) override { Note(transparent ? "transparent" : "opaque"); }
+        void SetAlignment(std::int32_t alignment) override { Note("align " + std::to_string(alignment)); }
+        Reachable<PointerEvents> Pointer;
+    };
+
+    // An image or a line.
+    template <typename Base>
+    class Painted : public Base {
+    public:
+        Painted(FakeWindowSystem& system, Text name) : m_System(system), m_Name(std::move(name)) { ++m_System.Live; }
+        Painted(const Painted&) = delete;
+        Painted& operator=(const Painted&) = delete;
+        ~Painted() override { --m_System.Live; }
+        void SetVisible(bool visible) override { Note(visible ? "show" : "hide"); }
+        void SetZOrder(bool toBack) override { Note(toBack ? "back" : "front"); }
+
+    protected:
+        void Note(const Text& call) { m_System.Calls.push_back(m_Name + "." + call); }
+
+    private:
+        FakeWindowSystem& m_System;
+        Text m_Name;
+    };
+
+    struct PaintedImage : Painted<ImagePeer> {
+        using Painted::Painted;
+        void SetBounds(const TwipRect& bounds) override {
+            Note("bounds " + std::to_string(bounds.Left) + " " + std::to_string(bounds.Top) + " " +
+                 std::to_string(bounds.Width) + " " + std::to_string(bounds.Height));
+        }
+        void SetPicture(const PictureRef& picture, bool stretch) override {
+            Note((picture ? Text("picture") : Text("no picture")) + (stretch ? " stretched" : ""));
+        }
+    };
+
+    struct PaintedLine : Painted<LinePeer> {
+        using Painted::Painted;
+        void SetEnds(const TwipPoint& from, const TwipPoint& to) override {
+            Note("ends " + std::to_string(from.X) + " " + std::to_string(from.Y) + " " + std::to_string(to.X) + " " +
+                 std::to_string(to.Y));
+        }
+        void SetColor(Color color) override { Note("color " + std::to_string(color.Bits())); }
     };
 
     struct Box : Remembered<TextBoxPeer> {
@@ -136,26 +258,48 @@ private:
     int m_Made = 0;
 };
 
-class FakeWindowSystem::Frame : public Remembered<FormPeer> {
+class FakeWindowSystem::Frame : public Drawn<FormPeer> {
 public:
-    Frame(FakeWindowSystem& system, FormEvents& events, const Text& name)
-        : Remembered(system, name), m_Outside(system.FormsByName, events, name) {}
+    Frame(FakeWindowSystem& system, FormEvents& events, PointerEvents& pointer, const Text& name)
+        : Drawn(system, pointer, name), m_Outside(system.FormsByName, events, name) {}
 
     WindowHandle Window() const override { return 4711; }
-    TwipSize ClientSize() const override { return {m_Bounds.Width - 120, m_Bounds.Height - 400}; }
-    void SetBounds(const TwipRect& bounds) override {
-        m_Bounds = bounds;
-        Remembered::SetBounds(bounds);
-    }
+    // A frame takes 120 by 400.
+    TwipSize ClientSize() const override { return Inner(); }
     void SetWindowState(WindowStates state) override { Note("state " + std::to_string(static_cast<int>(state))); }
-    void SetBorderStyle(BorderStyles style) override { Note("border " + std::to_string(static_cast<int>(style))); }
+    void SetBorderStyle(BorderStyles style) override {
+        m_HasFrame = style != BorderStyles::None;
+        Note("border " + std::to_string(static_cast<int>(style)));
+    }
     void SetIcon(const PictureRef& picture) override { Note(picture ? "icon" : "own icon"); }
     IconNumber Icon() const override { return 77; }
     bool SetForeground() override {
         Note("foreground");
         return true;
     }
-    void SetTopMost(bool onTop) override { Note(onTop ? "top-most" : "not top-most"); }
+    bool IsForeground() const override { return m_System.Foreground == m_Name; }
+    void Flash() override { Note("flash"); }
+    void ShowInactive() override { Note("show inactive"); }
+    void SetTopMost(bool onTop, bool activate) override {
+        Note((onTop ? Text("top-most") : Text("not top-most")) + (activate ? " active" : ""));
+    }
+    void SetOwner(FormPeer* owner) override {
+        Note(owner != nullptr ? "owner " + static_cast<Frame*>(owner)->Name() : "no owner");
+    }
+    void SetInTaskList(bool inTaskList) override { Note(inTaskList ? "listed" : "unlisted"); }
+    void SetRoundRegion(PixelPoint from, PixelPoint to, std::int32_t corner) override {
+        Note("region " + std::to_string(from.X) + "," + std::to_string(from.Y) + " " + std::to_string(to.X) + "," +
+             std::to_string(to.Y) + " " + std::to_string(corner));
+    }
+    void SetLayering(const Layering& layering) override {
+        Note("alpha " + std::to_string(layering.Alpha) +
+             (layering.ClearColor ? " clear " + std::to_string(layering.ClearColor->Bits()) : ""));
+    }
+    void DragByCaption() override {
+        FakeWindowSystem& system = m_System;
+        Note("drag");
+        if (system.WhileDragged) system.WhileDragged();
+    }
     void SetMousePointer(MousePointers pointer) override {
         Note("pointer " + std::to_string(static_cast<int>(pointer)));
     }
@@ -168,11 +312,17 @@ public:
         return system.MenuAnswer;
     }
     void EndModes() override { Note("end modes"); }
-    std::unique_ptr<BoxPeer> MakeBox(BoxPeer* box, bool hasBorder) override {
-        return std::make_unique<Remembered<BoxPeer>>(m_System, Inside(box, hasBorder ? "frame" : "area"));
+    std::unique_ptr<BoxPeer> MakeBox(BoxPeer* box, PointerEvents& events, bool hasBorder) override {
+        return std::make_unique<Area>(m_System, events, Inside(box, hasBorder ? "frame" : "area"));
     }
-    std::unique_ptr<WindowPeer> MakeLabel(BoxPeer* box, bool useMnemonic) override {
-        return std::make_unique<Remembered<WindowPeer>>(m_System, Inside(box, useMnemonic ? "label" : "literal"));
+    std::unique_ptr<LabelPeer> MakeLabel(BoxPeer* box, PointerEvents& events, bool useMnemonic) override {
+        return std::make_unique<Words>(m_System, events, Inside(box, useMnemonic ? "label" : "literal"));
+    }
+    std::unique_ptr<ImagePeer> MakeImage(BoxPeer* box) override {
+        return std::make_unique<PaintedImage>(m_System, Inside(box, "image"));
+    }
+    std::unique_ptr<LinePeer> MakeLine(BoxPeer* box) override {
+        return std::make_unique<PaintedLine>(m_System, Inside(box, "line"));
     }
     std::unique_ptr<CommandButtonPeer> MakeCommandButton(BoxPeer* box, ButtonEvents& events) override {
         return std::make_unique<Push>(m_System, events, Inside(box, "button"));
@@ -189,22 +339,52 @@ public:
         return std::make_unique<Clockwork>(m_System, events, m_Name + ".timer" + std::to_string(++m_TimersMade));
     }
 
+protected:
+    TwipSize Inner() const override {
+        return m_HasFrame ? TwipSize{m_Bounds.Width - 120, m_Bounds.Height - 400}
+                          : TwipSize{m_Bounds.Width, m_Bounds.Height};
+    }
+
 private:
     // "form1.button3", in a box "form1.area2.option3".
     Text Inside(BoxPeer* box, const char* kind) {
-        const Text holder = box != nullptr ? static_cast<Remembered<BoxPeer>*>(box)->Name() : m_Name;
+        const Text holder = box != nullptr ? static_cast<Area*>(box)->Name() : m_Name;
         return holder + "." + kind + std::to_string(++m_ControlsMade);
     }
 
     Reachable<FormEvents> m_Outside;
-    TwipRect m_Bounds;
+    bool m_HasFrame = true;
     int m_ControlsMade = 0;
     int m_BoxesMade = 0;
     int m_TimersMade = 0;
 };
 
-inline std::unique_ptr<FormPeer> FakeWindowSystem::MakeForm(FormEvents& events) {
-    return std::make_unique<Frame>(*this, events, "form" + std::to_string(++m_Made));
+inline std::unique_ptr<FormPeer> FakeWindowSystem::MakeForm(FormEvents& events, PointerEvents& pointer) {
+    return std::make_unique<Frame>(*this, events, pointer, "form" + std::to_string(++m_Made));
+}
+
+inline TwipSize FakeWindowSystem::MeasureText(const Text& text, const Font&, Twips width) const {
+    constexpr Twips Letter = 90;
+    constexpr Twips LineHeight = 240;
+    const std::int32_t most = width > 0 ? std::max(1, width / Letter) : INT32_MAX;
+    TwipSize size;
+    for (const TextView part : SplitViews(text, '\n')) {
+        const auto letters = static_cast<std::int32_t>(part.size() - (part.ends_with('\r') ? 1 : 0));
+        size.Width = std::max(size.Width, Letter * std::min(letters, most));
+        size.Height += LineHeight * std::max(1, letters / most + (letters % most != 0 ? 1 : 0));
+    }
+    return size;
+}
+
+inline PictureRef FakeWindowSystem::Decode(const Text& bytes) const {
+    if (bytes == "ICON") return std::make_shared<Picture>(Picture{bytes, PictureKind::Icon, {32, 32}, {}});
+    int width = 0;
+    int height = 0;
+    unsigned int color = 0;
+    if (std::sscanf(bytes.c_str(), "%dx%d %x", &width, &height, &color) != 3) return nullptr;
+    const auto count = static_cast<size_t>(width) * static_cast<size_t>(height);
+    return std::make_shared<Picture>(
+        Picture{bytes, PictureKind::Gif, {width, height}, std::vector<std::uint32_t>(count, 0xFF000000U | color)});
 }
 
 }  // namespace tb

@@ -6,8 +6,7 @@ namespace tb {
 
 namespace {
 
-// The system's colours of a dialog's face and of the text of buttons.
-constexpr ControlColors ButtonColors{static_cast<Color>(0x8000000F), static_cast<Color>(0x80000012)};
+constexpr ControlColors ButtonColors{SystemColors::ButtonFace, SystemColors::ButtonText};
 constexpr TwipSize FirstSize{1215, 495};
 
 }  // namespace

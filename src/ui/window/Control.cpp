@@ -6,6 +6,14 @@
 
 namespace tb {
 
+namespace {
+
+// In points.
+constexpr double SmallestFont = 1;
+constexpr double LargestFont = 500;
+
+}  // namespace
+
 const ControlClass& Control::StaticClass() {
     static const ControlClass table("Control", nullptr,
                                     {
@@ -58,6 +66,12 @@ const ControlClass& VisualControl::StaticClass() {
             Property<&VisualControl::Enabled, &VisualControl::SetEnabled>("Enabled"),
             Property<&VisualControl::BackColor, &VisualControl::SetBackColor>("BackColor"),
             Property<&VisualControl::ForeColor, &VisualControl::SetForeColor>("ForeColor"),
+            Property<&VisualControl::FontName, &VisualControl::SetFontName>("FontName"),
+            Property<&VisualControl::FontSize, &VisualControl::SetFontSize>("FontSize"),
+            Property<&VisualControl::FontFlag<&Font::Bold>, &VisualControl::SetFontFlag<&Font::Bold>>("FontBold"),
+            Property<&VisualControl::FontFlag<&Font::Italic>, &VisualControl::SetFontFlag<&Font::Italic>>("FontItalic"),
+            Property<&VisualControl::FontFlag<&Font::Underline>, &VisualControl::SetFontFlag<&Font::Underline>>(
+                "FontUnderline"),
             Property<&VisualControl::ToolTipText, &VisualControl::SetToolTipText>("ToolTipText"),
         },
         {
@@ -112,23 +126,46 @@ void VisualControl::SetEnabled(bool enabled) {
 }
 
 void VisualControl::SetBackColor(Color color) {
+    if (color == m_Colors.Back) return;
     m_Colors.Back = color;
     if (WindowPeer* const peer = Peer()) peer->SetColors(m_Colors);
 }
 
 void VisualControl::SetForeColor(Color color) {
+    if (color == m_Colors.Fore) return;
     m_Colors.Fore = color;
     if (WindowPeer* const peer = Peer()) peer->SetColors(m_Colors);
+}
+
+void VisualControl::SetFont(const tb::Font& font) {
+    if (font.Size < SmallestFont || font.Size > LargestFont) throw Error(ControlErrorNumber::InvalidValue);
+    if (font == m_Font) return;
+    m_Font = font;
+    if (WindowPeer* const peer = Peer()) peer->SetFont(m_Font);
+}
+
+void VisualControl::SetFontName(const Text& name) {
+    tb::Font font = m_Font;
+    font.Name = name;
+    SetFont(font);
+}
+
+void VisualControl::SetFontSize(double points) {
+    tb::Font font = m_Font;
+    font.Size = points;
+    SetFont(font);
+}
+
+template <bool Font::*Flag>
+void VisualControl::SetFontFlag(bool value) {
+    tb::Font font = m_Font;
+    font.*Flag = value;
+    SetFont(font);
 }
 
 void VisualControl::SetToolTipText(const Text& text) {
     m_ToolTipText = text;
     if (WindowPeer* const peer = Peer()) peer->SetToolTip(text);
-}
-
-BoxPeer* VisualControl::Around() const {
-    const auto* const holder = dynamic_cast<const VisualControl*>(Container());
-    return holder != nullptr ? holder->Inside() : nullptr;
 }
 
 void VisualControl::SetFocus() {
@@ -145,6 +182,7 @@ void VisualControl::ZOrder(std::optional<std::int32_t> position) {
 void VisualControl::DressPeer(WindowPeer& peer) const {
     peer.SetBounds(m_Bounds);
     peer.SetColors(m_Colors);
+    if (m_Font != tb::Font()) peer.SetFont(m_Font);
     peer.SetEnabled(PeerEnabled());
     if (!m_ToolTipText.empty()) peer.SetToolTip(m_ToolTipText);
 }

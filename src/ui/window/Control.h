@@ -14,17 +14,20 @@
 namespace tb {
 
 class Control;
+class ControlHost;
 class Form;
 
 // Where a control stands in its form.
 struct ControlPlace {
-    // Null for a form itself.
+    // The form it stands on, null for a form itself.
     Form* Parent = nullptr;
     Text Name;
     // Its number in a control array of that name, NoIndex for a control that is alone.
     std::int32_t Index = -1;
-    // The control that holds it: its form, or a menu that is the head of a menu.
+    // The control that holds it: its form, a box, or a menu that is the head of a menu.
     Control* Container = nullptr;
+    // The list that it stands in.
+    ControlHost* Host = nullptr;
 };
 
 inline constexpr std::int32_t NoIndex = -1;
@@ -42,6 +45,8 @@ public:
     Text Name() const { return m_Place.Name; }
     std::int32_t Index() const { return m_Place.Index; }
     Control* Container() const { return m_Place.Container; }
+    // The list that it stands in; null for a form.
+    ControlHost* Host() const { return m_Place.Host; }
     // The form it stands on; a form is its own.
     virtual Form* Parent() { return m_Place.Parent; }
     // Free for whoever uses the control.
@@ -66,6 +71,11 @@ public:
 
 protected:
     explicit Control(ControlPlace place) : m_Place(std::move(place)) {}
+
+    // The window that holds those of other controls; null for all but boxes.
+    virtual BoxPeer* Inside() const { return nullptr; }
+    // Where the control's window goes: the box that holds it, or null for its form.
+    BoxPeer* Around() const { return Container() != nullptr ? Container()->Inside() : nullptr; }
 
 private:
     ControlPlace m_Place;
@@ -100,6 +110,10 @@ public:
     void SetBackColor(Color color);
     Color ForeColor() const { return m_Colors.Fore; }
     void SetForeColor(Color color);
+    // By name this is "FontName", "FontSize" in points (1 to 500, error 380 for others), "FontBold", "FontItalic" and
+    // "FontUnderline".
+    const tb::Font& Font() const { return m_Font; }
+    virtual void SetFont(const tb::Font& font);
     // Shown when the mouse rests on the control; that of a form is only stored.
     Text ToolTipText() const { return m_ToolTipText; }
     void SetToolTipText(const Text& text);
@@ -114,10 +128,6 @@ protected:
 
     // The window behind it, null while there is none.
     virtual WindowPeer* Peer() const = 0;
-    // The window that holds those of other controls; null for all but boxes.
-    virtual BoxPeer* Inside() const { return nullptr; }
-    // Where the control's window goes: the box that holds it, or null for its form.
-    BoxPeer* Around() const;
     // Whether the window takes input.
     virtual bool PeerEnabled() const { return m_Enabled; }
     // Hands all properties of this class to a new peer.
@@ -131,10 +141,21 @@ protected:
 
 private:
     void SetBounds(const TwipRect& bounds);
+    Text FontName() const { return m_Font.Name; }
+    void SetFontName(const Text& name);
+    double FontSize() const { return m_Font.Size; }
+    void SetFontSize(double points);
+    template <bool Font::*Flag>
+    bool FontFlag() const {
+        return m_Font.*Flag;
+    }
+    template <bool Font::*Flag>
+    void SetFontFlag(bool value);
 
     TwipRect m_Bounds;
     bool m_Enabled = true;
     ControlColors m_Colors;
+    tb::Font m_Font;
     Text m_ToolTipText;
 };
 

@@ -19,8 +19,10 @@ constexpr Value::Kind KindOf() {
         return Value::Kind::String;
     } else if constexpr (std::is_same_v<Type, PictureRef>) {
         return Value::Kind::Picture;
+    } else if constexpr (std::is_same_v<Type, double>) {
+        return Value::Kind::Decimal;
     } else {
-        static_assert(std::is_same_v<Type, std::int32_t>);
+        static_assert(std::is_same_v<Type, std::int32_t> || std::is_same_v<Type, Color>);
         return Value::Kind::Number;
     }
 }

@@ -9,8 +9,7 @@ namespace tb {
 
 namespace {
 
-// The system's colours of a dialog's face and of its text.
-constexpr ControlColors FormColors{static_cast<Color>(0x8000000F), static_cast<Color>(0x80000012)};
+constexpr ControlColors FormColors{SystemColors::ButtonFace, SystemColors::ButtonText};
 constexpr TwipSize FirstSize{4800, 3600};
 
 // Sets a flag for the length of a scope.
@@ -28,7 +27,7 @@ private:
 }  // namespace
 
 Form::Form(Forms& forms, const Text& name)
-    : VisualControl({nullptr, name, NoIndex, nullptr}, FormColors), m_Forms(forms) {
+    : DrawnControl({nullptr, name, NoIndex, nullptr, nullptr}, FormColors), m_Forms(forms) {
     m_Visible = false;
     Move(0, 0, FirstSize.Width, FirstSize.Height);
 }
@@ -39,7 +38,7 @@ Form::~Form() {
 }
 
 const ControlClass& Form::StaticClass() {
-    static const ControlClass table("Form", &VisualControl::StaticClass(),
+    static const ControlClass table("Form", &DrawnControl::StaticClass(),
                                     {
                                         Property<&Form::Caption, &Form::SetCaption>("Caption"),
                                         Property<&Form::WindowState, &Form::SetWindowState>("WindowState"),
@@ -47,8 +46,8 @@ const ControlClass& Form::StaticClass() {
                                         Property<&Form::Icon, &Form::SetIcon>("Icon"),
                                         Property<&Form::MousePointer, &Form::SetMousePointer>("MousePointer"),
                                         Property<&Form::Appearance, &Form::SetAppearance>("Appearance"),
-                                        Property<&Form::AutoRedraw, &Form::SetAutoRedraw>("AutoRedraw"),
                                         Property<&Form::FillColor, &Form::SetFillColor>("FillColor"),
+                                        Property<&Form::ShowInTaskbar, &Form::SetShowInTaskbar>("ShowInTaskbar"),
                                         ReadOnly<&Form::ScaleWidth>("ScaleWidth"),
                                         ReadOnly<&Form::ScaleHeight>("ScaleHeight"),
                                         ReadOnly<&Form::hWnd>("hWnd"),
@@ -72,15 +71,18 @@ void Form::Load() {
 void Form::MakePeers() {
     if (m_Forms.System() == nullptr) return;
     try {
-        m_Peer = m_Forms.System()->MakeForm(*this);
+        m_Peer = m_Forms.System()->MakeForm(*this, Pointer());
         m_Peer->SetBorderStyle(m_BorderStyle);
         m_Peer->SetText(m_Caption);
         m_Peer->SetIcon(m_Icon);
         m_Peer->SetWindowState(m_State);
-        if (m_TopMost) m_Peer->SetTopMost(true);
+        if (!m_InTaskList) m_Peer->SetInTaskList(false);
+        if (m_TopMost) m_Peer->SetTopMost(true, false);
+        if (m_Layering) m_Peer->SetLayering(*m_Layering);
+        if (m_Owner != nullptr && m_Owner->m_Peer) m_Peer->SetOwner(m_Owner->m_Peer.get());
         if (m_MousePointer != MousePointers::Default) m_Peer->SetMousePointer(m_MousePointer);
-        DressPeer(*m_Peer);
-        for (const auto& control : m_Controls) control->MakePeer(*m_Peer);
+        DressDrawnPeer(*m_Peer);
+        MakePeersOfControls(*m_Peer);
     } catch (...) {
         DropPeers();
         throw;
@@ -88,8 +90,11 @@ void Form::MakePeers() {
 }
 
 void Form::DropPeers() noexcept {
-    // What a box holds goes before the box.
-    for (size_t index = m_Controls.size(); index-- > 0;) m_Controls[index]->DropPeer();
+    // The system would take the windows of those that this one owns along.
+    for (Form* const other : m_Forms.Loaded()) {
+        if (m_Peer && other->m_Owner == this && other->m_Peer) other->m_Peer->SetOwner(nullptr);
+    }
+    DropPeersOfControls();
     m_Peer.reset();
 }
 
@@ -143,13 +148,18 @@ void Form::Finish() {
     m_Forms.Remove(*this, true);
 }
 
-void Form::SetVisible(bool visible) {
+void Form::SetVisible(bool visible) { ShowOrHide(visible, true); }
+
+void Form::ShowInactive() { ShowOrHide(true, false); }
+
+void Form::ShowOrHide(bool visible, bool activate) {
     const auto alive = KeepAlive();
     if (visible) Load();
     if (!m_Loaded || m_Visible == visible) return;
     if (!visible) m_Forms.EndModal(*this);
     m_Visible = visible;
-    if (m_Peer) m_Peer->SetVisible(visible);
+    if (m_Peer && activate) m_Peer->SetVisible(visible);
+    if (m_Peer && !activate) m_Peer->ShowInactive();
     if (!visible || m_WasShown) return;
     m_WasShown = true;
     ResizeEvent.Raise();
@@ -224,51 +234,59 @@ Twips Form::ScaleHeight() const { return m_Peer ? m_Peer->ClientSize().Height : 
 
 bool Form::SetForeground() { return m_Peer && m_Peer->SetForeground(); }
 
-void Form::SetTopMost(bool onTop) {
+void Form::SetTopMost(bool onTop, bool activate) {
     m_TopMost = onTop;
-    if (m_Peer) m_Peer->SetTopMost(onTop);
+    if (m_Peer) m_Peer->SetTopMost(onTop, activate);
 }
 
-Control& Form::AddControl(const std::shared_ptr<Control>& control) {
-    const Text name = LowerCase(control->Name());
-    for (const auto& other : m_Controls) {
-        if (LowerCase(other->Name()) != name) continue;
-        const bool elements = other->Index() != NoIndex && control->Index() != NoIndex;
-        if (!elements) throw Error(ControlErrorNumber::NameInUse);
-        if (other->Index() == control->Index()) throw Error(ControlErrorNumber::AlreadyLoaded);
-    }
-    m_Controls.push_back(control);
-    try {
-        if (m_Peer) control->MakePeer(*m_Peer);
-    } catch (...) {
-        m_Controls.pop_back();
-        throw;
-    }
-    return *control;
+void Form::Flash() {
+    if (m_Peer) m_Peer->Flash();
 }
 
-void Form::Remove(Control& control) {
-    const auto is = [](const Control* wanted) {
-        return [wanted](const std::shared_ptr<Control>& one) { return one.get() == wanted; };
-    };
-    const auto place = std::find_if(m_Controls.begin(), m_Controls.end(), is(&control));
-    if (place == m_Controls.end()) return;
-    const std::shared_ptr<Control> kept = *place;
-    m_Controls.erase(place);
-    std::vector<Control*> held;
-    for (const auto& one : m_Controls) {
-        if (one->Container() == &control) held.push_back(one.get());
-    }
-    for (Control* const one : held) Remove(*one);
-    kept->DropPeer();
+void Form::SetOwner(Form* owner) {
+    m_Owner = owner;
+    if (m_Peer) m_Peer->SetOwner(owner != nullptr ? owner->m_Peer.get() : nullptr);
 }
 
-Control* Form::Find(TextView name, std::int32_t index) const {
-    const Text wanted = LowerCase(name);
-    for (const auto& control : m_Controls) {
-        if (control->Index() == index && LowerCase(control->Name()) == wanted) return control.get();
-    }
-    return nullptr;
+void Form::SetShowInTaskbar(bool show) {
+    if (show == m_InTaskList) return;
+    m_InTaskList = show;
+    if (m_Peer) m_Peer->SetInTaskList(show);
+}
+
+void Form::SetRoundRegion(PixelPoint from, PixelPoint to, std::int32_t corner) {
+    if (m_Peer) m_Peer->SetRoundRegion(from, to, corner);
+}
+
+void Form::SetLayering(const Layering& layering) {
+    m_Layering = layering;
+    if (m_Peer) m_Peer->SetLayering(layering);
+}
+
+bool Form::DragByCaption() {
+    if (!m_Peer) return false;
+    const auto alive = KeepAlive();
+    const TwipPoint before{Left(), Top()};
+    m_Peer->DragByCaption();
+    return before != TwipPoint{Left(), Top()};
+}
+
+void Form::KeepOnScreen() {
+    const TwipRect room = RoomAround(m_Forms.Screens(), Bounds());
+    const Twips width = std::min(Width(), room.Width);
+    const Twips height = std::min(Height(), room.Height);
+    Move(std::clamp(Left(), room.Left, room.Left + room.Width - width),
+         std::clamp(Top(), room.Top, room.Top + room.Height - height), width, height);
+}
+
+void Form::Activated(bool active) {
+    if (active && m_Loaded) ActivateEvent.Raise();
+}
+
+bool Form::KeyPressed(const KeyPress& key) {
+    bool handled = false;
+    KeyDownEvent.Raise(key, handled);
+    return handled;
 }
 
 }  // namespace tb

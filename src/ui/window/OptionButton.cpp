@@ -2,15 +2,14 @@
 
 #include <algorithm>
 
+#include "ui/window/ControlHost.h"
 #include "ui/window/ControlTable.h"
-#include "ui/window/Form.h"
 
 namespace tb {
 
 namespace {
 
-// The system's colours of a dialog's face and of the text of buttons.
-constexpr ControlColors ButtonColors{static_cast<Color>(0x8000000F), static_cast<Color>(0x80000012)};
+constexpr ControlColors ButtonColors{SystemColors::ButtonFace, SystemColors::ButtonText};
 constexpr TwipSize FirstSize{1215, 285};
 
 }  // namespace
@@ -35,7 +34,7 @@ void OptionButton::SetCaption(const Text& caption) {
 
 std::vector<OptionButton*> OptionButton::Group() {
     std::vector<OptionButton*> group;
-    for (const auto& control : Parent()->Controls()) {
+    for (const auto& control : Host()->Controls()) {
         auto* const button = dynamic_cast<OptionButton*>(control.get());
         if (button != nullptr && button->Container() == Container()) group.push_back(button);
     }

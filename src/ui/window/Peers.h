@@ -49,6 +49,14 @@ struct KeyPress {
     bool Alt = false;
 };
 
+// One of the screens, at its place among them: the main one begins at 0, 0, others may lie left of or above it.
+struct Screen {
+    TwipRect Whole;
+    // What the system's bars leave of it.
+    TwipRect Room;
+    bool operator==(const Screen&) const = default;
+};
+
 // How translucent a window is.
 struct Layering {
     // Pixels of this colour are not there.
@@ -142,7 +150,7 @@ public:
     virtual void Released(MouseButton button, const TwipPoint& at) = 0;
     virtual void Moved(const TwipPoint& at) = 0;
     // It is over the window no more; not told while the window has the capture.
-    virtual void Left() = 0;
+    virtual void WentAway() = 0;
     // The capture has ended otherwise than by SetCapture.
     virtual void CaptureLost() = 0;
 };
@@ -256,8 +264,10 @@ public:
     virtual std::unique_ptr<TimerPeer> MakeTimer(TimerEvents& events) = 0;
 };
 
-class FormEvents : public PointerEvents {
+class FormEvents {
 public:
+    virtual ~FormEvents() = default;
+    virtual std::shared_ptr<void> KeepAlive() = 0;
     // The user or the system has moved or sized the window, or changed its state. `bounds` have no meaning while it is
     // minimised.
     virtual void WindowPlaced(WindowStates state, const TwipRect& bounds) = 0;
@@ -280,11 +290,11 @@ class WindowSystem {
 public:
     virtual ~WindowSystem() = default;
     // Error 51 when there is no desktop to make windows on.
-    virtual std::unique_ptr<FormPeer> MakeForm(FormEvents& events) = 0;
+    virtual std::unique_ptr<FormPeer> MakeForm(FormEvents& events, PointerEvents& pointer) = 0;
     // The whole of the main screen.
     virtual TwipSize ScreenSize() const = 0;
-    // The room of each screen that is left by the system's bars, at its place among them; the first is the main one.
-    virtual std::vector<TwipRect> Screens() const = 0;
+    // At least one; the first is the main one.
+    virtual std::vector<Screen> Screens() const = 0;
     // Where the mouse is.
     virtual TwipPoint Pointer() const = 0;
     virtual TwipScale Scale() const = 0;

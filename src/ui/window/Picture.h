@@ -35,8 +35,8 @@ struct PictureHeader {
 // and four million in all. The rest of the file may still be damaged.
 std::optional<PictureHeader> ReadPictureHeader(TextView bytes);
 
-// The picture in another size, bilinear; clear pixels do not bleed into the others. Null for null, for a picture without
-// pixels and for an empty size.
+// The picture in another size, bilinear; clear pixels do not bleed into the others. Null for null, for a picture
+// without pixels and for an empty size.
 PictureRef ScalePicture(const PictureRef& picture, PixelSize size);
 
 }  // namespace tb

@@ -2,25 +2,27 @@
 
 #include "ui/window/ControlErrors.h"
 #include "ui/window/ControlTable.h"
+#include "ui/window/Form.h"
 
 namespace tb {
 
 namespace {
 
-// The system's colours of a dialog's face and of its text.
-constexpr ControlColors BoxColors{static_cast<Color>(0x8000000F), static_cast<Color>(0x80000012)};
+constexpr ControlColors BoxColors{SystemColors::ButtonFace, SystemColors::ButtonText};
 constexpr TwipSize FirstSize{1215, 1215};
 
 }  // namespace
 
-PictureBox::PictureBox(const ControlPlace& place) : VisualControl(place, BoxColors) {
+PictureBox::PictureBox(const ControlPlace& place) : DrawnControl(place, BoxColors) {
     Move(0, 0, FirstSize.Width, FirstSize.Height);
 }
 
 const ControlClass& PictureBox::StaticClass() {
-    static const ControlClass table("PictureBox", &VisualControl::StaticClass(),
+    static const ControlClass table("PictureBox", &DrawnControl::StaticClass(),
                                     {
                                         Property<&PictureBox::BorderStyle, &PictureBox::SetBorderStyle>("BorderStyle"),
+                                        Property<&PictureBox::AutoSize, &PictureBox::SetAutoSize>("AutoSize"),
+                                        Property<&PictureBox::TabStop, &PictureBox::SetTabStop>("TabStop"),
                                     });
     return table;
 }
@@ -32,9 +34,32 @@ void PictureBox::SetBorderStyle(std::int32_t style) {
     m_HasBorder = style == 1;
 }
 
+void PictureBox::SetAutoSize(bool autoSize) {
+    m_AutoSize = autoSize;
+    TakeSize();
+}
+
+void PictureBox::SetPicture(const PictureRef& picture) {
+    DrawnControl::SetPicture(picture);
+    TakeSize();
+}
+
+void PictureBox::TakeSize() {
+    const PictureRef picture = GetPicture();
+    if (!m_AutoSize || !picture || picture->Pixels.empty()) return;
+    const TwipScale scale = Parent()->Family().Scale();
+    Move(Left(), Top(), scale.ToTwips(picture->Size.Width), scale.ToTwips(picture->Size.Height));
+}
+
+void PictureBox::SetTabStop(bool tabStop) {
+    m_TabStop = tabStop;
+    if (m_Peer) m_Peer->SetTabStop(tabStop);
+}
+
 void PictureBox::MakePeer(FormPeer& form) {
-    m_Peer = form.MakeBox(Around(), m_HasBorder);
-    DressPeer(*m_Peer);
+    m_Peer = form.MakeBox(Around(), Pointer(), m_HasBorder);
+    DressDrawnPeer(*m_Peer);
+    if (m_TabStop) m_Peer->SetTabStop(true);
     m_Peer->SetVisible(Visible());
 }
 

@@ -2,11 +2,11 @@
 // group.
 #pragma once
 
-#include "ui/window/Control.h"
+#include "ui/window/DrawnControl.h"
 
 namespace tb {
 
-class PictureBox : public VisualControl {
+class PictureBox : public DrawnControl {
 public:
     explicit PictureBox(const ControlPlace& place);
 
@@ -17,15 +17,27 @@ public:
     std::int32_t BorderStyle() const { return m_HasBorder ? 1 : 0; }
     void SetBorderStyle(std::int32_t style);
 
+    // The box takes the size of its picture, at once and with each other one.
+    bool AutoSize() const { return m_AutoSize; }
+    void SetAutoSize(bool autoSize);
+    void SetPicture(const PictureRef& picture) override;
+    // Whether the Tab key reaches it; False at first.
+    bool TabStop() const { return m_TabStop; }
+    void SetTabStop(bool tabStop);
+
     void MakePeer(FormPeer& form) override;
     void DropPeer() noexcept override { m_Peer.reset(); }
 
 protected:
-    WindowPeer* Peer() const override { return m_Peer.get(); }
+    DrawnPeer* Drawn() const override { return m_Peer.get(); }
     BoxPeer* Inside() const override { return m_Peer.get(); }
 
 private:
+    void TakeSize();
+
     bool m_HasBorder = false;
+    bool m_AutoSize = false;
+    bool m_TabStop = false;
     std::unique_ptr<BoxPeer> m_Peer;
 };
 

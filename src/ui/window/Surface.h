@@ -1,4 +1,5 @@
-// What a form or a box is drawn on. It keeps what is drawn: the window shows it whenever it is uncovered. All in pixels.
+// What a form or a box is drawn on. It keeps what is drawn: the window shows it whenever it is uncovered. All in
+// pixels.
 #pragma once
 
 #include "ui/window/Color.h"

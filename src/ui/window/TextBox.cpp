@@ -9,8 +9,7 @@ namespace tb {
 
 namespace {
 
-// The system's colours of a window and of its text.
-constexpr ControlColors BoxColors{static_cast<Color>(0x80000005), static_cast<Color>(0x80000008)};
+constexpr ControlColors BoxColors{SystemColors::Window, SystemColors::WindowText};
 constexpr TwipSize FirstSize{1215, 495};
 
 }  // namespace
