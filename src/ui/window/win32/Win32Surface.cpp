@@ -90,18 +90,18 @@ void Win32Surface::SetPixel(PixelPoint at, Color color) {
 }
 
 void Win32Surface::DrawPicture(const Picture& picture, const PixelRect& area) {
-    const PixelRect near = Near(area);
-    tb::DrawPicture(Context(), picture, near);
-    m_Changed(ToRect(near));
+    const PixelRect within = Near(area);
+    tb::DrawPicture(Context(), picture, within);
+    m_Changed(ToRect(within));
 }
 
 void Win32Surface::CopyFrom(const Surface& source, PixelPoint from, const PixelRect& to) {
     const auto* const other = dynamic_cast<const Win32Surface*>(&source);
-    const PixelRect near = Near(to);
-    if (other == nullptr || near.Width <= 0 || near.Height <= 0) return;
+    const PixelRect within = Near(to);
+    if (other == nullptr || within.Width <= 0 || within.Height <= 0) return;
     const PixelPoint begin = Near(from);
-    other->m_Memory.Draw(Context(), begin.X, begin.Y, near.Width, near.Height, near.Left, near.Top);
-    m_Changed(ToRect(near));
+    other->m_Memory.Draw(Context(), begin.X, begin.Y, within.Width, within.Height, within.Left, within.Top);
+    m_Changed(ToRect(within));
 }
 
 PictureRef Win32Surface::Image() const {

@@ -56,7 +56,7 @@ std::vector<Screen> Win32WindowSystem::Screens() const {
 TwipPoint Win32WindowSystem::Pointer() const {
     POINT mouse{};
     GetCursorPos(&mouse);
-    return ToTwips({static_cast<std::int32_t>(mouse.x), static_cast<std::int32_t>(mouse.y)});
+    return ToTwips(PixelPoint{static_cast<std::int32_t>(mouse.x), static_cast<std::int32_t>(mouse.y)});
 }
 
 TwipSize Win32WindowSystem::MeasureText(const Text& text, const tb::Font& font, Twips width) const {
