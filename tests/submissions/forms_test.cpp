@@ -12,7 +12,7 @@ namespace {
 struct FormsRig : SubmissionRig, DropTargets, Activities {
     bool StartActivity(const Text&, bool) override { return true; }
     void EndActivity(const Text&, bool) override { ++Ended; }
-    std::unique_ptr<DropRegistration> Register(WindowHandle, std::function<void(DropData&)> drop) override {
+    std::unique_ptr<DropRegistration> Register(WindowHandle, DropHandler drop, DragHandler) override {
         struct Registration : DropRegistration {
             explicit Registration(int& live) : Live(live) { ++Live; }
             ~Registration() override { --Live; }

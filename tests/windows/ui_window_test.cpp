@@ -133,11 +133,11 @@ TEST_F(UiWindowTest, IconsAreMadeOfFilesAndFreed) {
     const IconNumber own = m_Form.WindowIcon();
     EXPECT_NE(own, 0);
     EXPECT_EQ(OwnedIcon::Live(), 0);
-    m_Form.SetIcon(std::make_shared<Picture>(Picture{file}));
+    m_Form.SetIcon(std::make_shared<Picture>(Picture{file, PictureKind::Icon, {}, {}}));
     EXPECT_EQ(OwnedIcon::Live(), 2);
     EXPECT_NE(m_Form.WindowIcon(), own);
     for (size_t length = 0; length < file.size(); ++length) {
-        m_Form.SetIcon(std::make_shared<Picture>(Picture{file.substr(0, length)}));
+        m_Form.SetIcon(std::make_shared<Picture>(Picture{file.substr(0, length), PictureKind::Icon, {}, {}}));
         EXPECT_EQ(m_Form.WindowIcon(), own) << length;
     }
     EXPECT_EQ(OwnedIcon::Live(), 0);

@@ -117,8 +117,17 @@ struct IconTrait {
     static bool Close(Value value) { return DestroyIcon(value) != FALSE; }
 };
 
-struct FontTrait {
-    using Value = HFONT;
+// Memory and other device contexts that were made, not those that a window lends.
+struct DcTrait {
+    using Value = HDC;
+    static Value None() { return nullptr; }
+    static bool Close(Value value) { return DeleteDC(value) != FALSE; }
+};
+
+// Fonts, bitmaps, brushes and regions. One that is selected into a device context cannot be closed.
+template <typename Kind>
+struct GdiTrait {
+    using Value = Kind;
     static Value None() { return nullptr; }
     static bool Close(Value value) { return DeleteObject(value) != FALSE; }
 };
@@ -136,7 +145,11 @@ using OwnedObject = Handle<ObjectTrait>;
 using OwnedWindow = Handle<WindowTrait>;
 using OwnedMenu = Handle<MenuTrait>;
 using OwnedIcon = Handle<IconTrait>;
-using OwnedFont = Handle<FontTrait>;
 using OwnedGlobal = Handle<GlobalTrait>;
+using OwnedDc = Handle<DcTrait>;
+using OwnedFont = Handle<GdiTrait<HFONT>>;
+using OwnedBitmap = Handle<GdiTrait<HBITMAP>>;
+using OwnedBrush = Handle<GdiTrait<HBRUSH>>;
+using OwnedRegion = Handle<GdiTrait<HRGN>>;
 
 }  // namespace tb

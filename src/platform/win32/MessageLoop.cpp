@@ -11,7 +11,11 @@ constexpr const wchar_t* DialogKeys = L"TrawlbeamDialogKeys";
 bool IsKeyOfDialog(MSG& message) {
     if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
     const HWND window = GetAncestor(message.hwnd, GA_ROOT);
-    return window != nullptr && GetPropW(window, DialogKeys) != nullptr && IsDialogMessageW(window, &message) != FALSE;
+    if (window == nullptr || GetPropW(window, DialogKeys) == nullptr) return false;
+    const bool isPress = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+    if (isPress && SendMessageW(window, KeyAsked, message.wParam, message.lParam) != 0) return true;
+    // Whoever was asked may have ended the windows.
+    return !IsWindow(message.hwnd) || IsDialogMessageW(window, &message) != FALSE;
 }
 
 void Handle(MSG& message) {

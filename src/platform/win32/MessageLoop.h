@@ -24,7 +24,12 @@ bool ServeWaitingMessages(int limit = INT_MAX);
 // loop is due; it stays so.
 bool ServeMessagesUntil(const std::function<bool()>& done);
 
-// From now on the keys of a dialog work in this window, in all loops above: Tab and the arrows move the focus, Enter
+// What UseDialogKeys sends: a key is pressed (wParam is its number) in the window or in one that stands on it. Another
+// answer than 0 takes it away from everybody else.
+constexpr UINT KeyAsked = WM_APP;
+
+// From now on each key that is pressed in this window, or in one that stands on it, is first sent to it as KeyAsked, in
+// all loops above, and the keys of a dialog work there: Tab and the arrows move the focus, Enter
 // and Escape come as commands IDOK and IDCANCEL, Alt and a letter press a button. The window must not be destroyed
 // inside these commands before whoever handles them is done.
 void UseDialogKeys(HWND window);

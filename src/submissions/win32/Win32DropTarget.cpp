@@ -1,5 +1,7 @@
 #include "submissions/win32/Win32DropTarget.h"
 
+#include <utility>
+
 #include "submissions/win32/OleDropData.h"
 
 namespace tb {
@@ -17,13 +19,38 @@ HRESULT Win32DropTarget::Choose(DWORD* effect) const {
     return S_OK;
 }
 
-HRESULT Win32DropTarget::DragEnter(IDataObject*, DWORD, POINTL, DWORD* effect) noexcept { return Choose(effect); }
+void Win32DropTarget::Tell(DragState state) noexcept {
+    if (!m_Drag) return;
+    // The window, and with it the registration, may go while it is told.
+    const auto alive = ComPointer<IDropTarget>::Share(this);
+    Trap([&] { m_Drag(state); }, m_Failed);
+}
 
-HRESULT Win32DropTarget::DragOver(DWORD, POINTL, DWORD* effect) noexcept { return Choose(effect); }
+HRESULT Win32DropTarget::DragEnter(IDataObject*, DWORD, POINTL, DWORD* effect) noexcept {
+    const HRESULT result = Choose(effect);
+    m_IsOver = SUCCEEDED(result) && *effect != DROPEFFECT_NONE;
+    if (m_IsOver) Tell(DragState::Enter);
+    return result;
+}
+
+HRESULT Win32DropTarget::DragOver(DWORD, POINTL, DWORD* effect) noexcept {
+    if (m_IsOver) Tell(DragState::Over);
+    return Choose(effect);
+}
+
+HRESULT Win32DropTarget::DragLeave() noexcept {
+    if (std::exchange(m_IsOver, false)) Tell(DragState::Leave);
+    return S_OK;
+}
 
 HRESULT Win32DropTarget::Drop(IDataObject* data, DWORD, POINTL, DWORD* effect) noexcept {
     const HRESULT result = Choose(effect);
-    if (FAILED(result) || *effect == DROPEFFECT_NONE) return result;
+    // What is not taken goes away.
+    if (FAILED(result) || *effect == DROPEFFECT_NONE) {
+        DragLeave();
+        return result;
+    }
+    m_IsOver = false;
     // The window, and with it the registration, may go while the drop is handled.
     const auto alive = ComPointer<IDropTarget>::Share(this);
     m_IsBusy = true;

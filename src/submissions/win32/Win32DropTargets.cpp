@@ -27,8 +27,8 @@ private:
 
 }  // namespace
 
-std::unique_ptr<DropRegistration> Win32DropTargets::Register(WindowHandle window, std::function<void(DropData&)> drop) {
-    const ComPointer<IDropTarget> target(new Win32DropTarget(std::move(drop), m_Failed));
+std::unique_ptr<DropRegistration> Win32DropTargets::Register(WindowHandle window, DropHandler drop, DragHandler drag) {
+    const ComPointer<IDropTarget> target(new Win32DropTarget(std::move(drop), m_Failed, std::move(drag)));
     const HRESULT result = RegisterDragDrop(ToHwnd(window), target.Get());
     if (FAILED(result)) throw SystemError("RegisterDragDrop", static_cast<DWORD>(result));
     return std::make_unique<Registered>(ToHwnd(window));

@@ -13,7 +13,7 @@ public:
     // registrations.
     explicit Win32DropTargets(std::function<void(const RuntimeError&)> failed) : m_Failed(std::move(failed)) {}
 
-    std::unique_ptr<DropRegistration> Register(WindowHandle window, std::function<void(DropData&)> drop) override;
+    std::unique_ptr<DropRegistration> Register(WindowHandle window, DropHandler drop, DragHandler drag = {}) override;
 
 private:
     std::function<void(const RuntimeError&)> m_Failed;

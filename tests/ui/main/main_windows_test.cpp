@@ -10,7 +10,7 @@ namespace {
 
 struct MainWindowsRig : ShellRig, DropTargets {
     MainWindowsRig() { Use(Main); }
-    std::unique_ptr<DropRegistration> Register(WindowHandle, std::function<void(DropData&)> drop) override {
+    std::unique_ptr<DropRegistration> Register(WindowHandle, DropHandler drop, DragHandler) override {
         Dropped = std::move(drop);
         return std::make_unique<DropRegistration>();
     }

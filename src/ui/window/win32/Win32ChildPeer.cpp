@@ -6,15 +6,22 @@
 
 namespace tb {
 
+void ReplaceBits(HWND window, int index, DWORD bits, DWORD value) {
+    const auto old = static_cast<DWORD>(GetWindowLongPtrW(window, index));
+    SetWindowLongPtrW(window, index, static_cast<LONG_PTR>((old & ~bits) | value));
+}
+
 HWND BoxWindow(BoxPeer& box) { return static_cast<Win32BoxPeer&>(box).Handle(); }
 
-OwnedWindow MakeChild(const Win32WindowSystem& system, const Win32FormPeer& form, BoxPeer* box, const ChildStyle& style,
-                      void* object) {
+std::shared_ptr<Win32Canvas> CanvasOf(const Win32FormPeer& form, BoxPeer* box) {
+    return box != nullptr ? static_cast<Win32BoxPeer*>(box)->Canvas() : form.Canvas();
+}
+
+OwnedWindow MakeChild(const Win32FormPeer& form, BoxPeer* box, const ChildStyle& style, void* object) {
     const HWND holder = box != nullptr ? BoxWindow(*box) : form.Handle();
     OwnedWindow window(CreateWindowExW(style.Extended, style.ClassName, L"", WS_CHILD | style.Style, 0, 0, 0, 0, holder,
                                        nullptr, OwnModule(), object));
     if (!window) throw SystemError("CreateWindowEx", GetLastError());
-    SendMessageW(window.Get(), WM_SETFONT, reinterpret_cast<WPARAM>(system.Font()), FALSE);
     return window;
 }
 

@@ -6,11 +6,13 @@
 #include "platform/win32/Win32WindowText.h"
 #include "platform/win32/WindowClass.h"
 #include "ui/window/win32/Win32BoxPeer.h"
-#include "ui/window/win32/Win32ButtonPeers.h"
+#include "ui/window/win32/Win32CommandButtonPeer.h"
 #include "ui/window/win32/Win32LabelPeer.h"
+#include "ui/window/win32/Win32OptionButtonPeer.h"
 #include "ui/window/win32/Win32PopupMenu.h"
 #include "ui/window/win32/Win32TextBoxPeer.h"
 #include "ui/window/win32/Win32TimerPeer.h"
+#include "ui/window/win32/Win32Windowless.h"
 
 namespace tb {
 
@@ -34,24 +36,23 @@ Styles StylesOf(BorderStyles border) {
     return {WS_OVERLAPPEDWINDOW, 0};
 }
 
-// The bits of a window's style that its border decides.
+// The bits of a window's style that depend on its border.
 constexpr DWORD BorderBits = WS_POPUP | WS_OVERLAPPEDWINDOW;
-constexpr DWORD BorderBitsExtended = WS_EX_DLGMODALFRAME | WS_EX_TOOLWINDOW;
+constexpr DWORD BorderBitsExtended = WS_EX_DLGMODALFRAME | WS_EX_TOOLWINDOW | WS_EX_APPWINDOW;
 
-void ReplaceBits(HWND window, int index, DWORD bits, DWORD value) {
-    const auto old = static_cast<DWORD>(GetWindowLongPtrW(window, index));
-    SetWindowLongPtrW(window, index, static_cast<LONG_PTR>((old & ~bits) | value));
-}
+constexpr BYTE Solid = 255;
 
 }  // namespace
 
-Win32FormPeer::Win32FormPeer(const Win32WindowSystem& system, FormEvents& events)
-    : Win32Peer(system), m_Events(events) {
+Win32FormPeer::Win32FormPeer(const Win32WindowSystem& system, FormEvents& events, PointerEvents& pointer)
+    : Win32DrawnPeer(system, pointer), m_Events(events) {
     const std::wstring className = ToSystem(system.Names().Form);
     RegisterWindowClass(className, &Win32FormPeer::Procedure);
     m_Window = OwnedWindow(CreateWindowExW(0, className.c_str(), L"", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, 0, 0, 0,
                                            nullptr, nullptr, OwnModule(), this));
     if (!m_Window) throw SystemError("CreateWindowEx", GetLastError());
+    m_Canvas->Attach(Handle());
+    UseDialogKeys(Handle());
 }
 
 WindowHandle Win32FormPeer::Window() const { return ToWindowHandle(Handle()); }
@@ -78,9 +79,23 @@ int Win32FormPeer::ShowCommand() const {
     return SW_SHOWNORMAL;
 }
 
+void Win32FormPeer::ShowBy(int command) {
+    for (const auto& [window, child] : m_Children) child->OnFormVisible(command != SW_HIDE);
+    // What the window tells on the way may end the peer.
+    const HWND window = Handle();
+    ShowWindow(window, command);
+    // At once, and not behind what else waits.
+    if (command != SW_HIDE) RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
 void Win32FormPeer::SetVisible(bool visible) {
-    for (const auto& [window, child] : m_Children) child->OnFormVisible(visible);
-    ShowWindow(Handle(), visible ? ShowCommand() : SW_HIDE);
+    m_StaysInactive = false;
+    ShowBy(visible ? ShowCommand() : SW_HIDE);
+}
+
+void Win32FormPeer::ShowInactive() {
+    m_StaysInactive = true;
+    ShowBy(SW_SHOWNOACTIVATE);
 }
 
 void Win32FormPeer::SetWindowState(WindowStates state) {
@@ -89,7 +104,21 @@ void Win32FormPeer::SetWindowState(WindowStates state) {
 }
 
 void Win32FormPeer::SetBorderStyle(BorderStyles style) {
-    const Styles styles = StylesOf(style);
+    m_Border = style;
+    ApplyStyles();
+}
+
+void Win32FormPeer::SetInTaskList(bool inTaskList) {
+    m_InTaskList = inTaskList;
+    ApplyStyles();
+}
+
+void Win32FormPeer::ApplyStyles() {
+    Styles styles = StylesOf(m_Border);
+    if (m_Border == BorderStyles::None) {
+        if (m_InTaskList) styles.Style |= WS_SYSMENU | WS_MINIMIZEBOX;
+        styles.Extended |= m_InTaskList ? WS_EX_APPWINDOW : WS_EX_TOOLWINDOW;
+    }
     ReplaceBits(Handle(), GWL_STYLE, BorderBits, styles.Style);
     ReplaceBits(Handle(), GWL_EXSTYLE, BorderBitsExtended, styles.Extended);
     SetWindowPos(Handle(), nullptr, 0, 0, 0, 0,
@@ -109,12 +138,49 @@ IconNumber Win32FormPeer::Icon() const { return static_cast<IconNumber>(reinterp
 
 bool Win32FormPeer::SetForeground() { return SetForegroundWindow(Handle()) != FALSE; }
 
-void Win32FormPeer::SetTopMost(bool onTop) {
-    SetWindowPos(Handle(), onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+void Win32FormPeer::Flash() {
+    FLASHWINFO flash{sizeof flash, Handle(), FLASHW_ALL | FLASHW_TIMERNOFG, 0, 0};
+    FlashWindowEx(&flash);
+}
+
+void Win32FormPeer::SetTopMost(bool onTop, bool activate) {
+    SetWindowPos(Handle(), onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | (activate ? 0U : UINT{SWP_NOACTIVATE}));
+}
+
+void Win32FormPeer::SetOwner(FormPeer* owner) {
+    const HWND window = owner != nullptr ? static_cast<Win32FormPeer*>(owner)->Handle() : nullptr;
+    SetWindowLongPtrW(Handle(), GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(window));
+}
+
+void Win32FormPeer::SetRoundRegion(PixelPoint from, PixelPoint to, std::int32_t corner) {
+    OwnedRegion region(CreateRoundRectRgn(from.X, from.Y, to.X, to.Y, corner, corner));
+    // From then on it is the system's, which deletes it.
+    if (region && SetWindowRgn(Handle(), region.Get(), TRUE)) static_cast<void>(region.Release());
+}
+
+void Win32FormPeer::SetLayering(const Layering& layering) {
+    const bool isLayered = layering.ClearColor || layering.Alpha != Solid;
+    ReplaceBits(Handle(), GWL_EXSTYLE, WS_EX_LAYERED, isLayered ? WS_EX_LAYERED : 0);
+    if (isLayered) {
+        SetLayeredWindowAttributes(Handle(), ToColorRef(layering.ClearColor.value_or(0)), layering.Alpha,
+                                   LWA_ALPHA | (layering.ClearColor ? DWORD{LWA_COLORKEY} : DWORD{0}));
+    }
+    RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+}
+
+void Win32FormPeer::DragByCaption() {
+    const std::shared_ptr<void> alive = m_Events.KeepAlive();
+    POINT mouse{};
+    GetCursorPos(&mouse);
+    ReleaseCapture();
+    // The peer may be gone when this returns.
+    SendMessageW(Handle(), WM_NCLBUTTONDOWN, HTCAPTION,
+                 MAKELPARAM(static_cast<WORD>(mouse.x), static_cast<WORD>(mouse.y)));
 }
 
 void Win32FormPeer::SetMousePointer(MousePointers pointer) {
-    m_Pointer = pointer;
+    m_Cursor = pointer;
     // Where the mouse stands now; from the next move on the window is asked.
     POINT mouse{};
     GetCursorPos(&mouse);
@@ -131,6 +197,22 @@ void Win32FormPeer::RemoveChild(HWND window) {
     if (m_Focused == window) m_Focused = nullptr;
 }
 
+void Win32FormPeer::SetDefaultButton(HWND button) {
+    ShowDefaultButton();
+    m_DefaultButton = button;
+    ShowDefaultButton();
+}
+
+HWND Win32FormPeer::EnterButton() const {
+    const HWND focused = GetFocus();
+    const Win32Child* const child = Child(focused);
+    return child != nullptr && child->TakesEnter() ? focused : m_DefaultButton;
+}
+
+void Win32FormPeer::ShowDefaultButton() const {
+    if (m_DefaultButton != nullptr) InvalidateRect(m_DefaultButton, nullptr, FALSE);
+}
+
 void Win32FormPeer::SetTip(HWND child, const Text& text) { m_Tips.Set(Handle(), child, text); }
 
 std::int32_t Win32FormPeer::PopupMenu(const std::vector<MenuRow>& rows, std::uint32_t flags) {
@@ -145,12 +227,20 @@ void Win32FormPeer::EndModes() {
     if (state.hwndMoveSize == Handle()) SendMessageW(Handle(), WM_CANCELMODE, 0, 0);
 }
 
-std::unique_ptr<BoxPeer> Win32FormPeer::MakeBox(BoxPeer* box, bool hasBorder) {
-    return std::make_unique<Win32BoxPeer>(m_System, *this, box, hasBorder);
+std::unique_ptr<BoxPeer> Win32FormPeer::MakeBox(BoxPeer* box, PointerEvents& events, bool hasBorder) {
+    return std::make_unique<Win32BoxPeer>(m_System, *this, box, events, hasBorder);
 }
 
-std::unique_ptr<WindowPeer> Win32FormPeer::MakeLabel(BoxPeer* box, bool useMnemonic) {
-    return std::make_unique<Win32LabelPeer>(m_System, *this, box, useMnemonic);
+std::unique_ptr<LabelPeer> Win32FormPeer::MakeLabel(BoxPeer* box, PointerEvents& events, bool useMnemonic) {
+    return std::make_unique<Win32LabelPeer>(m_System, *this, box, events, useMnemonic);
+}
+
+std::unique_ptr<ImagePeer> Win32FormPeer::MakeImage(BoxPeer* box) {
+    return std::make_unique<Win32ImagePeer>(m_System, CanvasOf(*this, box));
+}
+
+std::unique_ptr<LinePeer> Win32FormPeer::MakeLine(BoxPeer* box) {
+    return std::make_unique<Win32LinePeer>(m_System, CanvasOf(*this, box));
 }
 
 std::unique_ptr<CommandButtonPeer> Win32FormPeer::MakeCommandButton(BoxPeer* box, ButtonEvents& events) {

@@ -1,7 +1,30 @@
+#include "platform/win32/MessageLoop.h"
 #include "platform/win32/WindowClass.h"
 #include "ui/window/win32/Win32FormPeer.h"
 
 namespace tb {
+
+namespace {
+
+// The colours of the system have changed; the message of a form to itself.
+constexpr UINT ColorsHaveChanged = WM_APP + 1;
+
+bool IsDown(int key) { return GetKeyState(key) < 0; }
+
+// Keys that move among the controls, or press them.
+bool IsOfDialogs(std::int32_t key) {
+    switch (key) {
+    case VK_TAB:
+    case VK_MENU:
+    case VK_LEFT:
+    case VK_RIGHT:
+    case VK_UP:
+    case VK_DOWN: return true;
+    default: return false;
+    }
+}
+
+}  // namespace
 
 LRESULT CALLBACK Win32FormPeer::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     auto* const self = WindowObject<Win32FormPeer>(window, message, lParam);
@@ -30,22 +53,41 @@ bool Win32FormPeer::Dispatch(UINT message, WPARAM wParam, LPARAM lParam, LRESULT
     case WM_ENDSESSION:
         if (wParam != FALSE) m_Events.SessionEnds();
         return true;
-    case WM_MOVE:
-    case WM_SIZE: OnPlaced(); return true;
+    case WM_SIZE:
+        m_Canvas->Sized();
+        OnPlaced();
+        return true;
+    case WM_MOVE: OnPlaced(); return true;
     case WM_TIMER: OnTimer(wParam); return true;
-    case WM_COMMAND: return OnCommand(reinterpret_cast<HWND>(lParam), LOWORD(wParam), HIWORD(wParam));
-    case WM_ACTIVATE: OnActivate(LOWORD(wParam) != WA_INACTIVE); return false;
+    case WM_ACTIVATE: OnActivate(wParam, lParam); return true;
+    case WM_MOUSEACTIVATE: result = MA_NOACTIVATE; return m_StaysInactive;
     case WM_SETFOCUS: return OnFocus();
     case WM_SETCURSOR: result = TRUE; return OnCursor(LOWORD(lParam));
+    case WM_SYSCOLORCHANGE:
+    case WM_THEMECHANGED:
+    case WM_SETTINGCHANGE: OnSystemColors(); return false;
+    case ColorsHaveChanged:
+        m_ColorsHaveChanged = false;
+        m_Events.SystemColorsChanged();
+        return true;
+    case KeyAsked: result = OnKey(static_cast<std::int32_t>(wParam)) ? TRUE : FALSE; return true;
+    default: return DispatchOfChildren(message, wParam, lParam, result);
+    }
+}
+
+bool Win32FormPeer::DispatchOfChildren(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+    switch (message) {
+    case WM_COMMAND: return OnCommand(reinterpret_cast<HWND>(lParam), LOWORD(wParam), HIWORD(wParam));
+    case WM_DRAWITEM: result = TRUE; return OnDraw(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
     case WM_CTLCOLORBTN:
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORSTATIC: return OnColor(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam), result);
-    case WM_ERASEBKGND:
-        OnEraseBackground(reinterpret_cast<HDC>(wParam));
-        result = TRUE;
-        return true;
-    default: return false;
+    default: break;
     }
+    result = TRUE;
+    if (m_Canvas->OnMessage(message, wParam)) return true;
+    m_Pointer.OnMessage(Handle(), message, lParam);
+    return false;
 }
 
 void Win32FormPeer::OnPlaced() {
@@ -57,7 +99,7 @@ void Win32FormPeer::OnPlaced() {
                                            : WindowStates::Normal;
     RECT place{};
     GetWindowRect(Handle(), &place);
-    const TwipRect pixels{static_cast<std::int32_t>(place.left), static_cast<std::int32_t>(place.top),
+    const PixelRect pixels{static_cast<std::int32_t>(place.left), static_cast<std::int32_t>(place.top),
                           static_cast<std::int32_t>(place.right - place.left),
                           static_cast<std::int32_t>(place.bottom - place.top)};
     // The program's own moves come back here; a size in twips need not be one of whole pixels and is left as it was
@@ -65,9 +107,7 @@ void Win32FormPeer::OnPlaced() {
     if (state == m_State && (minimized || pixels == m_Pixels)) return;
     m_State = state;
     if (!minimized) m_Pixels = pixels;
-    const TwipScale scale = m_System.Scale();
-    m_Events.WindowPlaced(state, {scale.ToTwips(pixels.Left), scale.ToTwips(pixels.Top), scale.ToTwips(pixels.Width),
-                                  scale.ToTwips(pixels.Height)});
+    m_Events.WindowPlaced(state, m_System.ToTwips(place));
 }
 
 void Win32FormPeer::OnTimer(UINT_PTR id) {
@@ -85,30 +125,54 @@ Win32Child* Win32FormPeer::Child(HWND window) const {
 }
 
 bool Win32FormPeer::OnCommand(HWND child, WORD id, WORD code) {
-    Win32Child* sender = Child(child);
-    // The keys come as commands that no child has sent.
-    if (sender == nullptr && (id == IDOK || id == IDCANCEL)) {
-        const HWND button = ButtonOfKey(id);
-        if (button == nullptr || !IsWindowEnabled(button) || !IsWindowVisible(button)) return true;
-        sender = Child(button);
-        code = BN_CLICKED;
+    Win32Child* const sender = Child(child);
+    if (sender != nullptr) {
+        sender->OnCommand(code);
+        return true;
     }
-    if (sender == nullptr) return false;
-    sender->OnCommand(code);
+    // The keys come as commands that no child has sent.
+    if (id != IDOK && id != IDCANCEL) return false;
+    OnDialogKey(id);
     return true;
 }
 
-HWND Win32FormPeer::ButtonOfKey(WORD id) const {
-    if (id == IDCANCEL) return m_CancelButton;
-    const HWND focused = GetFocus();
-    const LRESULT code = Child(focused) != nullptr ? SendMessageW(focused, WM_GETDLGCODE, 0, 0) : 0;
-    return (code & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0 ? focused : m_DefaultButton;
+void Win32FormPeer::OnDialogKey(WORD id) {
+    const HWND button = id == IDOK ? EnterButton() : m_CancelButton;
+    Win32Child* const pressed = Child(button);
+    if (pressed != nullptr && IsWindowEnabled(button) && IsWindowVisible(button)) {
+        pressed->OnCommand(BN_CLICKED);
+    } else if (id == IDCANCEL) {
+        m_Events.CloseAsked();
+    }
 }
 
-void Win32FormPeer::OnActivate(bool active) {
-    if (active) return;
+bool Win32FormPeer::OnKey(std::int32_t key) {
+    if (IsOfDialogs(key) && !m_KeyboardInUse) {
+        m_KeyboardInUse = true;
+        if (Child(GetFocus()) != nullptr) InvalidateRect(GetFocus(), nullptr, FALSE);
+    }
+    return m_Events.KeyPressed({key, IsDown(VK_SHIFT), IsDown(VK_CONTROL), IsDown(VK_MENU)});
+}
+
+void Win32FormPeer::OnActivate(WPARAM wParam, LPARAM lParam) {
+    const bool active = LOWORD(wParam) != WA_INACTIVE;
     const HWND focused = GetFocus();
-    if (IsChild(Handle(), focused)) m_Focused = focused;
+    if (!active && IsChild(Handle(), focused)) m_Focused = focused;
+    // The focus goes where it was before anybody is told.
+    DefWindowProcW(Handle(), WM_ACTIVATE, wParam, lParam);
+    m_Events.Activated(active);
+}
+
+void Win32FormPeer::OnSystemColors() {
+    if (m_ColorsHaveChanged) return;
+    m_ColorsHaveChanged = PostMessageW(Handle(), ColorsHaveChanged, 0, 0) != FALSE;
+}
+
+bool Win32FormPeer::OnDraw(const DRAWITEMSTRUCT& item) {
+    Win32Child* const child = Child(item.hwndItem);
+    if (child == nullptr) return false;
+    child->OnDraw(item);
+    return true;
 }
 
 bool Win32FormPeer::OnFocus() {
@@ -118,7 +182,7 @@ bool Win32FormPeer::OnFocus() {
 }
 
 bool Win32FormPeer::OnCursor(WORD area) {
-    if (m_Pointer != MousePointers::Hourglass || area != HTCLIENT) return false;
+    if (m_Cursor != MousePointers::Hourglass || area != HTCLIENT) return false;
     SetCursor(SystemCursor(IDC_WAIT));
     return true;
 }
@@ -128,13 +192,6 @@ bool Win32FormPeer::OnColor(HWND child, HDC context, LRESULT& result) {
     if (asking == nullptr) return false;
     result = reinterpret_cast<LRESULT>(asking->OnColor(context));
     return true;
-}
-
-void Win32FormPeer::OnEraseBackground(HDC context) {
-    RECT client{};
-    GetClientRect(Handle(), &client);
-    SetDCBrushColor(context, ToColorRef(m_Colors.Back));
-    FillRect(context, &client, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
 }  // namespace tb

@@ -44,15 +44,15 @@ HICON OwnIcon(int size) {
 
 }  // namespace
 
+OwnedIcon IconOfFile(TextView file, PixelSize size) {
+    Text image(NearestImage(file, size.Width));
+    if (image.empty()) return {};
+    return OwnedIcon(CreateIconFromResourceEx(reinterpret_cast<PBYTE>(image.data()), static_cast<DWORD>(image.size()),
+                                              TRUE, IconVersion, size.Width, size.Height, 0));
+}
+
 Win32Icon::Win32Icon(const PictureRef& picture, int size) {
-    if (picture) {
-        Text image(NearestImage(picture->Bytes, size));
-        if (!image.empty()) {
-            m_Owned =
-                OwnedIcon(CreateIconFromResourceEx(reinterpret_cast<PBYTE>(image.data()),
-                                                   static_cast<DWORD>(image.size()), TRUE, IconVersion, size, size, 0));
-        }
-    }
+    if (picture) m_Owned = IconOfFile(picture->Bytes, {size, size});
     if (!m_Owned) m_Shared = OwnIcon(size);
 }
 

@@ -2,9 +2,13 @@
 #pragma once
 
 #include "platform/win32/Handle.h"
-#include "ui/window/Value.h"
+#include "ui/window/Picture.h"
 
 namespace tb {
+
+// The image of an icon file whose width is nearest to that of `size`, stretched to it; none when the file has no image
+// that can be read.
+OwnedIcon IconOfFile(TextView file, PixelSize size);
 
 class Win32Icon {
 public:

@@ -3,18 +3,15 @@
 
 #include <windows.h>
 
+#include <utility>
+
 #include "platform/win32/Handle.h"
 #include "platform/win32/Win32Text.h"
 #include "ui/window/Peers.h"
+#include "ui/window/win32/Win32Drawing.h"
 #include "ui/window/win32/Win32WindowSystem.h"
 
 namespace tb {
-
-// A colour as the system draws it; the top bit marks one of the system's own.
-inline COLORREF ToColorRef(Color color) {
-    const auto bits = static_cast<std::uint32_t>(color);
-    return (bits & 0x80000000U) != 0 ? GetSysColor(static_cast<int>(bits & 0xFFU)) : bits & 0x00FFFFFFU;
-}
 
 // A window inside a form, as its form's procedure sees it.
 class Win32Child {
@@ -22,6 +19,10 @@ public:
     virtual ~Win32Child() = default;
     // A notification of the child.
     virtual void OnCommand(WORD /*code*/) {}
+    // The child is to be drawn.
+    virtual void OnDraw(const DRAWITEMSTRUCT& /*item*/) {}
+    // Enter presses it while it has the focus.
+    virtual bool TakesEnter() const { return false; }
     // Sets the colours of its text and returns the brush of its ground, which the system owns.
     virtual HBRUSH OnColor(HDC context) = 0;
     // The form is shown or hidden from now on.
@@ -37,11 +38,8 @@ public:
     HWND Handle() const { return m_Window.Get(); }
 
     void SetBounds(const TwipRect& bounds) override {
-        const TwipScale scale = m_System.Scale();
-        m_Pixels = {scale.ToPixels(bounds.Left), scale.ToPixels(bounds.Top), scale.ToPixels(bounds.Width),
-                    scale.ToPixels(bounds.Height)};
-        SetWindowPos(Handle(), nullptr, static_cast<int>(m_Pixels.Left), static_cast<int>(m_Pixels.Top),
-                     static_cast<int>(m_Pixels.Width), static_cast<int>(m_Pixels.Height),
+        m_Pixels = m_System.ToPixels(bounds);
+        SetWindowPos(Handle(), nullptr, m_Pixels.Left, m_Pixels.Top, m_Pixels.Width, m_Pixels.Height,
                      SWP_NOZORDER | SWP_NOACTIVATE);
     }
     void SetEnabled(bool enabled) override { EnableWindow(Handle(), enabled ? TRUE : FALSE); }
@@ -49,6 +47,11 @@ public:
     void SetColors(const ControlColors& colors) override {
         m_Colors = colors;
         InvalidateRect(Handle(), nullptr, TRUE);
+    }
+    void SetFont(const Font& font) override {
+        // The window shows the other one until it has this.
+        const auto before = std::exchange(m_Font, m_System.FontOf(font));
+        SendMessageW(Handle(), WM_SETFONT, reinterpret_cast<WPARAM>(m_Font->Get()), TRUE);
     }
     void SetFocus() override { ::SetFocus(Handle()); }
     void SetToolTip(const Text& /*text*/) override {}
@@ -75,7 +78,8 @@ protected:
     OwnedWindow m_Window;
     ControlColors m_Colors;
     // The place last given, counted in pixels.
-    TwipRect m_Pixels;
+    PixelRect m_Pixels;
+    std::shared_ptr<const OwnedFont> m_Font;
 };
 
 }  // namespace tb

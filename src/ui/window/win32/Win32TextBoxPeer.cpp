@@ -36,7 +36,7 @@ Win32TextBoxPeer::Win32TextBoxPeer(const Win32WindowSystem& system, Win32FormPee
                                            form.Handle(), nullptr, OwnModule(), this));
     if (!m_Window) throw SystemError("CreateWindowEx", GetLastError());
     SendMessageA(Handle(), EM_LIMITTEXT, 0, 0);
-    SendMessageA(Handle(), WM_SETFONT, reinterpret_cast<WPARAM>(system.Font()), FALSE);
+    Win32Peer::SetFont({});
     m_Form.AddChild(Handle(), *this);
 }
 
