@@ -17,7 +17,8 @@ constexpr int CaptionMargin = 3;
 
 Win32CommandButtonPeer::Win32CommandButtonPeer(const Win32WindowSystem& system, Win32FormPeer& form, BoxPeer* box,
                                                ButtonEvents& events)
-    : Win32ChildPeer(system, form, box, {L"BUTTON", BS_OWNERDRAW | WS_TABSTOP | WS_GROUP}), Win32Subclass(system),
+    : Win32ChildPeer(system, form, box, {L"BUTTON", BS_OWNERDRAW | WS_TABSTOP | WS_GROUP}),
+      Win32Subclass(system),
       m_Events(events) {
     Attach(Handle());
 }
@@ -89,8 +90,7 @@ void Win32CommandButtonPeer::OnDraw(const DRAWITEMSTRUCT& item) {
     if (drawn.Width() == 0) return;
     const HDC context = drawn.hDC();
     const ButtonState state = State(item.itemState);
-    const ButtonLook look =
-        LookOfButton({m_System.Resolved(m_Colors.Back), m_System.Resolved(m_Colors.Fore)}, state);
+    const ButtonLook look = LookOfButton({m_System.Resolved(m_Colors.Back), m_System.Resolved(m_Colors.Fore)}, state);
     PaintBeneath(context, face);
     {
         const Selected inside(context, GetStockObject(DC_BRUSH));
@@ -109,8 +109,7 @@ void Win32CommandButtonPeer::OnDraw(const DRAWITEMSTRUCT& item) {
 void Win32CommandButtonPeer::DrawCaption(HDC context, const RECT& face, Color color) const {
     const Selected font(context, m_Font->Get());
     std::wstring caption(static_cast<size_t>(GetWindowTextLengthW(Handle())), L'\0');
-    caption.resize(static_cast<size_t>(
-        GetWindowTextW(Handle(), caption.data(), static_cast<int>(caption.size()) + 1)));
+    caption.resize(static_cast<size_t>(GetWindowTextW(Handle(), caption.data(), static_cast<int>(caption.size()) + 1)));
     const auto length = static_cast<int>(caption.size());
     RECT room = face;
     InflateRect(&room, -CaptionMargin, -CaptionMargin);

@@ -100,8 +100,8 @@ void Win32FormPeer::OnPlaced() {
     RECT place{};
     GetWindowRect(Handle(), &place);
     const PixelRect pixels{static_cast<std::int32_t>(place.left), static_cast<std::int32_t>(place.top),
-                          static_cast<std::int32_t>(place.right - place.left),
-                          static_cast<std::int32_t>(place.bottom - place.top)};
+                           static_cast<std::int32_t>(place.right - place.left),
+                           static_cast<std::int32_t>(place.bottom - place.top)};
     // The program's own moves come back here; a size in twips need not be one of whole pixels and is left as it was
     // set.
     if (state == m_State && (minimized || pixels == m_Pixels)) return;

@@ -29,7 +29,8 @@ Win32LabelPeer::Win32LabelPeer(const Win32WindowSystem& system, Win32FormPeer& f
     // Without SS_NOTIFY the mouse would not find it, and it had no tip.
     : Win32ChildPeer(system, form, box,
                      {L"STATIC", SS_LEFT | SS_NOTIFY | WS_GROUP | (useMnemonic ? DWORD{0} : DWORD{SS_NOPREFIX})}),
-      Win32Subclass(system), m_Pointer(system, pointer),
+      Win32Subclass(system),
+      m_Pointer(system, pointer),
       m_Layout(LabelLayout | DT_END_ELLIPSIS | (useMnemonic ? 0U : UINT{DT_NOPREFIX})) {
     Attach(Handle());
 }
@@ -108,7 +109,8 @@ void Win32LabelPeer::DrawTextIn(HDC context) const {
     room.bottom = std::max(room.bottom, metrics.tmHeight);
     Color color = m_Colors.Fore;
     if (!IsWindowEnabled(Handle())) {
-        color = color.IsSystem() ? SystemColors::GrayText : Mixed(m_System.Resolved(m_Colors.Back), color, DisabledText);
+        color =
+            color.IsSystem() ? SystemColors::GrayText : Mixed(m_System.Resolved(m_Colors.Back), color, DisabledText);
     }
     SetTextColor(context, ToColorRef(color));
     SetBkMode(context, TRANSPARENT);
