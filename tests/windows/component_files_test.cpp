@@ -56,5 +56,23 @@ TEST(ComponentFiles, ErrorsOfDocumentsAreRaisedOnThisSide) {
     EXPECT_EQ(Raised([&] { document.Root()->Attribute(1); }), static_cast<std::int32_t>(ErrorNumber::Subscript));
 }
 
+// Two manifests, the compiler's and ours, would be none to the system.
+TEST(ProgramFiles, HoldOneManifestAndLibrariesNone) {
+    const auto manifests = [](const char* name) {
+        const auto count = [](HMODULE, LPCSTR, LPSTR, LONG_PTR total) -> BOOL {
+            ++*reinterpret_cast<int*>(total);
+            return TRUE;
+        };
+        const HMODULE file = LoadLibraryExW(BuiltProgram(name).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+        int total = file == nullptr ? -1 : 0;
+        EnumResourceNamesA(file, RT_MANIFEST, count, reinterpret_cast<LONG_PTR>(&total));
+        FreeLibrary(file);
+        return total;
+    };
+    for (const char* program : {"Trawlbeam.exe", "tbUpdater.exe", "tbprobe.exe", "components_test.exe"})
+        EXPECT_EQ(manifests(program), 1) << program;
+    EXPECT_EQ(manifests("tbXML.dll"), 0);
+}
+
 }  // namespace
 }  // namespace tb

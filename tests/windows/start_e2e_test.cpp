@@ -139,9 +139,10 @@ TEST(ProgramFile, HoldsTheSkinOfItsDeployment) {
     ASSERT_NE(file, nullptr);
     std::wstring skin;
     for (UINT id = 256; id <= 296; ++id) {
-        wchar_t room[5000];
-        const int length = LoadStringW(file, id, room, 5000);
-        skin.append(room, static_cast<size_t>(length));
+        const wchar_t* piece = nullptr;
+        // With no room given it tells where the string lies, however long.
+        const int length = LoadStringW(file, id, reinterpret_cast<wchar_t*>(&piece), 0);
+        skin.append(piece, static_cast<size_t>(length));
     }
     FreeLibrary(file);
     Win32Files files;

@@ -12,7 +12,7 @@ AGENT_ID = 101
 AGENT = "1"
 FIRST_ID = 256
 LAST_ID = 296
-PIECE = 3900
+PIECE = 60000
 ESCAPES = {'"': '""', "\\": "\\\\", "\n": "\\n", "\r": "\\r", "\t": "\\t"}
 
 

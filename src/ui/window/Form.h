@@ -21,7 +21,7 @@ public:
     static const ControlClass& StaticClass();
     const ControlClass& Class() const override { return StaticClass(); }
     Form* Parent() override { return this; }
-    std::shared_ptr<void> KeepAlive() override { return Control::KeepAlive(); }
+    std::shared_ptr<void> KeepAlive() override { return PointerControl::KeepAlive(); }
 
     // Raised by Load, when window and controls have their peers.
     Event<> LoadEvent;
