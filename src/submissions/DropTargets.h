@@ -25,8 +25,9 @@ public:
     using DragHandler = std::function<void(DragState)>;
 
     virtual ~DropTargets() = default;
-    // `drag`, which may be none, is told of what may be dropped here; a drop ends that without Leave. `drop` is called for each drop, with data that is there only until it returns; one drop at a time, though it may
-    // serve messages. It may end the registration. Error 51 when the system refuses.
+    // `drag`, which may be none, is told of what may be dropped here; a drop ends that without Leave. `drop` is called
+    // for each drop, with data that is there only until it returns; one drop at a time, though it may serve messages.
+    // It may end the registration. Error 51 when the system refuses.
     virtual std::unique_ptr<DropRegistration> Register(WindowHandle window, DropHandler drop,
                                                        DragHandler drag = {}) = 0;
 };

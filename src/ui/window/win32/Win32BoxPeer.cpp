@@ -55,8 +55,7 @@ LRESULT CALLBACK Win32BoxPeer::Procedure(HWND window, UINT message, WPARAM wPara
     // The message may end the box.
     const Win32WindowSystem& system = self->m_System;
     bool handled = false;
-    Trap([&] { handled = self->Dispatch(message, wParam); },
-         [&](const RuntimeError& error) { system.Failed(error); });
+    Trap([&] { handled = self->Dispatch(message, wParam); }, [&](const RuntimeError& error) { system.Failed(error); });
     if (handled) return TRUE;
     self->m_Pointer.OnMessage(window, message, lParam);
     return DefWindowProcW(window, message, wParam, lParam);

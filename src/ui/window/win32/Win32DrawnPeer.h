@@ -27,7 +27,8 @@ public:
 protected:
     template <typename... Arguments>
     Win32DrawnPeer(const Win32WindowSystem& system, PointerEvents& pointer, Arguments&&... arguments)
-        : Base(system, std::forward<Arguments>(arguments)...), m_Canvas(std::make_shared<Win32Canvas>(system)),
+        : Base(system, std::forward<Arguments>(arguments)...),
+          m_Canvas(std::make_shared<Win32Canvas>(system)),
           m_Pointer(system, pointer) {}
 
     std::shared_ptr<Win32Canvas> m_Canvas;

@@ -63,9 +63,11 @@ bool Win32FormPeer::Dispatch(UINT message, WPARAM wParam, LPARAM lParam, LRESULT
     case WM_MOUSEACTIVATE: result = MA_NOACTIVATE; return m_StaysInactive;
     case WM_SETFOCUS: return OnFocus();
     case WM_SETCURSOR: result = TRUE; return OnCursor(LOWORD(lParam));
+    case WM_SETTINGCHANGE:
+        if (wParam == SPI_SETHIGHCONTRAST) OnSystemColors();
+        return false;
     case WM_SYSCOLORCHANGE:
-    case WM_THEMECHANGED:
-    case WM_SETTINGCHANGE: OnSystemColors(); return false;
+    case WM_THEMECHANGED: OnSystemColors(); return false;
     case ColorsHaveChanged:
         m_ColorsHaveChanged = false;
         m_Events.SystemColorsChanged();
@@ -100,8 +102,8 @@ void Win32FormPeer::OnPlaced() {
     RECT place{};
     GetWindowRect(Handle(), &place);
     const PixelRect pixels{static_cast<std::int32_t>(place.left), static_cast<std::int32_t>(place.top),
-                          static_cast<std::int32_t>(place.right - place.left),
-                          static_cast<std::int32_t>(place.bottom - place.top)};
+                           static_cast<std::int32_t>(place.right - place.left),
+                           static_cast<std::int32_t>(place.bottom - place.top)};
     // The program's own moves come back here; a size in twips need not be one of whole pixels and is left as it was
     // set.
     if (state == m_State && (minimized || pixels == m_Pixels)) return;

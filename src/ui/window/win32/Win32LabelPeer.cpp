@@ -29,7 +29,8 @@ Win32LabelPeer::Win32LabelPeer(const Win32WindowSystem& system, Win32FormPeer& f
     // Without SS_NOTIFY the mouse would not find it, and it had no tip.
     : Win32ChildPeer(system, form, box,
                      {L"STATIC", SS_LEFT | SS_NOTIFY | WS_GROUP | (useMnemonic ? DWORD{0} : DWORD{SS_NOPREFIX})}),
-      Win32Subclass(system), m_Pointer(system, pointer),
+      Win32Subclass(system),
+      m_Pointer(system, pointer),
       m_Layout(LabelLayout | DT_END_ELLIPSIS | (useMnemonic ? 0U : UINT{DT_NOPREFIX})) {
     Attach(Handle());
 }
@@ -83,18 +84,13 @@ void Win32LabelPeer::OnPaint(HDC context) {
 }
 
 void Win32LabelPeer::Draw(HDC context, const RECT& area) const {
-    const auto left = static_cast<int>(area.left);
-    const auto top = static_cast<int>(area.top);
-    const pcMemDC drawn(static_cast<int>(area.right - area.left), static_cast<int>(area.bottom - area.top));
-    if (drawn.Width() == 0) return;
-    SetViewportOrgEx(drawn.hDC(), -left, -top, nullptr);
+    const Buffered buffered(context, area);
     if (m_IsTransparent) {
-        PaintBeneath(drawn.hDC(), area);
+        PaintBeneath(buffered.Context(), area);
     } else {
-        FillArea(drawn.hDC(), area, m_Colors.Back);
+        FillArea(buffered.Context(), area, m_Colors.Back);
     }
-    DrawTextIn(drawn.hDC());
-    drawn.Draw(context, left, top, 0, 0, left, top);
+    DrawTextIn(buffered.Context());
 }
 
 void Win32LabelPeer::DrawTextIn(HDC context) const {
@@ -108,7 +104,8 @@ void Win32LabelPeer::DrawTextIn(HDC context) const {
     room.bottom = std::max(room.bottom, metrics.tmHeight);
     Color color = m_Colors.Fore;
     if (!IsWindowEnabled(Handle())) {
-        color = color.IsSystem() ? SystemColors::GrayText : Mixed(m_System.Resolved(m_Colors.Back), color, DisabledText);
+        color =
+            color.IsSystem() ? SystemColors::GrayText : Mixed(m_System.Resolved(m_Colors.Back), color, DisabledText);
     }
     SetTextColor(context, ToColorRef(color));
     SetBkMode(context, TRANSPARENT);

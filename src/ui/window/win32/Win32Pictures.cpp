@@ -68,7 +68,8 @@ void DecodeBitmap(const Text& bytes, Picture& decoded) {
     SHORT kind = PICTYPE_NONE;
     OLE_HANDLE handle = 0;
     BITMAP bitmap{};
-    if (!picture || FAILED(picture->get_Type(&kind)) || kind != PICTYPE_BITMAP || FAILED(picture->get_Handle(&handle))) {
+    if (!picture || FAILED(picture->get_Type(&kind)) || kind != PICTYPE_BITMAP ||
+        FAILED(picture->get_Handle(&handle))) {
         return;
     }
     const auto object = reinterpret_cast<HGDIOBJ>(static_cast<INT_PTR>(static_cast<std::int32_t>(handle)));
@@ -110,8 +111,9 @@ PictureRef Decode(const Text& bytes, int dotsPerInch) {
 }  // namespace
 
 PictureRef DecodePicture(const Text& bytes, int dotsPerInch) noexcept {
-    return TrapOr(PictureRef(), [&] { return Decode(bytes, dotsPerInch); },
-                  [](const RuntimeError&) { /* without memory for it there is no picture */ });
+    return TrapOr(
+        PictureRef(), [&] { return Decode(bytes, dotsPerInch); },
+        [](const RuntimeError&) { /* without memory for it there is no picture */ });
 }
 
 }  // namespace tb
