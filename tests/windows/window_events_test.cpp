@@ -131,6 +131,7 @@ TEST_F(WindowEventsTest, ADragByTheCaptionTellsWhetherItMoved) {
 
 TEST_F(WindowEventsTest, KeysPressButtonsAndCloseWhatHasNone) {
     Text told;
+    bool isKept = false;
     auto& ok = m_Form.Add<CommandButton>("cmdOK");
     auto& cancel = m_Form.Add<CommandButton>("cmdCancel");
     Place(ok, 10, 10, 60, 24);
@@ -142,7 +143,7 @@ TEST_F(WindowEventsTest, KeysPressButtonsAndCloseWhatHasNone) {
     cancel.ClickEvent.Connect([&] { told += "cancel "; });
     m_Form.KeyDownEvent.Connect([&](const KeyPress& key, bool& handled) {
         told += std::to_string(key.Key) + " ";
-        handled = key.Key == 'C';
+        handled = key.Key == 'C' || isKept;
     });
     m_Form.Show();
     ASSERT_TRUE(Served([&] { return m_Form.IsForeground(); }));
@@ -164,6 +165,10 @@ TEST_F(WindowEventsTest, KeysPressButtonsAndCloseWhatHasNone) {
     EXPECT_EQ(Seen(10, 10), Blue) << "what lies beneath the corner";
     EXPECT_EQ(press('C'), "67 ");
     EXPECT_EQ(press(VK_RETURN), "13 ok ");
+    isKept = true;
+    press(VK_TAB);
+    EXPECT_EQ(GetFocus(), Child("BUTTON", 0)) << "whoever has seen the key before may keep it";
+    isKept = false;
     press(VK_TAB);
     EXPECT_EQ(GetFocus(), Child("BUTTON", 1));
     EXPECT_EQ(Seen(40, 10), borderOf(false)) << "the look goes with the focus";
