@@ -99,7 +99,7 @@ void tbSkin::ApplyWindow() {
     m_Form.SetAutoRedraw(true);
     SizeWindow();
     ColorWindow();
-    if (const PictureRef icon = SkinPictures(m_Form.Family()).Read(m_Skin.Builtin->Body())) m_Form.SetIcon(icon);
+    if (const PictureRef icon = m_Skin.Icon(m_Form.Family())) m_Form.SetIcon(icon);
 }
 
 void tbSkin::SizeWindow() {
@@ -206,8 +206,9 @@ void tbSkin::RoundFrame(std::int32_t left, std::int32_t top, std::int32_t right,
     if (surface == nullptr) return;
     surface->RoundRect({left + 1, top + 1}, {right + 1, bottom + 1}, radius, light);
     surface->RoundRect({left, top}, {right, bottom}, radius, dark);
-    surface->Line({left + 1, top + radius / 2}, {left + 1, bottom - radius / 2}, light);
-    surface->Line({left + radius / 2, top + 1}, {right - radius / 2, top + 1}, light);
+    const double half = radius / 2.0;
+    surface->Line({left + 1, RoundToInt32(top + half)}, {left + 1, RoundToInt32(bottom - half)}, light);
+    surface->Line({RoundToInt32(left + half), top + 1}, {RoundToInt32(right - half), top + 1}, light);
 }
 
 }  // namespace tb

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "SkinRig.h"
+#include "ui/window/CommandButton.h"
 #include "ui/window/Image.h"
 
 namespace tb {
@@ -153,15 +154,20 @@ TEST(tbSkin, SetsPropertiesAndCallsMethods) {
     const Text component =
         "<C name='LBL' Left='12.5' Top='abc' Visible='False' BackColor='2147483663' Nonsense='1' "
         "Width='1E9' Height='-1' Caption='{AppURL}' ForeColor=''/>";
-    rig.SetSkin(Window("<Components>" + component +
-                       "<C name='nobody' Left='1'/><C name='pic'><M Name='move'>"
-                       "<P Type='string'>30</P><P Type='String'>45</P></M><M Name='refused'>" +
-                       "<P/><P/><P/><P/><P/><P/><P/></M></C><C name='text'/></Components>" + Bar));
+    rig.SetSkin(Window(
+        "<Components>" + component +
+        "<C name='nobody' Left='1'/><C name='pic'><M Name='move'>"
+        "<P Type='string'>30</P><P Type='String'>45</P><P Type='string'>2147483647</P></M><M Name='refused'>" +
+        "<P/><P/><P/><P/><P/><P/><P/></M></C><C name='text'/><C name='cmd' Cancel='True' Enabled='0'/></Components>" +
+        Bar));
     SkinnedWindow window(rig, rig.Family);
     for (const std::int32_t index : {0, 1}) window.Add<Label>("lbl", index).Move(1, 2, 3, 4);
     window.Add<PictureBox>("pic");
     window.Add<Label>("text").SetCaption("{AppProductName}");
+    const auto& button = window.Add<CommandButton>("cmd");
     window.tbSkin1.DressWindow();
+    EXPECT_FALSE(button.Enabled());
+    EXPECT_FALSE(button.GetProperty("Cancel").AsBoolean()) << "Escape closes the window";
     for (const std::int32_t index : {0, 1}) {
         const Label& label = window.The<Label>("lbl", index);
         EXPECT_EQ(label.Bounds(), (TwipRect{12, 2, 19200, 4})) << "no wider than the screen";
@@ -169,8 +175,7 @@ TEST(tbSkin, SetsPropertiesAndCallsMethods) {
         EXPECT_EQ(label.BackColor(), SystemColors::ButtonFace);
         EXPECT_EQ(label.Caption(), "http://h/");
     }
-    EXPECT_EQ(window.The<PictureBox>("pic").Left(), 30);
-    EXPECT_EQ(window.The<PictureBox>("pic").Top(), 45);
+    EXPECT_EQ(window.The<PictureBox>("pic").Bounds(), (TwipRect{30, 45, 19200, 1215}));
     EXPECT_EQ(window.The<Label>("text").Caption(), "Trawlbeam") << "tokens are expanded even so";
     EXPECT_EQ(rig.Log.Take(), std::vector<Text>{}) << "seven parameters call nothing";
     for (const char* method : {"<M Name='Skin'/>", "<M Name='Unload'/>", "<M Name='Move'/>"}) {
