@@ -72,6 +72,7 @@ void tbSkin::Skin() {
     dresser.BuildGraphics(m_Skin.Override);
     dresser.ApplyComponents(m_Skin.Builtin);
     dresser.ApplyComponents(m_Skin.Override);
+    m_Radius = EdgeRadius();
     ShapeWindow();
     if (!m_Bar) return;
     Timer1.SetEnabled(true);
@@ -128,11 +129,15 @@ void tbSkin::Place() {
 }
 
 void tbSkin::ShapeWindow() {
-    const FrameSizes sizes{{m_Form.Width(), m_Form.Height()}, {m_Form.ScaleWidth(), m_Form.ScaleHeight()}};
-    const WindowShape shape = ShapeOf(sizes, EdgeRadius(), m_Form.Family().Scale());
+    const WindowShape shape = Shape();
     const ShapeEdges& region = shape.Region;
     m_Form.SetRoundRegion({region.Left, region.Top}, {region.Right, region.Bottom}, shape.Radius);
     DrawBorder(shape);
+}
+
+WindowShape tbSkin::Shape() const {
+    const FrameSizes sizes{{m_Form.Width(), m_Form.Height()}, {m_Form.ScaleWidth(), m_Form.ScaleHeight()}};
+    return ShapeOf(sizes, m_Radius, m_Form.Family().Scale());
 }
 
 std::int32_t tbSkin::EdgeRadius() {
@@ -165,7 +170,7 @@ void tbSkin::SystemColorsChanged() {
             [this] {
                 ColorWindow();
                 RefreshCaption();
-                ShapeWindow();
+                DrawBorder(Shape());
                 SkinDresser dresser(m_App, m_Form);
                 dresser.ApplyColors(m_Skin.Builtin);
                 dresser.ApplyColors(m_Skin.Override);

@@ -215,7 +215,7 @@ TEST(tbSkin, BearsHostileSkins) {
     EXPECT_EQ(window.Find("uiPic100"), nullptr) << "so many pictures and no more";
     EXPECT_NE(window.The<Image>("uiPic0").GetPicture(), nullptr);
     EXPECT_EQ(window.The<Image>("uiPic99").GetPicture(), nullptr) << "more than a few screens show";
-    EXPECT_EQ(rig.Log.Take(), (std::vector<Text>(2, "0 frmMessage Skin: EdgeRadius is no number: round")));
+    EXPECT_EQ(rig.Log.Take(), (std::vector<Text>{"0 frmMessage Skin: EdgeRadius is no number: round"}));
     EXPECT_EQ(rig.Calls("form1.region").substr(0, 30), "form1.region 0,0 1280,100 0, f") << "square";
     // The smallest window can be found and closed.
     rig.SetSkin(Window("", "Height='-1' Width='1'"));
