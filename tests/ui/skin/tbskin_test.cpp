@@ -311,35 +311,36 @@ TEST(ucX, FollowsTheMouse) {
     EXPECT_EQ(box.Width(), 30);
     int clicks = 0;
     box.ClickEvent.Connect([&] { ++clicks; });
-    const auto shown = [&] { return box.Surface()->GetPixel({0, 0}).Bits(); };
-    const TwipPoint in{0, 0};
-    const TwipPoint out{30, 0};
-    EXPECT_EQ(shown(), 1);
+    const auto move = [&](Twips x) { mouse->Moved({x, 0}); };
+    const auto press = [&](MouseButton button) { mouse->Pressed(button, {0, 0}); };
+    const auto release = [&](MouseButton button) { mouse->Released(button, {0, 0}); };
     EXPECT_EQ(box.Surface()->GetPixel({1, 0}), Color(0x111111)) << "the bar beneath";
-    box.InActive();
-    EXPECT_EQ(shown(), 4);
-    rig.Windows.Take();
-    mouse->Moved(in);
-    EXPECT_EQ(shown(), 3);
-    EXPECT_NE(rig.Calls(".capture"), "");
-    mouse->Pressed(MouseButton::Left, in);
-    EXPECT_EQ(shown(), 2);
-    mouse->Moved(out);
-    EXPECT_EQ(shown(), 1);
-    EXPECT_NE(rig.Calls(".release"), "");
-    mouse->Moved(in);
-    mouse->Released(MouseButton::Left, in);
-    EXPECT_EQ(clicks, 0) << "it was not pressed here";
-    mouse->Moved(in);
-    mouse->Pressed(MouseButton::Right, in);
-    mouse->Released(MouseButton::Right, in);
-    EXPECT_EQ(clicks, 0);
-    mouse->Pressed(MouseButton::Left, in);
-    mouse->CaptureLost();
-    EXPECT_EQ(shown(), 1);
-    mouse->Pressed(MouseButton::Left, in);
-    mouse->Released(MouseButton::Left, in);
-    EXPECT_EQ(clicks, 1);
+    const struct {
+        std::function<void()> Act;
+        int Shown;
+        int Clicks;
+        const char* Capture;
+    } steps[] = {{[&] { box.InActive(); }, 4, 0, ""},
+                 {[&] { box.Active(); }, 1, 0, ""},
+                 {[&] { move(0); }, 3, 0, ".capture"},
+                 {[&] { press(MouseButton::Left); }, 2, 0, ""},
+                 {[&] { move(30); }, 1, 0, ".release"},
+                 {[&] { move(29), release(MouseButton::Left); }, 1, 0, ".capture.release"},
+                 {[&] { move(0), press(MouseButton::Right), release(MouseButton::Right); }, 3, 0, ".capture"},
+                 {[&] { press(MouseButton::Left), mouse->CaptureLost(); }, 1, 0, ".release"},
+                 {[&] { press(MouseButton::Left), release(MouseButton::Left); }, 1, 1, ".release"}};
+    for (const auto& step : steps) {
+        rig.Windows.Take();
+        step.Act();
+        Text captures;
+        for (const Text& call : rig.Windows.Calls) {
+            const Text what = call.substr(call.rfind('.'));
+            if (what == ".capture" || what == ".release") captures += what;
+        }
+        EXPECT_EQ(captures, step.Capture) << &step - steps;
+        EXPECT_EQ(box.Surface()->GetPixel({0, 0}), Color(step.Shown)) << &step - steps;
+        EXPECT_EQ(clicks, step.Clicks) << &step - steps;
+    }
 }
 
 }  // namespace
