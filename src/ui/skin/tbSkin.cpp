@@ -5,10 +5,8 @@
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "ui/skin/ContrastColors.h"
-#include "ui/skin/Lighten.h"
 #include "ui/skin/SkinDresser.h"
 #include "ui/skin/SkinPictures.h"
-#include "ui/skin/WindowShape.h"
 #include "ui/window/ControlTable.h"
 
 namespace tb {
