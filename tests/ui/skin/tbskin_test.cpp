@@ -27,13 +27,15 @@ const Text Bar =
 
 TEST(tbSkin, GivesAWindowItsBarAndBorder) {
     WindowRig rig;
-    rig.SetSkin(Window(Bar + "<Text/>", "FormBackColor='9' Border1='10' Border2='11'"));
+    rig.SetSkin(Window(PictureText("ICON") + Bar, "FormBackColor='9' Border1='10' Border2='11'"));
     SkinnedWindow window(rig, rig.Family);
     tbSkin& skin = window.tbSkin1;
     skin.Skin();
     EXPECT_EQ(window.BorderStyle(), 0);
     EXPECT_EQ(window.BackColor(), Color(9));
     EXPECT_EQ(window.FillColor(), Color(9));
+    ASSERT_NE(window.Icon(), nullptr);
+    EXPECT_EQ(window.Icon()->Kind, PictureKind::Icon);
     EXPECT_EQ(skin.Bounds(), (TwipRect{30, 45, 338 * 15, 375}));
     EXPECT_EQ(skin.ucX1.Bounds(), (TwipRect{314 * 15, 3 * 15, 240, 240}));
     EXPECT_TRUE(skin.ucX1.Visible());
