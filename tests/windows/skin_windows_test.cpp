@@ -88,7 +88,7 @@ protected:
 };
 
 TEST_F(SkinnedWindowTest, ShowsBarBorderAndLookByThePixel) {
-    if (m_Forms.Scale().ToPixels(1440) != 96) GTEST_SKIP() << "the pixels are those of 96 dots an inch";
+    ASSERT_EQ(m_Forms.Scale().ToPixels(1440), 96) << "the pixels below are those of 96 dots an inch";
     SetSkin(
         "<Caption CaptionHeight='375' Close='1' CaptionTopColor1='255' CaptionTopColor2='65280' "
         "CaptionTopColor3='16711680' CaptionLineColor1='65535' CaptionLineColor2='16776960' CaptionBackColor='1'>" +
