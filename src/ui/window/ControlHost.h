@@ -15,9 +15,13 @@ public:
     // 727 when the name is taken, 360 when the index is.
     template <typename Type>
     Type& Add(const Text& name, std::int32_t index = NoIndex, Control* container = nullptr) {
-        Control& self = HostControl();
-        return static_cast<Type&>(AddControl(std::make_shared<Type>(
-            ControlPlace{self.Parent(), name, index, container != nullptr ? container : &self, this})));
+        return static_cast<Type&>(AddControl(std::make_shared<Type>(PlaceOf(name, index, container))));
+    }
+    // The same for one that is made of more than its place.
+    template <typename Type, typename... More>
+    Type& AddWith(const Text& name, More&&... more) {
+        return static_cast<Type&>(
+            AddControl(std::make_shared<Type>(PlaceOf(name, NoIndex, nullptr), std::forward<More>(more)...)));
     }
     // Takes a control, and those that it holds, out of the list. Safe inside its own event.
     void Remove(Control& control);
@@ -36,6 +40,10 @@ protected:
     void DropPeersOfControls() noexcept;
 
 private:
+    ControlPlace PlaceOf(const Text& name, std::int32_t index, Control* container) {
+        Control& self = HostControl();
+        return {self.Parent(), name, index, container != nullptr ? container : &self, this};
+    }
     Control& AddControl(const std::shared_ptr<Control>& control);
 
     std::vector<std::shared_ptr<Control>> m_Controls;
