@@ -21,28 +21,20 @@
 namespace tb {
 namespace {
 
-// A bitmap file of one colour, 0x00BBGGRR, as a skin has it.
-Text PlainBitmap(std::int32_t width, std::int32_t height, std::int32_t color) {
-    constexpr size_t HeaderSize = 54;
-    const size_t row = (static_cast<size_t>(width) * 3 + 3) / 4 * 4;
-    Text file(HeaderSize + row * static_cast<size_t>(height), '\0');
+// A bitmap file of one colour, 0x00BBGGRR, as a skin has it: all bits are 0, the first of its two colours.
+Text PlainBitmap(std::int32_t width, std::int32_t height, Color color) {
+    constexpr size_t Bits = 62;
+    Text file(Bits + static_cast<size_t>((width + 31) / 32 * 4 * height), '\0');
     file.replace(0, 2, "BM");
-    const auto put = [&](size_t at, size_t value, size_t count) { PutLittleEndian(value, file.data() + at, count); };
-    put(2, file.size(), 4);
-    put(10, HeaderSize, 4);
-    put(14, 40, 4);
-    put(18, static_cast<size_t>(width), 4);
-    put(22, static_cast<size_t>(height), 4);
-    put(26, 1, 2);
-    put(28, 24, 2);
-    const Color pixel(color);
-    for (size_t y = 0; y < static_cast<size_t>(height); ++y) {
-        for (size_t x = 0; x < static_cast<size_t>(width); ++x) {
-            file[HeaderSize + y * row + x * 3] = static_cast<char>(pixel.Blue());
-            file[HeaderSize + y * row + x * 3 + 1] = static_cast<char>(pixel.Green());
-            file[HeaderSize + y * row + x * 3 + 2] = static_cast<char>(pixel.Red());
-        }
-    }
+    const auto put = [&](size_t at, std::int32_t value) {
+        PutLittleEndian(static_cast<std::uint32_t>(value), file.data() + at, 4);
+    };
+    put(10, Bits);
+    put(14, 40);
+    put(18, width);
+    put(22, height);
+    put(26, 0x10001);
+    put(54, color.Red() << 16 | color.Green() << 8 | color.Blue());
     return Base64Encode(file);
 }
 
@@ -96,7 +88,7 @@ protected:
 };
 
 TEST_F(SkinnedWindowTest, ShowsBarBorderAndLookByThePixel) {
-    if (m_Forms.Scale().ToPixels(1440) != 96) GTEST_SKIP() << "the pixels are those of 96 dots an inch";
+    ASSERT_EQ(m_Forms.Scale().ToPixels(1440), 96) << "the pixels below are those of 96 dots an inch";
     SetSkin(
         "<Caption CaptionHeight='375' Close='1' CaptionTopColor1='255' CaptionTopColor2='65280' "
         "CaptionTopColor3='16711680' CaptionLineColor1='65535' CaptionLineColor2='16776960' CaptionBackColor='1'>" +

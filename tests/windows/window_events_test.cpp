@@ -192,8 +192,10 @@ TEST_F(WindowEventsTest, KeysPressButtonsAndCloseWhatHasNone) {
 
 TEST_F(WindowEventsTest, NewColoursOfTheSystemAreToldOnce) {
     int told = 0;
+    auto& box = m_Form.Add<PictureBox>("pic");
     m_Form.SystemColorsEvent.Connect([&] { ++told; });
     m_Form.Show();
+    for (Surface* const surface : {m_Form.Surface(), box.Surface()}) surface->SetPixel({1, 1}, Red);
     SendMessageW(Window(), WM_SETTINGCHANGE, SPI_SETWORKAREA, 0);
     ServeWaitingMessages();
     EXPECT_EQ(told, 0);
@@ -202,6 +204,8 @@ TEST_F(WindowEventsTest, NewColoursOfTheSystemAreToldOnce) {
     ASSERT_TRUE(Served([&] { return told > 0; }));
     ServeWaitingMessages();
     EXPECT_EQ(told, 1);
+    EXPECT_EQ(m_Form.Surface()->GetPixel({1, 1}), Red);
+    EXPECT_EQ(box.Surface()->GetPixel({1, 1}), m_System.Resolved(box.BackColor())) << "its ground is another one";
     EXPECT_EQ(m_System.Resolved(SystemColors::ButtonFace).Bits(),
               static_cast<std::int32_t>(GetSysColor(COLOR_BTNFACE)));
     EXPECT_EQ(m_System.Resolved(Red), Red);
