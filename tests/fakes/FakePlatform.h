@@ -68,7 +68,8 @@ public:
         if (found == Customs.end()) throw RuntimeError(326, "Resource with identifier '" + name + "' not found");
         return found->second;
     }
-    Text Icon(std::int32_t id) override { return "icon " + std::to_string(id); }
+    // What the fake windows decode as a picture in the colour of that number.
+    Text Icon(std::int32_t id) override { return "32x32 " + std::to_string(id); }
     std::map<std::int32_t, Text> Strings{
         {101, "1"}, {96, "256-257"}, {256, "<SKIN URL='http://home.example/'>"}, {257, "</SKIN>"}};
     std::map<Text, Text> Customs{{"CLICK", "click"}, {"ALERT", "alert"}};

@@ -15,7 +15,6 @@ constexpr Twips BesideIcon = 180;
 // Between text and buttons.
 constexpr Twips LeastGap = 135;
 constexpr Twips BetweenButtons = 105;
-constexpr Twips SkinExtraPixels = 4;
 constexpr size_t Measured = 600;
 // No screen shows more.
 constexpr size_t LongestPrompt = 65536;
@@ -67,7 +66,6 @@ MessageLayout LayOutMessage(const MessageDesign& design, const MessageSurroundin
     MessageLayout layout;
     layout.Window.Width = std::clamp(wanted, Narrowest, Widest);
     const Twips inner = layout.Window.Width - design.Frame.Width;
-    layout.SkinWidth = inner + SkinExtraPixels * around.Pixel;
     layout.Label.Left = hasIcon ? behindIcon + BesideIcon : Margin;
     layout.Label.Top = design.Label.Top;
     layout.Label.Width = inner - (hasIcon ? behindIcon + 3 * Margin : 2 * Margin);

@@ -29,7 +29,6 @@ struct MessageDesign {
 struct MessageSurroundings {
     // The system's border and the frame of its dialogs, once each.
     Twips FrameX = 0;
-    Twips Pixel = 15;
     // No window is higher.
     Twips Highest = 11520;
 };
@@ -37,7 +36,6 @@ struct MessageSurroundings {
 struct MessageLayout {
     // With its frame.
     TwipSize Window;
-    Twips SkinWidth = 0;
     TwipRect Label;
     TwipRect Buttons;
     // In the area of the buttons.

@@ -145,7 +145,7 @@ void frmMessage::LayOut(const Text& prompt) {
     const TwipScale scale = Family().Scale();
     Machine& machine = m_App.System.Machine;
     const MessageSurroundings around{scale.ToTwips(machine.Metric(BorderMetric) + machine.Metric(FrameMetric)),
-                                     scale.ToTwips(1), screen.Room.Height};
+                                     screen.Room.Height};
     const MessageLayout layout = LayOutMessage(
         design, around, prompt, picIcon.Visible(), m_ButtonText.size(),
         [this](const Text& text, Twips width) { return Family().MeasureText(text, lblMessage.Font(), width); });
@@ -153,7 +153,6 @@ void frmMessage::LayOut(const Text& prompt) {
     Move(place.X, place.Y, layout.Window.Width, layout.Window.Height);
     // The middle of the whole screen may lie under a bar of the system's.
     KeepOnScreen();
-    tbSkin1.SetWidth(layout.SkinWidth);
     tbSkin1.FitWindow();
     lblMessage.Move(layout.Label.Left, layout.Label.Top, layout.Label.Width, layout.Label.Height);
     lblMessage.SetCaption(layout.Prompt);

@@ -25,7 +25,7 @@ constexpr MessageDesign Design{{5145, 1500},        {0, 0},     {180, 240, 480, 
                                {0, 900, 5145, 600}, {1095, 375}};
 
 MessageLayout LayOut(Twips textWidth, bool hasIcon, size_t buttons = 1, Twips textHeight = 195) {
-    return LayOutMessage(Design, {60, 15, 11520}, "x", hasIcon, buttons, [=](const Text&, Twips) {
+    return LayOutMessage(Design, {60, 11520}, "x", hasIcon, buttons, [=](const Text&, Twips) {
         return TwipSize{textWidth, textHeight};
     });
 }
@@ -76,11 +76,10 @@ TEST(MessageLayout, FollowsTheWidthOfTheText) {
         const MessageLayout layout = LayOut(given.Text, given.HasIcon);
         EXPECT_EQ(layout.Window, (TwipSize{given.Window, 1500})) << given.Text;
         EXPECT_EQ(layout.Label, (TwipRect{given.Left, 240, given.Width, 195})) << given.Text;
-        EXPECT_EQ(layout.SkinWidth, given.Window + 60);
         EXPECT_EQ(layout.Buttons.Width, given.Window);
     }
     // What lies behind 600 characters does not widen it.
-    EXPECT_EQ(LayOutMessage(Design, {60, 15, 11520}, Text(600, '\n') + Text(80, 'x'), false, 1, Measure).Window.Width,
+    EXPECT_EQ(LayOutMessage(Design, {60, 11520}, Text(600, '\n') + Text(80, 'x'), false, 1, Measure).Window.Width,
               5145);
 }
 
@@ -99,9 +98,7 @@ TEST(MessageLayout, PlacesTheButtonsBelowTheText) {
 }
 
 TEST(MessageLayout, KeepsTheWindowOnTheScreen) {
-    const auto lay = [](const Text& prompt) {
-        return LayOutMessage(Design, {60, 15, 11520}, prompt, true, 2, Measure);
-    };
+    const auto lay = [](const Text& prompt) { return LayOutMessage(Design, {60, 11520}, prompt, true, 2, Measure); };
     for (const Text& prompt : {Text(20000, 'x'), Text(200000, '\n')}) {
         const MessageLayout layout = lay(prompt);
         EXPECT_LE(layout.Window.Height, 11520);

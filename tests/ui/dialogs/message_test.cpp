@@ -58,6 +58,8 @@ TEST(MessageBox, ShowsTheMessageAndItsButtons) {
             EXPECT_EQ(box.lblMessage.Caption(), "R&D?");
             EXPECT_FALSE(box.lblMessage.UseMnemonic());
             EXPECT_TRUE(box.picIcon.Visible());
+            EXPECT_EQ(box.picIcon.GetPicture()->Pixels[0], 0xFF000122U) << "the program's icon 122";
+            EXPECT_GT(rig.Button(1).Left(), rig.Button(0).Left() + rig.Button(0).Width());
             EXPECT_TRUE(rig.Button(1).Default());
             EXPECT_TRUE(rig.Button(2).Cancel());
             EXPECT_EQ(rig.Button(3).Caption(), "&Help");
@@ -103,6 +105,13 @@ TEST(MessageBox, StaysOpenForAButtonThatDoesNotCloseIt) {
     };
     box->ShowMessage("y");
     EXPECT_EQ(box->SelectedButton(), 0);
+    box->ButtonText({"A", "B"});
+    box->MessageTitle("later");
+    rig.Act = [&] {
+        EXPECT_TRUE(rig.Button(1).Visible());
+        EXPECT_EQ(box->Caption(), "later");
+    };
+    box->ShowMessage("z");
     EXPECT_TRUE(rig.Program.ModalDialogOpen()) << "until it is unloaded";
     box->Unload();
     EXPECT_FALSE(rig.Program.ModalDialogOpen());
@@ -143,6 +152,7 @@ TEST(MessageBox, WearsTheSkin) {
         std::set<std::int32_t> found;
         rig.Ask(MessageButtons::YesNo, [&] {
             const frmMessage& box = rig.Open();
+            EXPECT_EQ(box.ScaleHeight(), 1965) << "as designed, with a frame or without";
             for (const VisualControl* part : std::initializer_list<const VisualControl*>{
                      &box, &box.lblMessage, &box.picIcon, &box.picButtons, &rig.Button(1)}) {
                 found.insert(part->BackColor().Bits());
