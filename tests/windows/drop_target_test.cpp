@@ -135,6 +135,26 @@ TEST_F(DropTargetTest, TheSourceIsNeverToldToDelete) {
     });
 }
 
+TEST_F(DropTargetTest, ADragIsToldUntilItLeavesOrDrops) {
+    Text told;
+    const auto note = [&](DragState state) { told += std::to_string(static_cast<int>(state)); };
+    const ComPointer<IDropTarget> target(
+        new Win32DropTarget([&](DropData&) { told += "d"; }, [](const RuntimeError&) {}, note));
+    const auto drag = [&](DWORD allowed, bool drops) {
+        told.clear();
+        DWORD effect = allowed;
+        target->DragEnter(m_Offered.Get(), 0, {}, &effect);
+        effect = allowed;
+        target->DragOver(0, {}, &effect);
+        effect = allowed;
+        drops ? target->Drop(m_Offered.Get(), 0, {}, &effect) : target->DragLeave();
+        return told;
+    };
+    EXPECT_EQ(drag(DROPEFFECT_COPY, false), "021");
+    EXPECT_EQ(drag(DROPEFFECT_COPY, true), "02d");
+    EXPECT_EQ(drag(DROPEFFECT_MOVE, false), "") << "it will not be taken";
+}
+
 // The window goes, and another drop comes, while the first one is handled.
 TEST_F(DropTargetTest, ADropOutlivesItsRegistration) {
     m_Offered->Blocks[CF_TEXT] = "http://a";

@@ -56,7 +56,7 @@ void Win32Canvas::SetPicture(const PictureRef& picture) {
 
 void Win32Canvas::Sized() {
     // A minimised window has no room, and gets back what it had.
-    if (m_Window == nullptr || IsIconic(GetAncestor(m_Window, GA_ROOT))) return;
+    if (m_Window == nullptr || IsIconic(m_Window)) return;
     if (m_Surface) m_Surface->SetSize(Room());
     Touch(Everything());
 }

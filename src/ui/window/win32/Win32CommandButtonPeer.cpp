@@ -85,25 +85,26 @@ ButtonState Win32CommandButtonPeer::State(UINT itemState) const {
 
 void Win32CommandButtonPeer::OnDraw(const DRAWITEMSTRUCT& item) {
     RECT face{};
+    RECT seen{};
     GetClientRect(Handle(), &face);
-    const pcMemDC drawn(static_cast<int>(face.right), static_cast<int>(face.bottom));
-    if (drawn.Width() == 0) return;
-    const HDC context = drawn.hDC();
+    GetClipBox(item.hDC, &seen);
+    if (!IntersectRect(&seen, &seen, &face)) return;
+    const Buffered buffered(item.hDC, seen);
+    const HDC context = buffered.Context();
     const ButtonState state = State(item.itemState);
     const ButtonLook look = LookOfButton({m_System.Resolved(m_Colors.Back), m_System.Resolved(m_Colors.Fore)}, state);
-    PaintBeneath(context, face);
+    PaintBeneath(context, seen);
     {
         const Selected inside(context, GetStockObject(DC_BRUSH));
         const Selected outline(context, GetStockObject(DC_PEN));
         SetDCBrushColor(context, ToColorRef(look.Face));
         SetDCPenColor(context, ToColorRef(look.Border));
-        RoundRect(context, 0, 0, drawn.Width(), drawn.Height(), Corner, Corner);
+        RoundRect(context, 0, 0, static_cast<int>(face.right), static_cast<int>(face.bottom), Corner, Corner);
     }
     RECT inner = face;
     InflateRect(&inner, -FocusMargin, -FocusMargin);
     if (state.Focused && m_Form.KeyboardInUse()) DrawRoundRect(context, inner, Corner / 2, look.Border);
     DrawCaption(context, face, look.Text);
-    drawn.Draw(item.hDC, 0, 0, 0, 0, 0, 0);
 }
 
 void Win32CommandButtonPeer::DrawCaption(HDC context, const RECT& face, Color color) const {

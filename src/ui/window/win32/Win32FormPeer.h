@@ -14,6 +14,9 @@ public:
     // Error 51 when there is no desktop to make windows on.
     Win32FormPeer(const Win32WindowSystem& system, FormEvents& events, PointerEvents& pointer);
 
+    // No message reaches it while what it holds goes.
+    ~Win32FormPeer() override { SetWindowLongPtrW(Handle(), GWLP_USERDATA, 0); }
+
     WindowHandle Window() const override;
     TwipSize ClientSize() const override;
     void SetBounds(const TwipRect& bounds) override;

@@ -63,9 +63,11 @@ bool Win32FormPeer::Dispatch(UINT message, WPARAM wParam, LPARAM lParam, LRESULT
     case WM_MOUSEACTIVATE: result = MA_NOACTIVATE; return m_StaysInactive;
     case WM_SETFOCUS: return OnFocus();
     case WM_SETCURSOR: result = TRUE; return OnCursor(LOWORD(lParam));
+    case WM_SETTINGCHANGE:
+        if (wParam == SPI_SETHIGHCONTRAST) OnSystemColors();
+        return false;
     case WM_SYSCOLORCHANGE:
-    case WM_THEMECHANGED:
-    case WM_SETTINGCHANGE: OnSystemColors(); return false;
+    case WM_THEMECHANGED: OnSystemColors(); return false;
     case ColorsHaveChanged:
         m_ColorsHaveChanged = false;
         m_Events.SystemColorsChanged();

@@ -84,18 +84,13 @@ void Win32LabelPeer::OnPaint(HDC context) {
 }
 
 void Win32LabelPeer::Draw(HDC context, const RECT& area) const {
-    const auto left = static_cast<int>(area.left);
-    const auto top = static_cast<int>(area.top);
-    const pcMemDC drawn(static_cast<int>(area.right - area.left), static_cast<int>(area.bottom - area.top));
-    if (drawn.Width() == 0) return;
-    SetViewportOrgEx(drawn.hDC(), -left, -top, nullptr);
+    const Buffered buffered(context, area);
     if (m_IsTransparent) {
-        PaintBeneath(drawn.hDC(), area);
+        PaintBeneath(buffered.Context(), area);
     } else {
-        FillArea(drawn.hDC(), area, m_Colors.Back);
+        FillArea(buffered.Context(), area, m_Colors.Back);
     }
-    DrawTextIn(drawn.hDC());
-    drawn.Draw(context, left, top, 0, 0, left, top);
+    DrawTextIn(buffered.Context());
 }
 
 void Win32LabelPeer::DrawTextIn(HDC context) const {

@@ -6,6 +6,13 @@
 
 namespace tb {
 
+namespace {
+
+// Pixels; a larger one does without what stands beneath it.
+constexpr LONG LongestSide = 2000;
+
+}  // namespace
+
 Win32OptionButtonPeer::Win32OptionButtonPeer(const Win32WindowSystem& system, Win32FormPeer& form, BoxPeer* box,
                                              ButtonEvents& events)
     : Win32ChildPeer(system, form, box, {L"BUTTON", BS_AUTORADIOBUTTON}), m_Events(events) {
@@ -28,6 +35,7 @@ HBRUSH Win32OptionButtonPeer::OnColor(HDC context) {
     if (!m_Colors.Back.IsSystem()) return plain;
     RECT client{};
     GetClientRect(Handle(), &client);
+    if (client.right > LongestSide || client.bottom > LongestSide) return plain;
     pcMemDC ground(static_cast<int>(client.right), static_cast<int>(client.bottom));
     if (ground.Width() == 0) return plain;
     PaintBeneath(ground.hDC(), client);

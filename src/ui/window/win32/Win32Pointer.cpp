@@ -58,7 +58,7 @@ void Win32Pointer::Dispatch(HWND window, UINT message, LPARAM lParam) {
     case WM_CAPTURECHANGED:
         if (!m_HasCapture) break;
         m_HasCapture = false;
-        if (m_IsOver) Watch(window);
+        FindOut(window);
         m_Events.CaptureLost();
         break;
     default: break;
@@ -79,8 +79,13 @@ void Win32Pointer::SetCapture(HWND window, bool capture) {
         return;
     }
     ReleaseCapture();
-    // The mouse may have gone meanwhile.
-    if (m_IsOver) Watch(window);
+    FindOut(window);
+}
+
+void Win32Pointer::FindOut(HWND window) const {
+    POINT mouse{};
+    GetCursorPos(&mouse);
+    if (m_IsOver && WindowFromPoint(mouse) != window) PostMessageW(window, WM_MOUSELEAVE, 0, 0);
 }
 
 }  // namespace tb

@@ -23,6 +23,8 @@ private:
     void Dispatch(HWND window, UINT message, LPARAM lParam);
     // The system tells once that the mouse has left.
     void Watch(HWND window);
+    // While it had the capture, the mouse may have left unseen.
+    void FindOut(HWND window) const;
 
     const Win32WindowSystem& m_System;
     PointerEvents& m_Events;

@@ -47,6 +47,7 @@ void Win32Surface::Clear() {
 }
 
 void Win32Surface::Fill(const PixelRect& area, Color color) {
+    if (area.Width <= 0 || area.Height <= 0) return;
     const RECT filled = ToRect(Near(area));
     FillArea(Context(), filled, color);
     m_Changed(filled);
@@ -62,7 +63,7 @@ void Win32Surface::Line(PixelPoint from, PixelPoint to, Color color) {
 void Win32Surface::RoundRect(PixelPoint from, PixelPoint to, std::int32_t corner, Color color) {
     from = Near(from);
     to = Near(to);
-    const RECT outline{from.X, from.Y, to.X, to.Y};
+    const RECT outline{std::min(from.X, to.X), std::min(from.Y, to.Y), std::max(from.X, to.X), std::max(from.Y, to.Y)};
     DrawRoundRect(Context(), outline, Near(corner), color);
     m_Changed(outline);
 }

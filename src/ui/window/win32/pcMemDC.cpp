@@ -77,6 +77,16 @@ bool pcMemDC::Draw(HDC target, std::int32_t sourceLeft, std::int32_t sourceTop, 
                   sourceLeft, sourceTop, SRCCOPY) != FALSE;
 }
 
+Buffered::Buffered(HDC target, const RECT& area)
+    : m_Target(target),
+      m_Left(static_cast<int>(area.left)),
+      m_Top(static_cast<int>(area.top)),
+      m_Drawn(static_cast<int>(area.right - area.left), static_cast<int>(area.bottom - area.top)) {
+    SetViewportOrgEx(Context(), -m_Left, -m_Top, nullptr);
+}
+
+Buffered::~Buffered() { m_Drawn.Draw(m_Target, m_Left, m_Top, 0, 0, m_Left, m_Top); }
+
 PixelDC::PixelDC(std::int32_t width, std::int32_t height) : PixelDC(width, height, nullptr) {}
 
 PixelDC::PixelDC(std::int32_t width, std::int32_t height, std::uint32_t* pixels)

@@ -81,6 +81,24 @@ private:
     std::uint32_t* m_Pixels = nullptr;
 };
 
+// What is drawn on its context is seen on `target` when it goes, all at once; both count places alike. Draws nothing
+// when there is no memory for the area.
+class Buffered {
+public:
+    Buffered(HDC target, const RECT& area);
+    Buffered(const Buffered&) = delete;
+    Buffered& operator=(const Buffered&) = delete;
+    ~Buffered();
+
+    HDC Context() const { return m_Drawn.hDC(); }
+
+private:
+    HDC m_Target;
+    int m_Left;
+    int m_Top;
+    pcMemDC m_Drawn;
+};
+
 // Selects an object into a context for the length of a scope.
 class Selected {
 public:
