@@ -1,17 +1,27 @@
-"""Reads the colours of a skin, `colours.ini`."""
+"""Reads what a skin chooses, `colours.ini`, and reckons with colours."""
 import configparser
 import re
 
 from shapes import clamped
 
 
-def read_colours(file):
-    """Name to (red, green, blue). A colour is `#RRGGBB`, or `NAME at N`: an earlier one's hue at a lightness of N per cent."""
+def read_choices(file):
+    """The colours, (red, green, blue) by name, and the whole numbers by name.
+
+    A colour is `#RRGGBB`, or `NAME at N`: an earlier one's hue at a lightness of N per cent.
+    """
     parser = configparser.ConfigParser(interpolation=None)
-    with open(file, encoding="utf-8") as lines:
-        parser.read_file(lines)
+    try:
+        with open(file, encoding="utf-8") as lines:
+            parser.read_file(lines)
+        return _colours(parser["colours"], file), {name: int(text) for name, text in parser["numbers"].items()}
+    except (OSError, ValueError, KeyError, configparser.Error) as error:
+        raise SystemExit(f"{file}: {error}")
+
+
+def _colours(section, file):
     colours = {}
-    for name, text in parser["colours"].items():
+    for name, text in section.items():
         if plain := re.fullmatch(r"#([0-9A-Fa-f]{6})", text):
             colours[name] = tuple(bytes.fromhex(plain[1]))
         elif (tint := re.fullmatch(r"(\w+) at (\d+)", text)) and tint[1] in colours and int(tint[2]) <= 100:

@@ -5,13 +5,12 @@ The folder holds colours.ini, pictures.py and document.xml, docs/skin.md tells h
 as a file, skin.xml, and pictures.rc, which names the pictures that the program file holds outside of the document.
 """
 import base64
-import configparser
 import importlib
 import pathlib
 import re
 import sys
 
-from colours import number, read_colours
+from colours import number, read_choices
 
 # What the program asks its file for: icons and bitmaps by number, the others as bytes of type CUSTOM.
 CUSTOM = [f"Sub{index}" for index in range(8)] + ["Node0", "Node1"] + [f"Lamp{name}" for name in ("Off", 0, 16, 32, 48)] + \
@@ -44,10 +43,7 @@ def resources(names, folder):
 
 def main():
     source, output = map(pathlib.Path, sys.argv[1:])
-    parser = configparser.ConfigParser()
-    parser.read(source / "colours.ini", encoding="utf-8")
-    colours, numbers = read_colours(source / "colours.ini"), {name: int(text) for name, text in parser["numbers"].items()}
-    sys.dont_write_bytecode = True
+    colours, numbers = read_choices(source / "colours.ini")
     sys.path.insert(0, str(source))
     pictures = importlib.import_module("pictures").pictures(colours, numbers)
     output.mkdir(parents=True, exist_ok=True)

@@ -103,14 +103,6 @@ def without(shape, hole):
     return lambda x, y: max(shape(x, y), -hole(x, y))
 
 
-def moved(shape, dx, dy):
-    return lambda x, y: shape(x - dx, y - dy)
-
-
-def sized(shape, factor):
-    return lambda x, y: shape(x / factor, y / factor) * factor
-
-
 def blend(start, end, share):
     return tuple(a + (b - a) * share for a, b in zip(start, end))
 
@@ -131,6 +123,6 @@ def vertical(top, bottom, *colours):
     return gradient(0, top, 0, bottom, *colours)
 
 
-def glow(x0, y0, radius, inner, outer):
-    """From one colour in the middle to another at the radius."""
-    return lambda x, y: blend(inner, outer, clamped(distance(x - x0, y - y0) / radius))
+def fading(x0, y0, radius, opacity):
+    """An opacity, as a function of a point: this in the middle, nothing at the radius."""
+    return lambda x, y: opacity * (1 - clamped(distance(x - x0, y - y0) / radius))

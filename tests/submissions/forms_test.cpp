@@ -63,7 +63,7 @@ TEST(SubmissionForms, TheDialogShowsTheRowsAndTellsTheChoice) {
     const auto choose = [&] {
         EXPECT_EQ(rig.Open().Caption(), "Assign Submission Category");
         EXPECT_FALSE(rig.Find<Label>("lblTop").UseMnemonic());
-        EXPECT_EQ(rig.Open().ScaleWidth(), 5880) << "without the frame";
+        EXPECT_EQ(rig.Open().ScaleWidth(), 6240) << "without the frame";
         EXPECT_EQ(rig.Find<OptionButton>("optCat0").ToolTipText(), "Bank spoof");
         EXPECT_EQ(rig.Find<OptionButton>("optCat1").Top(), 285);
         EXPECT_EQ(rig.Find<OptionButton>("optCat1").Tag(), "3");
@@ -97,7 +97,7 @@ TEST(SubmissionForms, TheDialogWearsTheSkin) {
     show("", [&](const frmSubCat& form) {
         EXPECT_EQ(form.BackColor(), Color(1234));
         EXPECT_EQ(form.BorderStyle(), 3);
-        EXPECT_EQ(rig.SubCat.Extent(dialog).Width, 5880 + 2 * 1050);
+        EXPECT_EQ(rig.SubCat.Extent(dialog).Width, 6240 + 2 * 1050);
     });
     const Text dress =
         "<W Name='frmSubCat' FormBackColor='77' Height='900'><Caption CaptionHeight='420' Close='1'/></W>";

@@ -1,5 +1,5 @@
 """Drawings that several pictures share. Places and sizes are in units of the canvas."""
-from shapes import (DIAGONAL, blend, box, circle, common, ellipse, glow, gradient, line, lines, outline, polygon, ring, rounded,
+from shapes import (DIAGONAL, blend, box, circle, common, ellipse, fading, gradient, line, lines, outline, polygon, ring, rounded,
                     union, vertical, without)
 
 WHITE = (255, 255, 255)
@@ -17,7 +17,7 @@ def mark(canvas, x, y, radius, colours, fish=False):
     if fish:
         canvas.paint(_fish(x + radius * 0.30, y + radius * 0.27, radius * 0.27), colours["sea"])
         canvas.paint(circle(x + radius * 0.15, y + radius * 0.22, radius * 0.037), colours["cream"])
-    canvas.paint(circle(*lamp, radius * 0.24), WHITE, lambda u, v: glow(*lamp, radius * 0.24, (0.75,), (0.0,))(u, v)[0])
+    canvas.paint(circle(*lamp, radius * 0.24), WHITE, fading(*lamp, radius * 0.24, 0.75))
     canvas.paint(circle(*lamp, radius * 0.10), WHITE)
 
 

@@ -14,6 +14,9 @@ namespace {
 
 constexpr std::int32_t ResourceNotFound = 326;
 constexpr const wchar_t* CustomType = L"CUSTOM";
+// The system's numbers of these types; its own names are of either character.
+constexpr std::int32_t ImageType = 3;
+constexpr std::int32_t IconType = 14;
 
 // What is found lies in the program's file as it is mapped; nothing is to be released. Null for null.
 TextView BytesOf(HRSRC found) {
@@ -24,8 +27,8 @@ TextView BytesOf(HRSRC found) {
     return {static_cast<const char*>(bytes), SizeofResource(program, found)};
 }
 
-HRSRC NumberedResource(std::int32_t id, const wchar_t* type) {
-    return FindResourceW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), type);
+HRSRC NumberedResource(std::int32_t id, std::int32_t type) {
+    return FindResourceW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(type));
 }
 
 template <typename Type>
@@ -56,7 +59,7 @@ Text Win32Resources::Custom(const Text& name) {
 
 // The program holds the list of an icon's images apart from them; in a file they stand behind it.
 Text Win32Resources::Icon(std::int32_t id) {
-    const TextView list = BytesOf(NumberedResource(id, RT_GROUP_ICON));
+    const TextView list = BytesOf(NumberedResource(id, IconType));
     // The head is the same in both: the number of images is its last part. So are their entries, but for the end.
     constexpr size_t Head = 6;
     constexpr size_t CommonEntry = 12;
@@ -72,7 +75,7 @@ Text Win32Resources::Icon(std::int32_t id) {
         const auto offset = static_cast<std::uint32_t>(Head + count * FileEntry + images.size());
         file += entry.substr(0, CommonEntry);
         file.append(reinterpret_cast<const char*>(&offset), sizeof offset);
-        images += BytesOf(NumberedResource(Number<std::uint16_t>(entry, CommonEntry), RT_ICON));
+        images += BytesOf(NumberedResource(Number<std::uint16_t>(entry, CommonEntry), ImageType));
     }
     return file + images;
 }

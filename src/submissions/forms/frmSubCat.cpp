@@ -14,13 +14,13 @@ namespace {
 constexpr Twips Margin = 120;
 // For the caption of the skin.
 constexpr Twips CaptionRoom = 465;
-constexpr Twips InnerWidth = 5640;
+constexpr Twips InnerWidth = 6000;
 constexpr Twips TopHeight = 660;
 constexpr Twips LineHeight = 240;
 constexpr Twips ConfidenceHeight = 345;
 constexpr TwipSize ButtonSize{1215, 375};
 // From one confidence to the next; a caption needs more than a bare button.
-constexpr Twips LabelWidth = 1080;
+constexpr Twips LabelWidth = 1380;
 constexpr Twips CaptionedWidth = 1290;
 constexpr Twips BareWidth = 330;
 

@@ -81,7 +81,8 @@ MessageLayout LayOutMessage(const MessageDesign& design, const MessageSurroundin
     const Twips growth = std::max(LeastGap - gap, 0);
     layout.Window.Height = design.Inner.Height + design.Frame.Height + growth;
     // Held by the bottom of the window.
-    layout.Buttons = {0, design.Buttons.Top + growth, inner, design.Buttons.Height};
+    const Twips left = design.Buttons.Left;
+    layout.Buttons = {left, design.Buttons.Top + growth, std::max(inner - 2 * left, 0), design.Buttons.Height};
     layout.Row = PlaceRow(layout.Buttons, design.Button, buttons);
     return layout;
 }

@@ -21,7 +21,7 @@ struct MessageDesign {
     TwipSize Frame;
     TwipRect Icon;
     TwipRect Label;
-    // The area of the buttons, at the bottom.
+    // The area of the buttons, at the bottom; as far from the one side as from the other.
     TwipRect Buttons;
     TwipSize Button;
 };

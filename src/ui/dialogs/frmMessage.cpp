@@ -8,11 +8,12 @@ namespace tb {
 
 namespace {
 
-// The design, in twips. Above all of it is room for the caption of the skin.
+// The design, in twips. Above all of it is room for the caption of the skin, beside the area of the buttons for its
+// border.
 constexpr TwipSize DesignSize{5145, 1965};
 constexpr TwipRect IconPlace{180, 615, 480, 480};
 constexpr TwipRect LabelPlace{120, 660, 4905, 195};
-constexpr TwipRect ButtonsPlace{0, 1320, 5145, 585};
+constexpr TwipRect ButtonsPlace{45, 1320, 5055, 585};
 constexpr TwipSize ButtonSize{1215, 375};
 constexpr std::int32_t FixedDialog = 3;
 
@@ -59,11 +60,11 @@ void frmMessage::PlaceControls() {
 
 void frmMessage::Loaded() {
     m_Open.emplace(m_App);
-    // The design is that of the room inside the frame.
-    Move(Left(), Top(), Width() + DesignSize.Width - ScaleWidth(), Height() + DesignSize.Height - ScaleHeight());
     if (m_App.AppBackColor == 0) m_App.AppBackColor = SystemColors::ButtonFace.Bits();
     TakeColor(m_App.AppBackColor);
     tbSkin1.DressWindow();
+    // The design is that of the room inside the frame, which the skin takes away.
+    if (BorderStyle() != 0) Move(Left(), Top(), Width(), 2 * Height() - ScaleHeight());
     TakeColor(SkinColor());
     ShowTitle();
 }
