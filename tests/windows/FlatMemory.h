@@ -16,8 +16,8 @@ namespace tb {
 
 class FlatMemory {
 public:
-    // Remembers what the process has when all is loaded that comes beside its start; of the program, what writes dumps is
-    // the last.
+    // Remembers what the process has when all is loaded that comes beside its start; of the program, what writes dumps
+    // is the last.
     explicit FlatMemory(HANDLE process, const char* last = "dbghelp.dll") : m_Process(process) {
         EXPECT_TRUE(Eventually([&] { return HasLoaded(last); }));
         m_Before = Now();
