@@ -1,6 +1,7 @@
 #include "shell/frmController.h"
 
 #include "shell/helpers/SettingValues.h"
+#include "ui/skin/WindowSkin.h"
 
 namespace tb {
 
@@ -122,6 +123,9 @@ void frmController::SetupTray() {
     m_frmSysTray->SysTrayMouseDown.Connect([this](std::int32_t button) {
         if (button == 2) m_frmSysTray->ShowMenu();
     });
+    if (const PictureRef icon = ReadWindowSkin(Program(), m_frmSysTray->Name()).Icon(Family())) {
+        m_frmSysTray->SetIcon(icon);
+    }
     m_frmSysTray->Load();
     // Putting the icon there served messages, too.
     if (!Program().Settings) return;

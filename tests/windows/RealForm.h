@@ -53,15 +53,16 @@ protected:
     // What a window, with what stands on it, shows at a place inside it.
     static Color Seen(HWND window, std::int32_t x, std::int32_t y) {
         ServeWaitingMessages();
+        return SeenNow(window, x, y);
+    }
+    // The same before any message is served.
+    static Color SeenNow(HWND window, std::int32_t x, std::int32_t y) {
         POINT place{x, y};
         const HWND child = ChildWindowFromPointEx(window, place, CWP_SKIPINVISIBLE);
         if (child != window) {
             MapWindowPoints(window, child, &place, 1);
-            return Seen(child, static_cast<std::int32_t>(place.x), static_cast<std::int32_t>(place.y));
+            return SeenNow(child, static_cast<std::int32_t>(place.x), static_cast<std::int32_t>(place.y));
         }
-        return Shown(window, x, y);
-    }
-    static Color Shown(HWND window, std::int32_t x, std::int32_t y) {
         const HDC context = GetDC(window);
         const Color color(static_cast<std::int32_t>(GetPixel(context, x, y)));
         ReleaseDC(window, context);

@@ -46,7 +46,7 @@ TEST_F(DrawnWindowTest, ASurfaceIsDrawnOnByPixelsAndKeepsThem) {
     for (const auto& [at, color] : pixels) EXPECT_EQ(surface.GetPixel(at).Bits(), color.Bits()) << at.X << " " << at.Y;
 
     m_Form.Show();
-    EXPECT_EQ(Shown(Window(), 19, 10), Red) << "without a message of its own in between";
+    EXPECT_EQ(SeenNow(Window(), 19, 10), Red);
     m_Form.Hide();
     m_Form.Show();
     m_Form.SetBackColor(Blue);
@@ -140,6 +140,7 @@ TEST_F(DrawnWindowTest, ImagesLinesAndLabelsShowWhatLiesBeneath) {
     label.SetCaption("");
     m_Form.Show();
     const auto seen = [&](std::int32_t x, std::int32_t y) { return Seen(x + 20, y + 20); };
+    EXPECT_EQ(SeenNow(Window(), 22, 22), Red) << "the label too is painted when the window is";
     EXPECT_EQ(seen(35, 0), Red);
     EXPECT_EQ(seen(1, 0), Red) << "made first, so in front, beneath a label that shows it";
     below.ZOrder(1);

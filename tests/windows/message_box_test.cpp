@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "components/tbXML/Document.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/RecordedLog.h"
@@ -21,24 +23,14 @@ namespace {
 
 // A key, pressed together with another one that is not 0.
 struct Keys {
-    WORD With;
-    WORD Key;
+    BYTE With;
+    BYTE Key;
 };
 
 void Press(const Keys& keys) {
-    std::vector<INPUT> input;
-    const auto add = [&](WORD key, DWORD flags) {
-        INPUT one{};
-        one.type = INPUT_KEYBOARD;
-        one.ki.wVk = key;
-        one.ki.dwFlags = flags;
-        if (key != 0) input.push_back(one);
-    };
-    add(keys.With, 0);
-    add(keys.Key, 0);
-    add(keys.Key, KEYEVENTF_KEYUP);
-    add(keys.With, KEYEVENTF_KEYUP);
-    SendInput(static_cast<UINT>(input.size()), input.data(), sizeof(INPUT));
+    if (keys.With != 0) keybd_event(keys.With, 0, 0, 0);
+    for (const DWORD how : {DWORD{0}, DWORD{KEYEVENTF_KEYUP}}) keybd_event(keys.Key, 0, how, 0);
+    if (keys.With != 0) keybd_event(keys.With, 0, KEYEVENTF_KEYUP, 0);
 }
 
 class RealMessageBox : public ::testing::Test {
@@ -109,16 +101,18 @@ TEST_F(RealMessageBox, IsUsedByKeys) {
     constexpr Keys Tab{0, VK_TAB};
     constexpr Keys Escape{0, VK_ESCAPE};
     constexpr std::int32_t Three = MessageButtons::YesNoCancel;
-    EXPECT_EQ(Ask(Three, {Enter}), AnswerYes);
-    EXPECT_EQ(Ask(Three, {Tab, Enter}), AnswerNo);
-    EXPECT_EQ(Ask(Three, {Tab, Tab, Space}), AnswerCancel);
-    EXPECT_EQ(Ask(Three | MessageButtons::Default2, {Space}), AnswerNo);
-    EXPECT_EQ(Ask(Three, {{VK_MENU, 'N'}}), AnswerNo);
-    EXPECT_EQ(Ask(Three, {Escape}), AnswerCancel);
-    EXPECT_EQ(Ask(MessageButtons::YesNo, {Escape}), AnswerNo);
-    EXPECT_EQ(Ask(MessageButtons::Plain, {Escape}), AnswerOK);
-    EXPECT_EQ(Ask(MessageButtons::AbortRetryIgnore, {{VK_MENU, VK_F4}}), AnswerIgnore);
-    EXPECT_EQ(OwnedWindow::Live(), 1);
+    const std::tuple<std::int32_t, std::vector<Keys>, std::int32_t> cases[] = {
+        {Three, {Enter}, AnswerYes},
+        {Three, {Tab, Enter}, AnswerNo},
+        {Three, {Tab, Tab, Space}, AnswerCancel},
+        {Three | MessageButtons::Default2, {Space}, AnswerNo},
+        {Three, {{VK_MENU, 'N'}}, AnswerNo},
+        {Three, {Escape}, AnswerCancel},
+        {MessageButtons::YesNo, {Escape}, AnswerNo},
+        {MessageButtons::Plain, {Escape}, AnswerOK},
+        {MessageButtons::AbortRetryIgnore, {{VK_MENU, VK_F4}}, AnswerIgnore},
+    };
+    for (const auto& [buttons, keys, answer] : cases) EXPECT_EQ(Ask(buttons, keys), answer) << keys[0].Key;
 }
 
 Text TextOnTheClipboard(HWND owner) {
@@ -171,12 +165,9 @@ TEST_F(RealMessageBox, HoldsALongMessageOnTheScreenInFrontOfItsWindow) {
 
 TEST_F(RealMessageBox, LeavesNothingBehind) {
     const auto open = [this](int count) {
-        for (; count > 0; --count) {
-            Ask(MessageButtons::YesNo | MessageButtons::Exclamation, "Once more?", [](frmMessage& box) {
-                PostMessageW(FindBoxButton(GetCurrentProcessId(), "A box", "No"), BM_CLICK, 0, 0);
-                static_cast<void>(box);
-            });
-        }
+        const auto no = [](frmMessage& box) { dynamic_cast<CommandButton&>(*box.Find("cmdButton", 1)).Click(); };
+        for (; count > 0; --count)
+            EXPECT_EQ(Ask(MessageButtons::YesNo | MessageButtons::Exclamation, "?", no), AnswerNo);
     };
     // Which the memory's measure waits for.
     ASSERT_NE(LoadLibraryW(L"dbghelp.dll"), nullptr);

@@ -1,90 +1,17 @@
 // Windows in the built skin as the user sees them: read from the screen pixel by pixel and beside what the skin
 // document says, at whatever dots an inch the screen has.
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
 #include <cmath>
 
 #include "base/numbers.h"
-#include "components/tbXML/XmlParser.h"
-#include "platform/win32/MessageLoop.h"
-#include "platform/win32/Win32Files.h"
-#include "platform/win32/Win32WindowText.h"
-#include "submissions/SubmissionRig.h"
-#include "submissions/forms/frmSubCat.h"
-#include "submissions/forms/frmSubmissions.h"
-#include "submissions/win32/OleSession.h"
-#include "submissions/win32/Win32DropTargets.h"
-#include "ui/dialogs/frmMessage.h"
 #include "ui/skin/SkinPictures.h"
-#include "ui/window/Timer.h"
-#include "ui/window/win32/Win32WindowSystem.h"
-#include "windows/FlatMemory.h"
 #include "windows/ScreenPixels.h"
+#include "windows/SkinnedWindows.h"
 
 namespace tb {
 namespace {
 
-// A window that has nothing but its skin.
-struct SkinnedForm : Form {
-    SkinnedForm(Forms& forms, const App& app, LogSink& log, const Text& name)
-        : Form(forms, name), tbSkin1(AddWith<tbSkin>("tbSkin1", app, log)) {
-        LoadEvent.Connect([this] { tbSkin1.DressWindow(); });
-        Move(1500, 1500, 4500, 1500);
-    }
-    tbSkin& tbSkin1;
-};
-
-class SkinWindowsTest : public ::testing::Test, protected SubmissionRig, protected Activities {
+class SkinWindowsTest : public SkinnedWindows {
 protected:
-    SkinWindowsTest() {
-        Win32Files disk;
-        m_Document = ReadWholeFile(disk, TRAWLBEAM_SKIN);
-        Program.SkinRoot = ParseXml(m_Document);
-        // On no window.
-        SetCursorPos(2, 2);
-        m_Other.SetBorderStyle(0);
-        m_Other.Move(12000, 12000, 1500, 750);
-    }
-    ~SkinWindowsTest() override {
-        m_Other.Unload();
-        EXPECT_EQ(m_Failures, Lines{});
-        EXPECT_EQ(Log.Lines, Lines{});
-        EXPECT_EQ(OwnedWindow::Live(), 0);
-    }
-
-    bool StartActivity(const Text&, bool) override { return true; }
-    void EndActivity(const Text&, bool) override {}
-
-    template <typename Condition>
-    static bool Served(Condition done) {
-        return Eventually([&] {
-            ServeWaitingMessages();
-            return done();
-        });
-    }
-    static HWND WindowOf(const Form& form) { return ToHwnd(form.hWnd()); }
-    std::int32_t Pixels(Twips twips) const { return m_System.Scale().ToPixels(twips); }
-    std::shared_ptr<SkinnedForm> Made(const char* name) {
-        return std::make_shared<SkinnedForm>(m_Forms, Program, Log, name);
-    }
-    // Shows it as the active window.
-    void Show(Form& form) const {
-        form.Show();
-        ASSERT_TRUE(Served([&] {
-            PutBack(form);
-            if (!form.IsForeground()) form.SetForeground();
-            return form.IsForeground();
-        }));
-    }
-    // Where there is a window manager, a new window may be told the place that it had before the manager moved it.
-    static void PutBack(Form& form) {
-        RECT place{};
-        GetWindowRect(WindowOf(form), &place);
-        if (place.left == 0 && place.top == 0) form.Move(1500, 1500);
-    }
-
     // The nearest value of an attribute around the bar of a window: there, at the window, at the root.
     Text Said(const Text& window, const char* name) const {
         const ElementPtr element = Program.SkinRoot->FindElementAttribute2("Name", window);
@@ -222,47 +149,6 @@ protected:
         });
         EXPECT_EQ(FirstDifference(WindowOf(form), told, outline), "") << form.Name() << " " << active;
     }
-
-    // Opens a dialog, does that with it as soon as it stands there, and closes it.
-    void WhileOpen(const std::function<void()>& open, const std::function<void(Form&)>& act) {
-        Form clock(m_Forms, "frmClock");
-        auto& timer = clock.Add<Timer>("tm");
-        timer.SetInterval(10);
-        timer.SetEnabled(true);
-        timer.TimerEvent.Connect([&] {
-            Form& top = *m_Forms.Loaded().back();
-            if (&top == &clock || !top.Visible()) return;
-            timer.SetEnabled(false);
-            act(top);
-            top.Unload(UnloadMode::User);
-        });
-        clock.Load();
-        open();
-        EXPECT_FALSE(timer.Enabled()) << "nothing was opened";
-    }
-    void Ask(const Text& prompt, std::int32_t buttons, const std::function<void(Form&)>& act) {
-        const auto box = std::make_shared<frmMessage>(m_Forms, Program, Log);
-        WhileOpen([&] { box->MsgBox({prompt, buttons, "Trawlbeam", {}}); }, act);
-        box->Unload();
-    }
-    void AskForCategory(const std::function<void(Form&)>& act) {
-        QualifiersDialog dialog(Program, Log);
-        dialog.Setup(ParseXml("<C><C ID='2' NAME='Banking or Credit Card Spoof'/><C ID='3' NAME='Odd'/></C>"),
-                     "http://www.some.example/with/a/path", "2", "3");
-        SubCatWindows windows(m_Forms, Program, Log);
-        WhileOpen([&] { windows.ShowModal(dialog, {1500, 1500}); }, act);
-    }
-
-    Text m_Document;
-    Lines m_Failures;
-    const std::function<void(const RuntimeError&)> m_Failed = [this](const RuntimeError& error) {
-        m_Failures.push_back(error.Line());
-    };
-    OleSession m_Session;
-    Win32WindowSystem m_System{{"TestForm", "TestBox"}, m_Failed};
-    Forms m_Forms{&m_System};
-    // One that takes the focus away.
-    Form m_Other{m_Forms, "frmOther"};
 };
 
 TEST_F(SkinWindowsTest, OutlineBorderAndBarAreAsTold) {
@@ -362,119 +248,6 @@ TEST_F(SkinWindowsTest, AnotherSkinChangesWhatItNames) {
         "SKIN", ParseXml("<G CaptionLineColor1='255'><W Name='frmAbout'>" + graphics + "<Components>" + width +
                          "<Component Name='Title' Caption='Another'></Component></Components></W></G>"));
     EXPECT_TRUE(see("Another") == after) << "the server's skin does as the built-in one";
-}
-
-// What a user cannot read or reach: parts that stand outside of what holds them, or on each other, and texts that are
-// longer than their place. A part may lie on a picture that is larger.
-class LayoutTest : public SkinWindowsTest {
-protected:
-    static BOOL CALLBACK Collect(HWND window, LPARAM to) {
-        if (IsWindowVisible(window)) reinterpret_cast<std::vector<HWND>*>(to)->push_back(window);
-        return TRUE;
-    }
-    static RECT PlaceOf(HWND window) {
-        RECT place{};
-        GetWindowRect(window, &place);
-        return place;
-    }
-    static Text Told(HWND window) {
-        char name[32] = "";
-        GetClassNameA(window, name, sizeof name);
-        const RECT place = PlaceOf(window);
-        return Text(name) + " " + std::to_string(place.left) + "," + std::to_string(place.top) + "-" +
-               std::to_string(place.right) + "," + std::to_string(place.bottom);
-    }
-    static bool Holds(const RECT& outer, const RECT& inner) {
-        return inner.left >= outer.left && inner.top >= outer.top && inner.right <= outer.right &&
-               inner.bottom <= outer.bottom;
-    }
-    static void ExpectApart(HWND form) {
-        std::vector<HWND> parts;
-        EnumChildWindows(form, Collect, reinterpret_cast<LPARAM>(&parts));
-        EXPECT_GE(parts.size(), 3U);
-        for (const HWND part : parts) {
-            const RECT place = PlaceOf(part);
-            EXPECT_TRUE(Holds(PlaceOf(GetParent(part)), place)) << Told(part) << " in " << Told(GetParent(part));
-            for (const HWND other : parts) {
-                RECT both{};
-                const RECT beside = PlaceOf(other);
-                if (other == part || GetParent(other) != GetParent(part) || Holds(place, beside)) continue;
-                EXPECT_TRUE(Holds(beside, place) || !IntersectRect(&both, &place, &beside))
-                    << Told(part) << " and " << Told(other);
-            }
-        }
-    }
-    // A place must be that much wider than the text on it.
-    void ExpectRoom(const VisualControl& control, const Text& text, Twips beside) const {
-        const TwipSize size = m_System.MeasureText(text, control.Font(), 0);
-        EXPECT_LE(size.Width + beside, control.Width()) << text;
-        EXPECT_LE(size.Height, control.Height()) << text;
-    }
-    void ExpectReadable(const ControlHost& host) const {
-        for (const auto& control : host.Controls()) {
-            if (const auto* const inner = dynamic_cast<ControlHost*>(control.get())) ExpectReadable(*inner);
-            const auto* const visual = dynamic_cast<VisualControl*>(control.get());
-            if (visual == nullptr || !visual->Visible()) continue;
-            if (const auto* const label = dynamic_cast<Label*>(control.get())) {
-                const TwipSize size = m_System.MeasureText(label->Caption(), label->Font(), label->Width());
-                EXPECT_LE(size.Width, label->Width()) << label->Caption();
-                EXPECT_LE(size.Height, label->Height()) << label->Caption();
-            }
-            if (const auto* const button = dynamic_cast<CommandButton*>(control.get())) {
-                ExpectRoom(*button, PlainCaption(button->Caption()), 150);
-            }
-            if (const auto* const option = dynamic_cast<OptionButton*>(control.get())) {
-                ExpectRoom(*option, option->Caption(), 255);
-            }
-            if (const auto* const skin = dynamic_cast<tbSkin*>(control.get())) {
-                const Twips beside = skin->SkinNumber("CaptionTextLeft", 0) + skin->ucX1.Width();
-                ExpectRoom(*skin, skin->Caption(), beside);
-            }
-        }
-    }
-    void ExpectInOrder(Form& form) const {
-        SCOPED_TRACE(form.Name() + " " + form.Caption());
-        ServeWaitingMessages();
-        const TwipSize screen = m_System.ScreenSize();
-        const RECT whole{0, 0, Pixels(screen.Width), Pixels(screen.Height)};
-        EXPECT_TRUE(Holds(whole, PlaceOf(WindowOf(form)))) << Told(WindowOf(form));
-        ExpectApart(WindowOf(form));
-        ExpectReadable(form);
-    }
-};
-
-TEST_F(LayoutTest, EveryPartOfEveryWindowCanBeReadAndReached) {
-    const Text words = "A word after the other is told to the user, who reads them all. ";
-    Text all;
-    while (all.size() < 20000) all += words;
-    for (const Text& prompt : {Text("Sure?"), words + words + words, all, Text(20000, 'W')}) {
-        Ask(prompt, MessageButtons::YesNoCancel | MessageButtons::Help | MessageButtons::Question,
-            [this](Form& form) { ExpectInOrder(form); });
-    }
-    AskForCategory([&](Form& form) { ExpectInOrder(form); });
-    const auto about = Made("frmAbout");
-    about->Show();
-    about->tbSkin1.SetCaption("About Trawlbeam");
-    ExpectInOrder(*about);
-    EXPECT_EQ(Pixels(about->tbSkin1.ucX1.Width()), Pixels(18 * 15)) << "scaled";
-    EXPECT_EQ(about->tbSkin1.picCaption[0]->GetPicture()->Size, (PixelSize{Pixels(800 * 15), Pixels(28 * 15)}));
-    about->Unload();
-    Win32DropTargets targets(m_Failed);
-    const auto panel = std::make_shared<frmSubmissions>(
-        m_Forms, frmSubmissions::Parts{DB, {Program, Log, Web.Factory()}, *this, targets, [] {}});
-    panel->Show();
-    ExpectInOrder(*panel);
-    panel->Unload();
-}
-
-TEST_F(SkinWindowsTest, OpeningsLeaveNothingBehind) {
-    const auto open = [this] { AskForCategory([](Form&) {}); };
-    for (int count = 0; count < 20; ++count) open();
-    const std::int32_t handles = HandleCount::Live();
-    const FlatMemory memory(GetCurrentProcess(), "kernel32.dll");
-    for (int count = 0; count < 300; ++count) open();
-    EXPECT_EQ(HandleCount::Live(), handles);
-    memory.Expect("300 dialogs");
 }
 
 }  // namespace

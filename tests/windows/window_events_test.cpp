@@ -131,6 +131,7 @@ TEST_F(WindowEventsTest, ADragByTheCaptionTellsWhetherItMoved) {
 
 TEST_F(WindowEventsTest, KeysPressButtonsAndCloseWhatHasNone) {
     Text told;
+    bool isKept = false;
     auto& ok = m_Form.Add<CommandButton>("cmdOK");
     auto& cancel = m_Form.Add<CommandButton>("cmdCancel");
     Place(ok, 10, 10, 60, 24);
@@ -142,7 +143,7 @@ TEST_F(WindowEventsTest, KeysPressButtonsAndCloseWhatHasNone) {
     cancel.ClickEvent.Connect([&] { told += "cancel "; });
     m_Form.KeyDownEvent.Connect([&](const KeyPress& key, bool& handled) {
         told += std::to_string(key.Key) + " ";
-        handled = key.Key == 'C';
+        handled = key.Key == 'C' || isKept;
     });
     m_Form.Show();
     ASSERT_TRUE(Served([&] { return m_Form.IsForeground(); }));
@@ -164,6 +165,10 @@ TEST_F(WindowEventsTest, KeysPressButtonsAndCloseWhatHasNone) {
     EXPECT_EQ(Seen(10, 10), Blue) << "what lies beneath the corner";
     EXPECT_EQ(press('C'), "67 ");
     EXPECT_EQ(press(VK_RETURN), "13 ok ");
+    isKept = true;
+    press(VK_TAB);
+    EXPECT_EQ(GetFocus(), Child("BUTTON", 0)) << "whoever has seen the key before may keep it";
+    isKept = false;
     press(VK_TAB);
     EXPECT_EQ(GetFocus(), Child("BUTTON", 1));
     EXPECT_EQ(Seen(40, 10), borderOf(false)) << "the look goes with the focus";
@@ -187,8 +192,10 @@ TEST_F(WindowEventsTest, KeysPressButtonsAndCloseWhatHasNone) {
 
 TEST_F(WindowEventsTest, NewColoursOfTheSystemAreToldOnce) {
     int told = 0;
+    auto& box = m_Form.Add<PictureBox>("pic");
     m_Form.SystemColorsEvent.Connect([&] { ++told; });
     m_Form.Show();
+    for (Surface* const surface : {m_Form.Surface(), box.Surface()}) surface->SetPixel({1, 1}, Red);
     SendMessageW(Window(), WM_SETTINGCHANGE, SPI_SETWORKAREA, 0);
     ServeWaitingMessages();
     EXPECT_EQ(told, 0);
@@ -197,6 +204,8 @@ TEST_F(WindowEventsTest, NewColoursOfTheSystemAreToldOnce) {
     ASSERT_TRUE(Served([&] { return told > 0; }));
     ServeWaitingMessages();
     EXPECT_EQ(told, 1);
+    EXPECT_EQ(m_Form.Surface()->GetPixel({1, 1}), Red);
+    EXPECT_EQ(box.Surface()->GetPixel({1, 1}), m_System.Resolved(box.BackColor())) << "its ground is another one";
     EXPECT_EQ(m_System.Resolved(SystemColors::ButtonFace).Bits(),
               static_cast<std::int32_t>(GetSysColor(COLOR_BTNFACE)));
     EXPECT_EQ(m_System.Resolved(Red), Red);

@@ -70,12 +70,12 @@ void frmMessage::Loaded() {
 }
 
 void frmMessage::TakeColor(Color color) {
-    SetBackColor(color);
-    for (VisualControl* const part : {static_cast<VisualControl*>(&lblMessage), static_cast<VisualControl*>(&picIcon),
-                                      static_cast<VisualControl*>(&picButtons)}) {
+    for (VisualControl* const part : std::initializer_list<VisualControl*>{this, &lblMessage, &picIcon, &picButtons}) {
         part->SetBackColor(color);
     }
-    cmdButton.SetBackColor(color);
+    for (std::int32_t index = 0; Control* const button = Find("cmdButton", index); ++index) {
+        static_cast<CommandButton&>(*button).SetBackColor(color);
+    }
 }
 
 std::int32_t frmMessage::MsgBox(const Message& message) {

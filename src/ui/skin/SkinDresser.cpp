@@ -1,6 +1,7 @@
 #include "ui/skin/SkinDresser.h"
 
 #include <algorithm>
+#include <array>
 
 #include "base/errors.h"
 #include "base/numbers.h"
@@ -16,6 +17,15 @@ namespace {
 constexpr std::int32_t MostPictures = 100;
 // No text of a window is as long; laying it out would hold up who waits for an answer.
 constexpr size_t LongestValue = 65535;
+
+// A property or method call costs one step, and another one for so many characters of the control's text, which may be
+// laid out anew.
+constexpr size_t CharactersAStep = 1000;
+
+// Properties, and the arguments of the method Move.
+constexpr std::array<TextView, 4> Places = {"left", "top", "width", "height"};
+
+bool IsPlace(TextView name) { return std::find(Places.begin(), Places.end(), name) != Places.end(); }
 
 ElementPtr Child(const ElementPtr& element, TextView name) {
     return element == nullptr ? nullptr : element->FindElement(name);
@@ -75,8 +85,10 @@ void SkinDresser::ApplyProperties(Control& control, const Element& element, Reac
         const Attribute& attribute = element.Attribute(index);
         const Text name = LowerCase(attribute.Name());
         if (name == "name" || attribute.Value().empty() || attribute.Value().size() > LongestValue) continue;
+        // Which button Escape presses is not the skin's to say: it might be one that closes nothing.
+        if (name == "cancel") continue;
         if (reach == Reach::ColorsOnly && !ContrastColorOfProperty(name)) continue;
-        if (!HasSteps()) return;
+        if (!HasSteps(CostOf(control, attribute.Value()))) return;
         Trap([&] { ApplyProperty(control, name, attribute.Value()); },
              [](const RuntimeError&) { /* it has no effect */ });
     }
@@ -85,15 +97,19 @@ void SkinDresser::ApplyProperties(Control& control, const Element& element, Reac
 void SkinDresser::ApplyProperty(Control& control, const Text& name, const Text& value) {
     const std::optional<Color> contrast = m_HighContrast ? ContrastColorOfProperty(name) : std::nullopt;
     if (contrast) return control.SetProperty(name, *contrast);
-    if (name == "left" || name == "top" || name == "width" || name == "height") {
-        return control.SetProperty(name, Bounded(name, value));
-    }
+    if (IsPlace(name)) return control.SetProperty(name, Bounded(name, value));
     // A control for formatted text gives back another text than it was given, without the braces of tokens.
     if (name == TextPropertyOf(control)) return control.SetProperty(name, Expanded(value));
     control.SetProperty(name, value);
 }
 
-std::int32_t SkinDresser::Bounded(const Text& property, const Text& value) const {
+std::int32_t SkinDresser::CostOf(const Control& control, const Text& value) {
+    const Text property = TextPropertyOf(control);
+    const size_t held = property.empty() ? 0 : control.GetProperty(property).AsText().size();
+    return static_cast<std::int32_t>(1 + (value.size() + held) / CharactersAStep);
+}
+
+std::int32_t SkinDresser::Bounded(TextView property, const Text& value) const {
     const TwipSize screen = m_Form.Family().ScreenSize();
     const bool across = property == "left" || property == "width";
     const Twips most = across ? screen.Width : screen.Height;
@@ -115,8 +131,8 @@ void SkinDresser::ForTargets(const ElementPtr& element, const Apply& apply) {
         const Text name = LowerCase(component->FindAttributeValue("name"));
         // What is set may add controls to the form, or take some away.
         const auto controls = m_Form.Controls();
+        if (!HasSteps(1)) return;
         for (const auto& control : controls) {
-            if (!HasSteps()) return;
             if (LowerCase(control->Name()) == name) apply(*control, *component);
         }
     }
@@ -130,7 +146,7 @@ void SkinDresser::ApplyComponent(Control& control, const Element& component) {
              [](const RuntimeError&) { /* the text stays */ });
     }
     for (const ElementPtr& method : component) {
-        if (!HasSteps()) return;
+        if (!HasSteps(CostOf(control, {}))) return;
         CallMethod(control, *method);
     }
 }
@@ -145,7 +161,14 @@ void SkinDresser::CallMethod(Control& control, const Element& method) {
         if (type == "string") argument = Text(Left((*parameter)->Body(), LongestValue));
         if (type == "picture") argument = m_Pictures.Read((*parameter)->Body());
     }
-    control.CallMethod(method.FindAttributeValue("Name"), arguments);
+    const Text name = LowerCase(method.FindAttributeValue("Name"));
+    if (name == "move" && arguments.size() <= Places.size()) {
+        for (size_t index = 0; index < arguments.size(); ++index) {
+            if (arguments[index].What() == Value::Kind::Empty) continue;
+            arguments[index] = Bounded(Places.at(index), arguments[index].AsText());
+        }
+    }
+    control.CallMethod(name, arguments);
 }
 
 void SkinDresser::ApplyColors(const ElementPtr& element) {

@@ -8,8 +8,8 @@
 
 namespace tb {
 
-// For one pass over one window. What a skin may cost is bounded: beyond 5000 properties, calls and controls together,
-// and beyond what SkinPictures bears, the rest is passed over.
+// For one pass over one window. What a skin may cost is bounded: beyond 3000 components, properties and calls together,
+// fewer with long texts, and beyond what SkinPictures bears, the rest is passed over.
 class SkinDresser {
 public:
     // `app` and `form` outlive it.
@@ -20,7 +20,8 @@ public:
     // neither "image" nor "picture" ends that, and so do the first hundred. Raises error 727 when a name is taken.
     void BuildGraphics(const ElementPtr& element);
     // Sets the properties of "Components" on all controls of the form that bear the name, expands tokens and calls
-    // methods. What cannot be set is passed over; raises what a method raises, 438 for one that there is not and 450
+    // methods. What cannot be set is passed over, as are the property "Cancel" and texts of more than 65535 characters;
+    // places and sizes end with the screen. Raises what a method raises, 438 for one that there is not and 450
     // for a number of arguments that it does not take.
     void ApplyComponents(const ElementPtr& element);
     // The colours of both once more, and whether the pictures are seen, after high contrast has come or gone.
@@ -29,7 +30,8 @@ public:
 private:
     enum class Reach { All, ColorsOnly };
 
-    bool HasSteps() { return m_StepsLeft-- > 0; }
+    bool HasSteps(std::int32_t cost) { return (m_StepsLeft -= cost) >= 0; }
+    static std::int32_t CostOf(const Control& control, const Text& value);
     // Each control of the form that a child of "Components" is for.
     template <typename Apply>
     void ForTargets(const ElementPtr& element, const Apply& apply);
@@ -39,13 +41,13 @@ private:
     void ApplyComponent(Control& control, const Element& component);
     void CallMethod(Control& control, const Element& method);
     void ShowPicture(VisualControl& picture, const Element& element);
-    std::int32_t Bounded(const Text& property, const Text& value) const;
+    std::int32_t Bounded(TextView property, const Text& value) const;
 
     const App& m_App;
     Form& m_Form;
     SkinPictures m_Pictures;
     bool m_HighContrast;
-    std::int32_t m_StepsLeft = 5000;
+    std::int32_t m_StepsLeft = 3000;
 };
 
 // How many of so many parameters a method is given; nothing when it is not called at all.

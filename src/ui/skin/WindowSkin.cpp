@@ -1,6 +1,7 @@
 #include "ui/skin/WindowSkin.h"
 
 #include "ui/settings/xmlINI.h"
+#include "ui/skin/SkinPictures.h"
 
 namespace tb {
 
@@ -10,6 +11,10 @@ namespace {
 constexpr TextView SkinGroup = "Skin";
 
 }  // namespace
+
+PictureRef WindowSkin::Icon(const Forms& forms) const {
+    return Builtin == nullptr ? nullptr : PictureFromByteStream(forms, PictureBytes(Builtin->Body()));
+}
 
 WindowSkin ReadWindowSkin(const App& app, TextView name) {
     WindowSkin skin;

@@ -3,6 +3,7 @@
 
 #include "shell/helpers/App.h"
 #include "ui/skin/SkinCascade.h"
+#include "ui/window/Forms.h"
 
 namespace tb {
 
@@ -13,9 +14,13 @@ struct WindowSkin {
     ElementPtr Override;
     // Of both, with all that is above the children of the window's elements; empty without `Builtin`.
     SkinCascade Cascade;
+
+    // The text of `Builtin` as the window's icon; null when it names none.
+    PictureRef Icon(const Forms& forms) const;
 };
 
-// Windows are found by name without case. Nothing is kept by the skin or the settings.
+// Windows are found by name without case. A window that has no tbSkin, as that of the notification area, takes its part
+// of the skin from here.
 WindowSkin ReadWindowSkin(const App& app, TextView name);
 
 }  // namespace tb

@@ -5,10 +5,8 @@
 #include "base/errors.h"
 #include "base/numbers.h"
 #include "ui/skin/ContrastColors.h"
-#include "ui/skin/Lighten.h"
 #include "ui/skin/SkinDresser.h"
 #include "ui/skin/SkinPictures.h"
-#include "ui/skin/WindowShape.h"
 #include "ui/window/ControlTable.h"
 
 namespace tb {
@@ -72,6 +70,7 @@ void tbSkin::Skin() {
     dresser.BuildGraphics(m_Skin.Override);
     dresser.ApplyComponents(m_Skin.Builtin);
     dresser.ApplyComponents(m_Skin.Override);
+    m_Radius = EdgeRadius();
     ShapeWindow();
     if (!m_Bar) return;
     Timer1.SetEnabled(true);
@@ -99,7 +98,7 @@ void tbSkin::ApplyWindow() {
     m_Form.SetAutoRedraw(true);
     SizeWindow();
     ColorWindow();
-    if (const PictureRef icon = SkinPictures(m_Form.Family()).Read(m_Skin.Builtin->Body())) m_Form.SetIcon(icon);
+    if (const PictureRef icon = m_Skin.Icon(m_Form.Family())) m_Form.SetIcon(icon);
 }
 
 void tbSkin::SizeWindow() {
@@ -128,11 +127,15 @@ void tbSkin::Place() {
 }
 
 void tbSkin::ShapeWindow() {
-    const FrameSizes sizes{{m_Form.Width(), m_Form.Height()}, {m_Form.ScaleWidth(), m_Form.ScaleHeight()}};
-    const WindowShape shape = ShapeOf(sizes, EdgeRadius(), m_Form.Family().Scale());
+    const WindowShape shape = Shape();
     const ShapeEdges& region = shape.Region;
     m_Form.SetRoundRegion({region.Left, region.Top}, {region.Right, region.Bottom}, shape.Radius);
     DrawBorder(shape);
+}
+
+WindowShape tbSkin::Shape() const {
+    const FrameSizes sizes{{m_Form.Width(), m_Form.Height()}, {m_Form.ScaleWidth(), m_Form.ScaleHeight()}};
+    return ShapeOf(sizes, m_Radius, m_Form.Family().Scale());
 }
 
 std::int32_t tbSkin::EdgeRadius() {
@@ -165,7 +168,7 @@ void tbSkin::SystemColorsChanged() {
             [this] {
                 ColorWindow();
                 RefreshCaption();
-                ShapeWindow();
+                DrawBorder(Shape());
                 SkinDresser dresser(m_App, m_Form);
                 dresser.ApplyColors(m_Skin.Builtin);
                 dresser.ApplyColors(m_Skin.Override);
@@ -206,8 +209,9 @@ void tbSkin::RoundFrame(std::int32_t left, std::int32_t top, std::int32_t right,
     if (surface == nullptr) return;
     surface->RoundRect({left + 1, top + 1}, {right + 1, bottom + 1}, radius, light);
     surface->RoundRect({left, top}, {right, bottom}, radius, dark);
-    surface->Line({left + 1, top + radius / 2}, {left + 1, bottom - radius / 2}, light);
-    surface->Line({left + radius / 2, top + 1}, {right - radius / 2, top + 1}, light);
+    const double half = radius / 2.0;
+    surface->Line({left + 1, RoundToInt32(top + half)}, {left + 1, RoundToInt32(bottom - half)}, light);
+    surface->Line({RoundToInt32(left + half), top + 1}, {RoundToInt32(right - half), top + 1}, light);
 }
 
 }  // namespace tb

@@ -88,6 +88,7 @@ private:
     void Place();
     // The outline, and the border on the window's ground.
     void ShapeWindow();
+    WindowShape Shape() const;
     std::int32_t EdgeRadius();
     void DrawBorder(const WindowShape& shape);
     void SystemColorsChanged();
@@ -114,6 +115,7 @@ private:
     bool m_HighContrast = false;
     Text m_Caption;
     std::int32_t m_BorderSize = 2;
+    std::int32_t m_Radius = 0;
     std::int16_t m_CaptionState = 0;
 };
 

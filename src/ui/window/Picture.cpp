@@ -66,11 +66,29 @@ PictureHeader JpegHeader(TextView bytes) {
     return {PictureKind::Jpeg, {}};
 }
 
+// The size is that of the whole picture; one whose first frame goes beyond that has none: decoders make room for the
+// frame.
+PictureHeader GifHeader(TextView bytes) {
+    constexpr size_t Screen = 13;
+    constexpr std::int32_t HasColors = 0x80;
+    const PixelSize size{Number(bytes, 6, 2), Number(bytes, 8, 2)};
+    const std::int32_t flags = Number(bytes, 10, 1);
+    size_t at = Screen + ((flags & HasColors) != 0 ? size_t{3} << ((flags & 7) + 1) : 0);
+    // Extensions: two bytes, then blocks behind their length until an empty one.
+    while (at < bytes.size() && bytes[at] == '!') {
+        at += 2;
+        while (at < bytes.size() && bytes[at] != '\0') at += 1 + static_cast<unsigned char>(bytes[at]);
+        ++at;
+    }
+    const bool isFrame = at + 9 < bytes.size() && bytes[at] == ',';
+    const bool fits = isFrame && Number(bytes, at + 1, 2) + Number(bytes, at + 5, 2) <= size.Width &&
+                      Number(bytes, at + 3, 2) + Number(bytes, at + 7, 2) <= size.Height;
+    return {PictureKind::Gif, fits ? size : PixelSize()};
+}
+
 PictureHeader HeaderOf(TextView bytes) {
     if (bytes.starts_with("BM")) return BmpHeader(bytes);
-    if (bytes.starts_with("GIF87a") || bytes.starts_with("GIF89a")) {
-        return {PictureKind::Gif, {Number(bytes, 6, 2), Number(bytes, 8, 2)}};
-    }
+    if (bytes.starts_with("GIF87a") || bytes.starts_with("GIF89a")) return GifHeader(bytes);
     if (bytes.starts_with("\xFF\xD8")) return JpegHeader(bytes);
     if (bytes.starts_with(TextView("\0\0\1\0", 4))) return IconHeader(bytes);
     return {};

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "SkinRig.h"
+#include "ui/window/CommandButton.h"
 #include "ui/window/Image.h"
 
 namespace tb {
@@ -26,13 +27,15 @@ const Text Bar =
 
 TEST(tbSkin, GivesAWindowItsBarAndBorder) {
     WindowRig rig;
-    rig.SetSkin(Window(Bar + "<Text/>", "FormBackColor='9' Border1='10' Border2='11'"));
+    rig.SetSkin(Window(PictureText("ICON") + Bar, "FormBackColor='9' Border1='10' Border2='11'"));
     SkinnedWindow window(rig, rig.Family);
     tbSkin& skin = window.tbSkin1;
     skin.Skin();
     EXPECT_EQ(window.BorderStyle(), 0);
     EXPECT_EQ(window.BackColor(), Color(9));
     EXPECT_EQ(window.FillColor(), Color(9));
+    ASSERT_NE(window.Icon(), nullptr);
+    EXPECT_EQ(window.Icon()->Kind, PictureKind::Icon);
     EXPECT_EQ(skin.Bounds(), (TwipRect{30, 45, 338 * 15, 375}));
     EXPECT_EQ(skin.ucX1.Bounds(), (TwipRect{314 * 15, 3 * 15, 240, 240}));
     EXPECT_TRUE(skin.ucX1.Visible());
@@ -67,26 +70,30 @@ TEST(tbSkin, FollowsTheFocus) {
     EXPECT_TRUE(skin.Timer1.Enabled());
     rig.Windows.Foreground = "form1";
     rig.Windows.Take();
-    skin.SetCaption("Title");
-    EXPECT_NE(rig.Calls("print").find("print 8,3 Title Tahoma bold 6"), Text::npos) << rig.Calls("print");
-    rig.Windows.Take();
-    skin.Timer1.Tick();
-    EXPECT_EQ(rig.Calls("print") + rig.Calls("hide"), "") << "nothing has changed";
+    const Text active = "form1.area1.area2.print 8,3 Title Tahoma bold 6";
+    const Text inactive = "form1.area1.area3.print 8,3 Title Tahoma bold 7";
     const auto looks = [&] {
-        return std::to_string(skin.CaptionState()) + (skin.picCaption[0]->Visible() ? " active" : "") +
-               (skin.picCaption[1]->Visible() ? " inactive" : "");
+        const Text shown = std::to_string(skin.CaptionState()) + (skin.picCaption[0]->Visible() ? " active " : "") +
+                           (skin.picCaption[1]->Visible() ? " inactive " : "") + rig.Calls("print");
+        rig.Windows.Take();
+        return shown;
     };
+    skin.SetCaption("Title");
+    EXPECT_EQ(looks(), "1 active " + active);
+    skin.Timer1.Tick();
+    EXPECT_EQ(looks(), "1 active ") << "nothing has changed";
     rig.Windows.Foreground = "form2";
     skin.Timer1.Tick();
-    EXPECT_EQ(looks(), "-1 inactive");
-    EXPECT_NE(rig.Calls("print").find("Title Tahoma bold 7"), Text::npos);
+    EXPECT_EQ(looks(), "-1 inactive " + inactive);
     EXPECT_TRUE(skin.Timer1.Enabled());
+    skin.SetCaption("Title");
+    EXPECT_EQ(looks(), "-1 inactive " + inactive);
+    skin.FitWindow();
+    EXPECT_EQ(looks(), "-1 inactive " + inactive);
+    EXPECT_EQ(skin.picCaption[1]->Surface()->GetPixel({337, 24}), Color(0x23468D)) << "lightened once, not twice";
     rig.Windows.Foreground = "form1";
     skin.Timer1.Tick();
-    EXPECT_EQ(looks(), "1 active");
-    // Neither the title that is drawn on the inactive bar nor a lighter one is lightened once more.
-    skin.FitWindow();
-    EXPECT_EQ(skin.picCaption[1]->Surface()->GetPixel({337, 24}), Color(0x23468D));
+    EXPECT_EQ(looks(), "1 active " + active);
 }
 
 TEST(tbSkin, DragsByTheBarAndClosesByTheBox) {
@@ -153,15 +160,20 @@ TEST(tbSkin, SetsPropertiesAndCallsMethods) {
     const Text component =
         "<C name='LBL' Left='12.5' Top='abc' Visible='False' BackColor='2147483663' Nonsense='1' "
         "Width='1E9' Height='-1' Caption='{AppURL}' ForeColor=''/>";
-    rig.SetSkin(Window("<Components>" + component +
-                       "<C name='nobody' Left='1'/><C name='pic'><M Name='move'>"
-                       "<P Type='string'>30</P><P Type='String'>45</P></M><M Name='refused'>" +
-                       "<P/><P/><P/><P/><P/><P/><P/></M></C><C name='text'/></Components>" + Bar));
+    rig.SetSkin(Window(
+        "<Components>" + component +
+        "<C name='nobody' Left='1'/><C name='pic'><M Name='move'>"
+        "<P Type='string'>30</P><P Type='String'>45</P><P Type='string'>2147483647</P></M><M Name='refused'>" +
+        "<P/><P/><P/><P/><P/><P/><P/></M></C><C name='text'/><C name='cmd' Cancel='True' Enabled='0'/></Components>" +
+        Bar));
     SkinnedWindow window(rig, rig.Family);
     for (const std::int32_t index : {0, 1}) window.Add<Label>("lbl", index).Move(1, 2, 3, 4);
     window.Add<PictureBox>("pic");
     window.Add<Label>("text").SetCaption("{AppProductName}");
+    const auto& button = window.Add<CommandButton>("cmd");
     window.tbSkin1.DressWindow();
+    EXPECT_FALSE(button.Enabled());
+    EXPECT_FALSE(button.GetProperty("Cancel").AsBoolean()) << "Escape closes the window";
     for (const std::int32_t index : {0, 1}) {
         const Label& label = window.The<Label>("lbl", index);
         EXPECT_EQ(label.Bounds(), (TwipRect{12, 2, 19200, 4})) << "no wider than the screen";
@@ -169,8 +181,7 @@ TEST(tbSkin, SetsPropertiesAndCallsMethods) {
         EXPECT_EQ(label.BackColor(), SystemColors::ButtonFace);
         EXPECT_EQ(label.Caption(), "http://h/");
     }
-    EXPECT_EQ(window.The<PictureBox>("pic").Left(), 30);
-    EXPECT_EQ(window.The<PictureBox>("pic").Top(), 45);
+    EXPECT_EQ(window.The<PictureBox>("pic").Bounds(), (TwipRect{30, 45, 19200, 1215}));
     EXPECT_EQ(window.The<Label>("text").Caption(), "Trawlbeam") << "tokens are expanded even so";
     EXPECT_EQ(rig.Log.Take(), std::vector<Text>{}) << "seven parameters call nothing";
     for (const char* method : {"<M Name='Skin'/>", "<M Name='Unload'/>", "<M Name='Move'/>"}) {
@@ -178,6 +189,68 @@ TEST(tbSkin, SetsPropertiesAndCallsMethods) {
         window.tbSkin1.DressWindow();
         EXPECT_EQ(rig.Log.Take().size(), 1u) << method;
     }
+}
+
+// All that is seen of a window, a line a property.
+std::vector<Text> Seen(const ControlHost& host) {
+    std::vector<Text> lines;
+    for (const auto& control : host.Controls()) {
+        const Text name = control->Name() + std::to_string(control->Index());
+        for (const char* property : {"Left", "Top", "Width", "Height", "Visible", "BackColor", "ForeColor", "Caption",
+                                     "FontName", "FontSize", "BorderColor", "X2", "Y2", "Picture"}) {
+            const PropertyEntry* const entry = control->Class().FindProperty(property);
+            if (entry == nullptr) continue;
+            const Value value = entry->Get(*control);
+            const PictureRef picture = value.What() == Value::Kind::Picture ? value.AsPicture() : nullptr;
+            const Text text =
+                value.What() == Value::Kind::Picture ? (picture ? picture->Bytes : "none") : value.AsText();
+            lines.push_back(name + "." + property + " " + text);
+        }
+        if (const auto* const inner = dynamic_cast<const ControlHost*>(control.get())) {
+            for (const Text& line : Seen(*inner)) lines.push_back(name + "/" + line);
+        }
+    }
+    return lines;
+}
+
+TEST(tbSkin, ShowsWhatAnotherSkinChangesAndNothingElse) {
+    const auto picture = [](const char* what) {
+        return "<Graphics><image>" + PictureText(what) + "</image></Graphics>";
+    };
+    const auto skin = [](const Text& graphics, const char* color, const char* width, const char* text) {
+        return "<W Name='frmMessage'>" + graphics + "<Components><C name='lbl' ForeColor='" + color + "' Caption='" +
+               text + "'/><C name='pic' Width='" + width + "'/></Components>" + Bar + "</W>";
+    };
+    const auto seen = [](const Text& own, const Text& override) {
+        WindowRig rig;
+        rig.SetSkin(Globals() + own);
+        if (!override.empty()) rig.SetOverride(override);
+        SkinnedWindow window(rig, rig.Family);
+        window.Add<Label>("lbl");
+        window.Add<PictureBox>("pic");
+        window.tbSkin1.DressWindow();
+        EXPECT_TRUE(rig.Log.Lines.empty());
+        return Seen(window);
+    };
+    const auto changes = [](const std::vector<Text>& before, const std::vector<Text>& after) {
+        std::vector<Text> changed;
+        for (size_t index = 0; index < before.size(); ++index) {
+            if (after.at(index) != before[index]) changed.push_back(after[index]);
+        }
+        return Join(changed, ", ");
+    };
+    const Text first = skin(picture("9x9 111111"), "1", "300", "One");
+    EXPECT_EQ(changes(seen(first, {}), seen(skin(picture("9x9 222222"), "2", "450", "Two"), {})),
+              "lbl-1.ForeColor 2, lbl-1.Caption Two, pic-1.Width 450, uiPic0-1.Picture 9x9 222222");
+    // The server's skin may have pictures on the ground where the program's own has none.
+    const Text plain = skin("", "1", "300", "One");
+    const Text override =
+        "<W Name='FRMMESSAGE'><Components><C name='lbl' ForeColor='2' Caption='Two'/>"
+        "<C name='pic' Width='450'/></Components>" +
+        picture("9x9 222222") + "</W>";
+    const std::vector<Text> after = seen(plain, override);
+    EXPECT_EQ(changes(seen(plain, {}), after), "lbl-1.ForeColor 2, lbl-1.Caption Two, pic-1.Width 450");
+    EXPECT_EQ(after.back(), "uiPic0-1.Picture 9x9 222222");
 }
 
 TEST(tbSkin, BearsHostileSkins) {
@@ -206,7 +279,7 @@ TEST(tbSkin, BearsHostileSkins) {
     EXPECT_EQ(window.Find("uiPic100"), nullptr) << "so many pictures and no more";
     EXPECT_NE(window.The<Image>("uiPic0").GetPicture(), nullptr);
     EXPECT_EQ(window.The<Image>("uiPic99").GetPicture(), nullptr) << "more than a few screens show";
-    EXPECT_EQ(rig.Log.Take(), (std::vector<Text>(2, "0 frmMessage Skin: EdgeRadius is no number: round")));
+    EXPECT_EQ(rig.Log.Take(), (std::vector<Text>{"0 frmMessage Skin: EdgeRadius is no number: round"}));
     EXPECT_EQ(rig.Calls("form1.region").substr(0, 30), "form1.region 0,0 1280,100 0, f") << "square";
     // The smallest window can be found and closed.
     rig.SetSkin(Window("", "Height='-1' Width='1'"));
@@ -302,35 +375,36 @@ TEST(ucX, FollowsTheMouse) {
     EXPECT_EQ(box.Width(), 30);
     int clicks = 0;
     box.ClickEvent.Connect([&] { ++clicks; });
-    const auto shown = [&] { return box.Surface()->GetPixel({0, 0}).Bits(); };
-    const TwipPoint in{0, 0};
-    const TwipPoint out{30, 0};
-    EXPECT_EQ(shown(), 1);
+    const auto move = [&](Twips x) { mouse->Moved({x, 0}); };
+    const auto press = [&](MouseButton button) { mouse->Pressed(button, {0, 0}); };
+    const auto release = [&](MouseButton button) { mouse->Released(button, {0, 0}); };
     EXPECT_EQ(box.Surface()->GetPixel({1, 0}), Color(0x111111)) << "the bar beneath";
-    box.InActive();
-    EXPECT_EQ(shown(), 4);
-    rig.Windows.Take();
-    mouse->Moved(in);
-    EXPECT_EQ(shown(), 3);
-    EXPECT_NE(rig.Calls(".capture"), "");
-    mouse->Pressed(MouseButton::Left, in);
-    EXPECT_EQ(shown(), 2);
-    mouse->Moved(out);
-    EXPECT_EQ(shown(), 1);
-    EXPECT_NE(rig.Calls(".release"), "");
-    mouse->Moved(in);
-    mouse->Released(MouseButton::Left, in);
-    EXPECT_EQ(clicks, 0) << "it was not pressed here";
-    mouse->Moved(in);
-    mouse->Pressed(MouseButton::Right, in);
-    mouse->Released(MouseButton::Right, in);
-    EXPECT_EQ(clicks, 0);
-    mouse->Pressed(MouseButton::Left, in);
-    mouse->CaptureLost();
-    EXPECT_EQ(shown(), 1);
-    mouse->Pressed(MouseButton::Left, in);
-    mouse->Released(MouseButton::Left, in);
-    EXPECT_EQ(clicks, 1);
+    const struct {
+        std::function<void()> Act;
+        int Shown;
+        int Clicks;
+        const char* Capture;
+    } steps[] = {{[&] { box.InActive(); }, 4, 0, ""},
+                 {[&] { box.Active(); }, 1, 0, ""},
+                 {[&] { move(0); }, 3, 0, ".capture"},
+                 {[&] { press(MouseButton::Left); }, 2, 0, ""},
+                 {[&] { move(30); }, 1, 0, ".release"},
+                 {[&] { move(29), release(MouseButton::Left); }, 1, 0, ".capture.release"},
+                 {[&] { move(0), press(MouseButton::Right), release(MouseButton::Right); }, 3, 0, ".capture"},
+                 {[&] { press(MouseButton::Left), mouse->CaptureLost(); }, 1, 0, ".release"},
+                 {[&] { press(MouseButton::Left), release(MouseButton::Left); }, 1, 1, ".release"}};
+    for (const auto& step : steps) {
+        rig.Windows.Take();
+        step.Act();
+        Text captures;
+        for (const Text& call : rig.Windows.Calls) {
+            const Text what = call.substr(call.rfind('.'));
+            if (what == ".capture" || what == ".release") captures += what;
+        }
+        EXPECT_EQ(captures, step.Capture) << &step - steps;
+        EXPECT_EQ(box.Surface()->GetPixel({0, 0}), Color(step.Shown)) << &step - steps;
+        EXPECT_EQ(clicks, step.Clicks) << &step - steps;
+    }
 }
 
 }  // namespace

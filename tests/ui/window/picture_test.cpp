@@ -14,6 +14,12 @@ Text Bmp(char width, char height) {
            Text(3, height < 0 ? '\xFF' : '\0');
 }
 
+// With an extension before the only frame.
+Text Gif(const Text& size, const Text& frame) {
+    return "GIF89a" + size + Text("\x80\0\0", 3) + Text(6, 'c') + Text("!\xF9\4abcd\0,\0\0\0\0", 13) + frame +
+           Text(3, '\0');
+}
+
 TEST(PictureHeaders, TellKindAndSizeOfWhatMayBeDecoded) {
     const Text jpeg("\xFF\xD8\xFF\xE0\0\4ab\xFF\xC4\0\2\xFF\xC2\0\x0B\x08\0\x10\0\x20\1\1\x11\0", 25);
     const Text icon(
@@ -24,7 +30,7 @@ TEST(PictureHeaders, TellKindAndSizeOfWhatMayBeDecoded) {
     const std::tuple<const char*, Text, PictureKind, PixelSize> files[] = {
         {"bmp", Bmp(18, 28), PictureKind::Bmp, {18, 28}},
         {"bmp from the top", Bmp(18, -28), PictureKind::Bmp, {18, 28}},
-        {"gif", Text("GIF89a\x20\3\x1C\0", 10), PictureKind::Gif, {800, 28}},
+        {"gif", Gif(Text("\x20\3\x1C\0", 4), Text("\x20\3\x1C\0", 4)), PictureKind::Gif, {800, 28}},
         {"jpeg", jpeg, PictureKind::Jpeg, {32, 16}},
         {"icon", icon, PictureKind::Icon, {32, 32}}};
     for (const auto& [name, bytes, kind, size] : files) {
@@ -40,7 +46,9 @@ TEST(PictureHeaders, TellKindAndSizeOfWhatMayBeDecoded) {
                             "\x89PNG\r\n\x1A\n",
                             Text("GIF89a\0\0\1\0", 10),
                             Text("GIF89a\1\x10\1\0", 10),
-                            Text("GIF89a\xFF\x0F\xFF\x0F", 10),
+                            Gif("\xFF\x0F\xFF\x0F", "\1\1\1\1"),
+                            Gif("\1\1\1\1", "\1\1\2\1"),
+                            Gif("\1\1\1\1", "\1\1\1\1").substr(0, 30),
                             Text("\xFF\xD8\xFF\xE0\0\0", 6),
                             Bmp(18, 0)};
     for (const Text& bytes : refused) EXPECT_FALSE(ReadPictureHeader(bytes)) << bytes;

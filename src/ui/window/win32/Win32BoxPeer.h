@@ -17,6 +17,7 @@ public:
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
     static const wchar_t* RegisteredClass();
+    void OnSystemColors() override { m_Canvas->OnSystemColors(); }
     // True when the message is dealt with.
     bool Dispatch(UINT message, WPARAM wParam);
 };

@@ -54,6 +54,11 @@ void Win32Canvas::SetPicture(const PictureRef& picture) {
     Touch(Everything());
 }
 
+void Win32Canvas::OnSystemColors() {
+    if (m_Surface && m_Back.IsSystem()) m_Surface->Clear();
+    Touch(Everything());
+}
+
 void Win32Canvas::Sized() {
     // A minimised window has no room, and gets back what it had.
     if (m_Window == nullptr || IsIconic(m_Window)) return;

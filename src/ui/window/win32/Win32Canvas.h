@@ -37,6 +37,8 @@ public:
     // Another one takes away what was drawn.
     void SetBack(Color back);
     void SetPicture(const PictureRef& picture);
+    // The system has other colours: with a ground in one of them, what was drawn goes too.
+    void OnSystemColors();
     // The window may have another size.
     void Sized();
 

@@ -119,7 +119,7 @@ void Win32CommandButtonPeer::DrawCaption(HDC context, const RECT& face, Color co
     room.top += std::max<LONG>((room.bottom - room.top - (text.bottom - text.top)) / 2, 0);
     SetTextColor(context, ToColorRef(color));
     SetBkMode(context, TRANSPARENT);
-    DrawTextW(context, caption.c_str(), length, &room, DT_WORDBREAK | DT_CENTER | DT_END_ELLIPSIS);
+    DrawTextW(context, caption.c_str(), length, &room, DT_WORDBREAK | DT_CENTER | DT_EDITCONTROL | DT_END_ELLIPSIS);
 }
 
 }  // namespace tb

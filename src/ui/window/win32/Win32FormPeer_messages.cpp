@@ -70,6 +70,8 @@ bool Win32FormPeer::Dispatch(UINT message, WPARAM wParam, LPARAM lParam, LRESULT
     case WM_THEMECHANGED: OnSystemColors(); return false;
     case ColorsHaveChanged:
         m_ColorsHaveChanged = false;
+        m_Canvas->OnSystemColors();
+        for (const auto& [window, child] : m_Children) child->OnSystemColors();
         m_Events.SystemColorsChanged();
         return true;
     case KeyAsked: result = OnKey(static_cast<std::int32_t>(wParam)) ? TRUE : FALSE; return true;
@@ -160,9 +162,10 @@ void Win32FormPeer::OnActivate(WPARAM wParam, LPARAM lParam) {
     const bool active = LOWORD(wParam) != WA_INACTIVE;
     const HWND focused = GetFocus();
     if (!active && IsChild(Handle(), focused)) m_Focused = focused;
-    // The focus goes where it was before anybody is told.
+    FormEvents& events = m_Events;
+    // The focus goes where it was before anybody is told; the peer may go on the way.
     DefWindowProcW(Handle(), WM_ACTIVATE, wParam, lParam);
-    m_Events.Activated(active);
+    events.Activated(active);
 }
 
 void Win32FormPeer::OnSystemColors() {

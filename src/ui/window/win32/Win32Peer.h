@@ -25,6 +25,8 @@ public:
     virtual bool TakesEnter() const { return false; }
     // Sets the colours of its text and returns the brush of its ground, which the system owns.
     virtual HBRUSH OnColor(HDC context) = 0;
+    // The system has other colours.
+    virtual void OnSystemColors() {}
     // The form is shown or hidden from now on.
     virtual void OnFormVisible(bool /*visible*/) {}
 };
