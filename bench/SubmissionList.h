@@ -51,7 +51,7 @@ private:
     Files& m_Disk;
     App m_Program{Platform{m_System.Clock, m_System.Random, m_System.Pump, m_Disk, m_System.Dialogs, m_System.Resources,
                            m_Process, m_System.Shell, m_System.Versions, m_System.Registry, m_System.Machine,
-                           m_System.WindowText},
+                           m_System.WindowText, m_System.Clipboard},
                   TestDeployment()};
     RecordedLog m_Log;
     FakeWeb m_Web;

@@ -63,10 +63,13 @@ void ProgramExit::Unloaded() {
     m_Parts.tmUpdate.SetEnabled(false);
     m_Parts.tmSub.SetEnabled(false);
     m_Parts.Program.HasController = false;
+    m_Parts.Program.Messages = nullptr;
     DropDatabases();
     PrepareShutdown();
     if (m_Parts.Tray) m_Parts.Tray->Unload(UnloadMode::Code);
     m_Parts.Windows.CloseNotifications();
+    // A window that stays, shown or hidden, would keep the process.
+    m_Parts.Window.Family().UnloadAll();
 }
 
 void ProgramExit::DropDatabases() {

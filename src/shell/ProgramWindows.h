@@ -8,6 +8,7 @@
 
 namespace tb {
 
+class MessageBoxes;
 class QualifiersView;
 class frmController;
 
@@ -18,7 +19,9 @@ public:
     // Called once, before anything else, when the controller is being made; it outlives the windows' work.
     virtual void Attach(frmController& /*controller*/) {}
 
-    // --- The start. The splash window, with how far the list has been loaded, 0 to 100.
+    // --- The start. The program's own message boxes, asked for when there is a skin; null where there are none.
+    virtual MessageBoxes* Messages() { return nullptr; }
+    // The splash window, with how far the list has been loaded, 0 to 100.
     virtual void ShowSplash() {}
     virtual void ShowProgress(std::int16_t /*percent*/) {}
     virtual void CloseSplash() {}

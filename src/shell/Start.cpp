@@ -77,6 +77,7 @@ bool Start::ReadSettings() {
 }
 
 bool Start::MakeWindows() {
+    m_App.Messages = m_Windows.Messages();
     const Text homePage = m_App.SkinRoot->FindAttributeValue("URL");
     m_App.HomeURL = homePage.empty() ? m_App.Product.HomePage : homePage;
     m_App.HelpFile = m_App.Product.ProductName + ".chm";

@@ -52,7 +52,9 @@ public:
         if (const auto meanwhile = std::exchange(Meanwhile, nullptr)) meanwhile();
         return Answer;
     }
+    void SoundMessage(std::int32_t icon) override { Sounds.push_back(icon); }
     std::vector<Text> Shown;
+    std::vector<std::int32_t> Sounds;
     // Happens while the next message is open.
     std::function<void()> Meanwhile;
     std::int32_t Answer = 1;
@@ -66,6 +68,7 @@ public:
         if (found == Customs.end()) throw RuntimeError(326, "Resource with identifier '" + name + "' not found");
         return found->second;
     }
+    Text Icon(std::int32_t id) override { return "icon " + std::to_string(id); }
     std::map<std::int32_t, Text> Strings{
         {101, "1"}, {96, "256-257"}, {256, "<SKIN URL='http://home.example/'>"}, {257, "</SKIN>"}};
     std::map<Text, Text> Customs{{"CLICK", "click"}, {"ALERT", "alert"}};
@@ -185,12 +188,21 @@ public:
     std::vector<Text> Sent;
 };
 
+class FakeClipboard : public Clipboard {
+public:
+    bool SetText(WindowHandle /*owner*/, const Text& text) override {
+        Content = text;
+        return true;
+    }
+    Text Content;
+};
+
 struct FakeSystem {
     FakeSystem() { Files.Folders = {"/app", "/app/Log", "/app/Data"}; }
 
     operator Platform() {
-        return {Clock,     Random, Pump,     Files,    Dialogs, Resources,
-                Processes, Shell,  Versions, Registry, Machine, WindowText};
+        return {Clock, Random,   Pump,     Files,   Dialogs,    Resources, Processes,
+                Shell, Versions, Registry, Machine, WindowText, Clipboard};
     }
     // What came since the last call into the log of the month, lines without their date.
     std::vector<Text> TakeLog() {
@@ -214,6 +226,7 @@ struct FakeSystem {
     FakeRegistry Registry;
     FakeMachine Machine;
     FakeWindowText WindowText;
+    FakeClipboard Clipboard;
 };
 
 inline Deployment TestDeployment() {

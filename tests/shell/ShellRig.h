@@ -7,6 +7,7 @@
 #include "fakes/FakeSound.h"
 #include "fakes/FakeTrayIcon.h"
 #include "shell/Start.h"
+#include "shell/helpers/Messages.h"
 #include "sitedb/codec/Encryption.h"
 
 namespace tb {
@@ -14,8 +15,9 @@ namespace tb {
 using Lines = std::vector<Text>;
 
 // Notes what it is asked, in order.
-class RecordedWindows : public ProgramWindows, private QualifiersView {
+class RecordedWindows : public ProgramWindows, private QualifiersView, private MessageBoxes {
 public:
+    MessageBoxes* Messages() override { return HasMessages ? this : nullptr; }
     void ShowSplash() override { Did("splash"); }
     void ShowProgress(std::int16_t percent) override { Did("progress " + std::to_string(percent)); }
     void CloseSplash() override { Did("close splash"); }
@@ -49,11 +51,17 @@ public:
     Lines Done;
     std::function<void(const Text& what)> OnCall;
     bool HasWindows = false;
+    bool HasMessages = false;
     bool DropZone = true;
 
 private:
     WindowExtent Extent(const QualifiersDialog&) override { return {}; }
     void ShowModal(QualifiersDialog&, const WindowPosition&) override {}
+    std::int32_t Show(const Message& message) override {
+        Did("message " + std::to_string(message.Buttons) + "|" + message.Title + "|" + message.Prompt + "|" +
+            message.HelpFile + std::to_string(message.Context));
+        return AnswerYes;
+    }
 };
 
 struct NoFormats : ClipboardFormats {

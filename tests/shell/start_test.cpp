@@ -100,6 +100,28 @@ TEST(Start, EveryGateCanStopTheStart) {
     EXPECT_EQ(early.System.TakeLog().back(), "   CheckLoadDefaults TRUE, exiting");
 }
 
+TEST(Start, MessagesAreTheProgramsOwnFromTheSkinToTheExit) {
+    ShellRig rig;
+    rig.Windows.HasMessages = true;
+    rig.System.Files.Contents["/app/Updates/updates.xml"] = "<U/>";
+    const auto show = [&] { return ShowMessage(rig.Program, "a", 4, {}, "b.chm", 7); };
+    show();
+    EXPECT_EQ(rig.System.Dialogs.Shown, Lines{"4|Trawlbeam|a"}) << "there is no skin yet";
+    rig.System.Dialogs.Answer = AnswerNo;
+    ASSERT_TRUE(rig.Chain->Main());
+    EXPECT_EQ(rig.System.Dialogs.Shown.size(), 2U) << "the question about updates stays a plain one";
+    rig.Windows.Take();
+    EXPECT_EQ(show(), AnswerYes);
+    EXPECT_EQ(rig.Windows.Take(), Lines{"message 4|Trawlbeam|a|b.chm7"});
+    // A window that nobody closes does not keep the process.
+    Form left(rig.Family, "frmLeft");
+    left.Load();
+    EXPECT_TRUE(rig.Controller().Unload(UnloadMode::Session));
+    EXPECT_FALSE(left.IsLoaded());
+    show();
+    EXPECT_EQ(rig.System.Dialogs.Shown.size(), 3U) << "no window any more";
+}
+
 // A wait for the network serves messages, and so does the shell that is told of the icon.
 TEST(Start, TheSessionMayEndInsideItsWaits) {
     ShellRig waiting;

@@ -1,4 +1,5 @@
 // The windows of the submissions, with windows that are only remembered.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "fakes/FakeWindowSystem.h"
@@ -8,6 +9,9 @@
 
 namespace tb {
 namespace {
+
+using ::testing::Contains;
+using ::testing::ContainsRegex;
 
 struct FormsRig : SubmissionRig, DropTargets, Activities {
     bool StartActivity(const Text&, bool) override { return true; }
@@ -34,7 +38,7 @@ struct FormsRig : SubmissionRig, DropTargets, Activities {
 
     FakeWindowSystem Windows;
     Forms Family{&Windows};
-    SubCatWindows SubCat{Family, Program};
+    SubCatWindows SubCat{Family, Program, Log};
     std::function<void(DropData&)> Dropped;
     int Registrations = 0;
     int Ended = 0;
@@ -59,16 +63,16 @@ TEST(SubmissionForms, TheDialogShowsTheRowsAndTellsTheChoice) {
     const auto choose = [&] {
         EXPECT_EQ(rig.Open().Caption(), "Assign Submission Category");
         EXPECT_FALSE(rig.Find<Label>("lblTop").UseMnemonic());
-        EXPECT_EQ(rig.Open().ScaleWidth(), 5880) << "without the frame";
+        EXPECT_EQ(rig.Open().ScaleWidth(), 6240) << "without the frame";
         EXPECT_EQ(rig.Find<OptionButton>("optCat0").ToolTipText(), "Bank spoof");
         EXPECT_EQ(rig.Find<OptionButton>("optCat1").Top(), 285);
         EXPECT_EQ(rig.Find<OptionButton>("optCat1").Tag(), "3");
         EXPECT_EQ(rig.Find<OptionButton>("optConfidence", 0).ToolTipText(), "Low Confidence");
         EXPECT_TRUE(rig.Find<OptionButton>("optConfidence", 3).Selected());
         EXPECT_EQ(rig.Find<CommandButton>("cmdOK").Caption(), "OK");
-        const Text noted = rig.Windows.Take();
-        EXPECT_NE(noted.find("option10.focus"), Text::npos) << "the choice that stands";
-        EXPECT_NE(noted.find(".top-most"), Text::npos);
+        EXPECT_THAT(rig.Windows.Calls, Contains(ContainsRegex("option[0-9]+[.]focus"))) << "the choice that stands";
+        rig.Windows.FormsByName.rbegin()->second->Activated(true);
+        EXPECT_NE(rig.Windows.Take().find(".top-most active"), Text::npos) << "each time it comes to the front";
         rig.Find<OptionButton>("optConfidence", 1).SetSelected(true);
         rig.Find<OptionButton>("optCat1").SetSelected(true);
         rig.Find<CommandButton>("cmdHelp").Click();
@@ -78,6 +82,40 @@ TEST(SubmissionForms, TheDialogShowsTheRowsAndTellsTheChoice) {
     EXPECT_EQ(show(choose), "1 3 1");
     EXPECT_TRUE(rig.Family.Loaded().empty());
     EXPECT_EQ(rig.Windows.Live, 0);
+}
+
+TEST(SubmissionForms, TheDialogWearsTheSkin) {
+    FormsRig rig;
+    rig.Program.AppBackColor = 1234;
+    QualifiersDialog dialog(rig.Program, rig.Log);
+    dialog.Setup(ParseXml("<C><C ID='2' NAME='Bank'/></C>"), "a", "2", "3");
+    const auto show = [&](const Text& element, const std::function<void(frmSubCat&)>& look) {
+        rig.Program.SkinRoot = ParseXml("<S>" + element + "</S>");
+        rig.Windows.WhileModal = [&] { look(dynamic_cast<frmSubCat&>(rig.Open())); };
+        rig.SubCat.ShowModal(dialog, {0, 0});
+    };
+    show("", [&](const frmSubCat& form) {
+        EXPECT_EQ(form.BackColor(), Color(1234));
+        EXPECT_EQ(form.BorderStyle(), 3);
+        EXPECT_EQ(rig.SubCat.Extent(dialog).Width, 6240 + 2 * 1050);
+    });
+    const Text dress =
+        "<W Name='frmSubCat' FormBackColor='77' Height='900'><Caption CaptionHeight='420' Close='1'/></W>";
+    show(dress, [&](const frmSubCat& form) {
+        EXPECT_EQ(form.BorderStyle(), 0);
+        EXPECT_EQ(form.tbSkin1.Caption(), "Assign Submission Category");
+        for (const VisualControl* part : std::initializer_list<const VisualControl*>{
+                 &form, &form.picBody, &form.lblCat, &form.picConfidence, &form.FrameTop, &form.lblTop}) {
+            EXPECT_EQ(part->BackColor(), Color(77)) << part->Name();
+        }
+        EXPECT_EQ(rig.Find<OptionButton>("optConfidence", 4).BackColor(), Color(77));
+        EXPECT_EQ(form.ScaleHeight() - form.cmdOK.Top() - form.cmdOK.Height(), 120) << "not as high as the skin says";
+        EXPECT_EQ(rig.SubCat.Extent(dialog).Height, form.Height());
+        EXPECT_EQ(form.tbSkin1.Left() + form.tbSkin1.Width(), form.ScaleWidth() - 45) << "the caption is as wide";
+        form.tbSkin1.ucX1.ClickEvent.Raise();
+        EXPECT_FALSE(form.IsLoaded());
+    });
+    EXPECT_EQ(dialog.Result + dialog.CategoryID + dialog.ConfidenceID, 0) << "nothing was said";
 }
 
 TEST(SubmissionForms, TheWindowTakesDropsWhileItIsOpen) {

@@ -4,6 +4,8 @@
 #include <windows.h>
 
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 #include "base/text.h"
 
@@ -38,19 +40,56 @@ inline HWND FindWindowOf(DWORD processId, const char* className, const char* tit
 // The menu of a process that is open, null when there is none.
 inline HWND OpenMenu(DWORD processId) { return FindWindowOf(processId, "#32768"); }
 
-// Presses a button in the message box of a process with that title, as soon as there is one whose text has `part` in
-// it; the text. Throws when none comes.
-inline Text AnswerBox(DWORD processId, const char* title, TextView part, int button) {
-    HWND box = nullptr;
-    char text[1024] = "";
+// Captions of windows of that class inside `window`, with the windows, in the system's order.
+inline std::vector<std::pair<HWND, Text>> PartsOf(HWND window, const char* className) {
+    struct Search {
+        const char* Class;
+        std::vector<std::pair<HWND, Text>> Found;
+    } search{className, {}};
+    const auto collect = [](HWND part, LPARAM to) -> BOOL {
+        auto& parts = *reinterpret_cast<Search*>(to);
+        char name[32] = "";
+        GetClassNameA(part, name, sizeof name);
+        // As of another process, whose windows answer only messages for their texts.
+        Text text(static_cast<size_t>(SendMessageA(part, WM_GETTEXTLENGTH, 0, 0)) + 1, '\0');
+        text.resize(
+            static_cast<size_t>(SendMessageA(part, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
+        if (lstrcmpiA(name, parts.Class) == 0) parts.Found.emplace_back(part, text);
+        return TRUE;
+    };
+    EnumChildWindows(window, collect, reinterpret_cast<LPARAM>(&search));
+    return search.Found;
+}
+
+// A box that asks or tells, whether it is the system's or the program's own: the visible window of a process with that
+// title that has a button of that caption, its mnemonic aside. The button; null when there is none.
+inline HWND FindBoxButton(DWORD processId, const char* title, TextView caption) {
+    for (HWND window = nullptr; (window = FindWindowExA(nullptr, window, nullptr, title)) != nullptr;) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        if (owner != processId || !IsWindowVisible(window)) continue;
+        for (const auto& [button, text] : PartsOf(window, "BUTTON")) {
+            if (RemoveAll(text, "&") == caption) return button;
+        }
+    }
+    return nullptr;
+}
+
+// Presses the button of that caption in the box of a process with that title, as soon as there is one whose text has
+// `part` in it; the text. Throws when none comes.
+inline Text AnswerBox(DWORD processId, const char* title, TextView part, const char* caption) {
+    HWND button = nullptr;
+    Text told;
     const bool found = Eventually([&] {
-        box = FindWindowOf(processId, "#32770", title);
-        GetDlgItemTextA(box, 0xFFFF, text, sizeof text);
-        return box != nullptr && TextView(text).find(part) != TextView::npos;
+        button = FindBoxButton(processId, title, caption);
+        told.clear();
+        if (button == nullptr) return false;
+        for (const auto& [label, text] : PartsOf(GetAncestor(button, GA_ROOT), "STATIC")) told += text;
+        return told.find(part) != Text::npos;
     });
     if (!found) throw std::runtime_error("no message box " + Text(part));
-    PostMessageA(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
-    return text;
+    PostMessageA(button, BM_CLICK, 0, 0);
+    return told;
 }
 
 }  // namespace tb

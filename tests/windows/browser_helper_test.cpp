@@ -143,7 +143,7 @@ TEST_F(BrowserHelper, BlocksWhatTheProgramNames) {
 
     program.Reply = "Validated: 11/01/2026  (Category: Test)";
     Configure(BHOOption::CheckOff, false);
-    std::future<Text> told = std::async(std::launch::async, &AnswerBox, GetCurrentProcessId(), "Helper test", "", IDOK);
+    std::future<Text> told = std::async(std::launch::async, &AnswerBox, GetCurrentProcessId(), "Helper test", "", "OK");
     EXPECT_TRUE(Window->Navigate(Page));
     EXPECT_THAT(told.get(), HasSubstr("http://127.0.0.7:8080/a%20page\r\n\r\n" + program.Reply));
     Configure(BHOOption::CheckOff, true);

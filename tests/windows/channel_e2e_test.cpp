@@ -31,13 +31,13 @@ void ServesOthersWhileTheMessageOfAnUnknownCommandIsOpen(RunningProgram& program
         reply = Browser().Ask("Nope\tx");
         answered = true;
     });
-    EXPECT_TRUE(Eventually([&] { return FindWindowOf(program.ProcessId(), "#32770", "Trawlbeam") != nullptr; }));
+    EXPECT_TRUE(Eventually([&] { return FindBoxButton(program.ProcessId(), "Trawlbeam", "OK") != nullptr; }));
     Browser other;
     EXPECT_EQ(other.Ask("Check\thttps://phish.test"), Blocked);
     EXPECT_TRUE(other.Client().WakeUp());
     EXPECT_EQ(SendMessageA(ToHwnd(program.Box()), WM_GETTEXTLENGTH, 0, 0), 0);
     EXPECT_FALSE(answered);
-    AnswerBox(program.ProcessId(), "Trawlbeam", "", IDOK);
+    AnswerBox(program.ProcessId(), "Trawlbeam", "", "OK");
     asker.join();
     EXPECT_EQ(reply, "");
 }

@@ -4,7 +4,8 @@
 //   --text TEXT       plain text
 //   --mail FILE       a mail in the Internet's form
 //   --stored FOLDER   a message in stored form, of streams that the files there are named after
-//   dragsource --open                    chooses the submissions in the menu of the program's tray icon
+//   dragsource --menu                    opens the menu of the program's tray icon
+//   dragsource --choose LETTER           opens it if need be, and chooses the row with that mnemonic
 // Exits 0 when it was dropped and taken.
 #include <windows.h>
 
@@ -66,14 +67,14 @@ private:
     bool m_Seen = false;
 };
 
-// The menu takes keys through the window that owns it: the letter of "&Submit Scams".
-int OpenSubmissions() {
+// The menu takes keys through the window that owns it. No letter leaves it open.
+int UseMenu(const std::wstring& letter) {
     const HWND tray = FindWindowW(nullptr, L"Trawlbeam Tray");
     DWORD process = 0;
     if (GetWindowThreadProcessId(tray, &process) == 0) throw RuntimeError(0, "there is no program");
-    PostMessageW(tray, TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
+    if (OpenMenu(process) == nullptr) PostMessageW(tray, TrayIconMessage, TrayIconId, WM_RBUTTONDOWN);
     if (!Eventually([&] { return OpenMenu(process) != nullptr; })) throw RuntimeError(0, "the menu did not open");
-    PostMessageW(tray, WM_CHAR, 's', 0);
+    if (!letter.empty()) PostMessageW(tray, WM_CHAR, letter.front(), 0);
     return 0;
 }
 
@@ -108,8 +109,9 @@ int Run(const std::vector<std::wstring>& arguments) {
     Text onto;
     for (size_t index = 0; index < arguments.size(); ++index) {
         const Text name = FromSystem(arguments[index]);
-        if (name == "--open") return OpenSubmissions();
+        if (name == "--menu") return UseMenu({});
         if (++index == arguments.size()) break;
+        if (name == "--choose") return UseMenu(arguments[index]);
         if (name == "--onto") {
             onto = FromSystem(arguments[index]);
         } else {

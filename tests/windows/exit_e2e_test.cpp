@@ -54,8 +54,14 @@ TEST(ExitOfTheProgram, EndsThoughARequestWaitsForItsMessageToBeClosed) {
         Text reply = "not yet";
         std::thread asker([&] { reply = Browser().Ask("Nope\tx"); });
         HWND box = nullptr;
-        EXPECT_TRUE(Eventually([&] { return (box = FindWindowOf(program.ProcessId(), "#32770")) != nullptr; }));
+        EXPECT_TRUE(Eventually([&] {
+            box = GetAncestor(FindBoxButton(program.ProcessId(), "Trawlbeam", "OK"), GA_ROOT);
+            return box != nullptr;
+        }));
+        std::thread second;
         if (session) {
+            second = std::thread([] { EXPECT_EQ(Browser().Ask("Nope\ty"), ""); });
+            EXPECT_TRUE(Eventually([&] { return !IsWindowEnabled(box); })) << "a box above it";
             EXPECT_TRUE(EndSession());
         } else {
             // Where the box is seen, the display gives it the focus back, and with that closes the menu.
@@ -64,6 +70,7 @@ TEST(ExitOfTheProgram, EndsThoughARequestWaitsForItsMessageToBeClosed) {
         }
         EXPECT_EQ(program.WaitForEnd(), 0U) << session;
         asker.join();
+        if (second.joinable()) second.join();
         EXPECT_EQ(reply, "") << session;
     }
 }

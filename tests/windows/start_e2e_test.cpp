@@ -109,7 +109,7 @@ TEST(GatesOfTheProgram, StopWhenTheUserHasBeenTold) {
     std::filesystem::create_directory(folder.Path() / "Log");
     folder.WriteSetting("Main", "BackColor", "x");
     const ProgramProcess unexpected(folder.Path() / "Trawlbeam.exe");
-    AnswerBox(unexpected.Id(), "Trawlbeam", "13 Type mismatch", IDOK);
+    AnswerBox(unexpected.Id(), "Trawlbeam", "13 Type mismatch", "OK");
     EXPECT_EQ(unexpected.WaitForEnd(), 1U);
     EXPECT_TRUE(folder.Log().ends_with("   Trawlbeam error: 13 Type mismatch\n")) << folder.Log();
 
@@ -119,9 +119,9 @@ TEST(GatesOfTheProgram, StopWhenTheUserHasBeenTold) {
     std::filesystem::create_directory(folder.Path() / "Updates");
     std::ofstream(folder.Path() / "Updates" / "updates.xml") << "<U VERSION='1'/>";
     const ProgramProcess incomplete(folder.Path() / "Trawlbeam.exe");
-    AnswerBox(incomplete.Id(), "Trawlbeam", "Install updates?", IDYES);
-    AnswerBox(incomplete.Id(), "Trawlbeam", "Trawlbeam tbUpdater.exe updater program did not start.", IDOK);
-    AnswerBox(incomplete.Id(), "Trawlbeam", "Trawlbeam cannot continue until pending updates are installed", IDOK);
+    AnswerBox(incomplete.Id(), "Trawlbeam", "Install updates?", "Yes");
+    AnswerBox(incomplete.Id(), "Trawlbeam", "Trawlbeam tbUpdater.exe updater program did not start.", "OK");
+    AnswerBox(incomplete.Id(), "Trawlbeam", "Trawlbeam cannot continue until pending updates are installed", "OK");
     EXPECT_EQ(incomplete.WaitForEnd(), 0U);
     EXPECT_EQ(WithoutSession(folder.Log().substr(before)),
               Begun +

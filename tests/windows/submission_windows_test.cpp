@@ -65,7 +65,7 @@ protected:
     Forms m_Forms{&m_System};
     Win32ClipboardFormats m_Formats;
     Win32DropTargets m_Targets{m_Failed};
-    SubCatWindows m_SubCat{m_Forms, Program};
+    SubCatWindows m_SubCat{m_Forms, Program, Log};
 };
 
 TEST_F(SubmissionWindowsTest, TheDialogIsUsedByKeys) {

@@ -132,12 +132,20 @@ struct GdiTrait {
     static bool Close(Value value) { return DeleteObject(value) != FALSE; }
 };
 
+// Memory that other programs can be handed.
+struct GlobalTrait {
+    using Value = HGLOBAL;
+    static Value None() { return nullptr; }
+    static bool Close(Value value) { return GlobalFree(value) == nullptr; }
+};
+
 using OwnedFile = Handle<FileTrait>;
 using OwnedFind = Handle<FindTrait>;
 using OwnedObject = Handle<ObjectTrait>;
 using OwnedWindow = Handle<WindowTrait>;
 using OwnedMenu = Handle<MenuTrait>;
 using OwnedIcon = Handle<IconTrait>;
+using OwnedGlobal = Handle<GlobalTrait>;
 using OwnedDc = Handle<DcTrait>;
 using OwnedFont = Handle<GdiTrait<HFONT>>;
 using OwnedBitmap = Handle<GdiTrait<HBITMAP>>;

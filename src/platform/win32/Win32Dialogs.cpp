@@ -11,4 +11,6 @@ std::int32_t Win32Dialogs::ShowMessage(const Text& prompt, std::int32_t buttons,
     return MessageBoxW(nullptr, ToSystem(prompt).c_str(), ToSystem(title).c_str(), style);
 }
 
+void Win32Dialogs::SoundMessage(std::int32_t icon) { MessageBeep(static_cast<UINT>(icon)); }
+
 }  // namespace tb

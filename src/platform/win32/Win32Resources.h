@@ -9,6 +9,7 @@ class Win32Resources : public Resources {
 public:
     Text String(std::int32_t id) override;
     Text Custom(const Text& name) override;
+    Text Icon(std::int32_t id) override;
 };
 
 }  // namespace tb

@@ -8,6 +8,7 @@
 #include "platform/win32/CrashHandler.h"
 #include "platform/win32/MessageLoop.h"
 #include "platform/win32/RegionalSettings.h"
+#include "platform/win32/Win32Clipboard.h"
 #include "platform/win32/Win32Clock.h"
 #include "platform/win32/Win32Dialogs.h"
 #include "platform/win32/Win32FileVersions.h"
@@ -80,8 +81,9 @@ private:
     tb::Win32Registry m_Registry;
     tb::Win32Machine m_Machine;
     tb::Win32WindowText m_WindowText;
+    tb::Win32Clipboard m_Clipboard;
     tb::App m_App{{m_Clock, m_Random, m_Pump, m_Files, m_Dialogs, m_Resources, m_Processes, m_Shell, m_FileVersions,
-                   m_Registry, m_Machine, m_WindowText},
+                   m_Registry, m_Machine, m_WindowText, m_Clipboard},
                   {tb::ProductName, tb::ProgramVersion, tb::HomePage, tb::RegionalSeparators(), tb::ServerTemplate,
                    tb::UpdateKey, tb::ListGuard, tb::BuildStamp}};
     tb::ProgramLog m_Log{m_App};

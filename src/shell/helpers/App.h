@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "base/event.h"
+#include "platform/Clipboard.h"
 #include "platform/Clock.h"
 #include "platform/Dialogs.h"
 #include "platform/FileVersions.h"
@@ -38,6 +39,7 @@ struct Platform {
     tb::Registry& Registry;
     tb::Machine& Machine;
     tb::WindowText& WindowText;
+    tb::Clipboard& Clipboard;
 };
 
 // What a deployment decides and the program holds.
@@ -58,6 +60,8 @@ struct Deployment {
     // "YYYYMMDDHHMM", GMT: no clock of this program's life tells less; empty when it is not known.
     Text BuildStamp = {};
 };
+
+class MessageBoxes;
 
 class App {
 public:
@@ -90,6 +94,9 @@ public:
     bool NeedToUpdate = false;
     // The panel that a double click on the icon opens.
     std::int16_t LastPanel = 0;
+    // The program's own message boxes: from the step of the start on at which there is a skin until the exit. Null
+    // means the system's.
+    MessageBoxes* Messages = nullptr;
     // How many messages and dialogs of the program wait for the user, one above the other; see OpenDialog.
     mutable std::int32_t OpenDialogs = 0;
     bool ModalDialogOpen() const { return OpenDialogs > 0; }

@@ -12,9 +12,9 @@ inline constexpr std::int32_t None = 0;
 inline constexpr std::int32_t Qualifiers = 2000;
 }  // namespace HelpTopic
 
-// Opens the help file at a topic, without one at its first page. A viewer that does not start is one line of level 0 on
-// `log`. What the viewer finds is not known here.
-void StartHelp(const App& app, LogSink& log, std::int32_t topic = HelpTopic::None) noexcept;
+// Opens a help file beside the program, the program's own if none is named, at a topic, without one at its first page.
+// A viewer that does not start is one line of level 0 on `log`. What the viewer finds is not known here.
+void StartHelp(const App& app, LogSink& log, std::int32_t topic = HelpTopic::None, const Text& file = {}) noexcept;
 
 // A file or an address, as the user's shell would. False when the shell refuses.
 bool ShellOpen(const App& app, const Text& target);

@@ -4,6 +4,7 @@
 
 #include "base/numbers.h"
 #include "shell/helpers/WindowPosition.h"
+#include "ui/dialogs/WindowBehind.h"
 
 namespace tb {
 
@@ -11,18 +12,22 @@ namespace {
 
 // All in twips.
 constexpr Twips Margin = 120;
-constexpr Twips InnerWidth = 5640;
+// For the caption of the skin.
+constexpr Twips CaptionRoom = 465;
+constexpr Twips InnerWidth = 6000;
 constexpr Twips TopHeight = 660;
 constexpr Twips LineHeight = 240;
 constexpr Twips ConfidenceHeight = 345;
 constexpr TwipSize ButtonSize{1215, 375};
 // From one confidence to the next; a caption needs more than a bare button.
-constexpr Twips LabelWidth = 1080;
+constexpr Twips LabelWidth = 1380;
 constexpr Twips CaptionedWidth = 1290;
 constexpr Twips BareWidth = 330;
 
-constexpr Twips BodyTop = Margin + TopHeight + Margin + LineHeight;
+constexpr Twips FrameTopTop = CaptionRoom + Margin;
+constexpr Twips BodyTop = FrameTopTop + TopHeight + Margin + LineHeight;
 constexpr std::int32_t FixedDialog = 3;
+constexpr const char* WindowName = "frmSubCat";
 
 Twips BodyHeight(const QualifiersDialog& dialog) {
     return static_cast<Twips>(dialog.Categories().size()) * QualifiersDialog::RowHeight;
@@ -36,14 +41,15 @@ TwipSize frmSubCat::Content(const QualifiersDialog& dialog) {
 }
 
 WindowExtent frmSubCat::Extent(const App& app, const QualifiersDialog& dialog) {
-    const FormBorderMetrics border = GetFormBorderMetrics(app, FixedDialog);
+    const bool isSkinned = app.SkinRoot && app.SkinRoot->FindElementAttribute2("Name", WindowName);
+    const FormBorderMetrics border = GetFormBorderMetrics(app, isSkinned ? 0 : FixedDialog);
     const TwipSize content = Content(dialog);
     return {static_cast<double>(content.Width + 2 * border.Width),
             static_cast<double>(content.Height + border.CaptionHeight + 2 * border.Width)};
 }
 
-frmSubCat::frmSubCat(Forms& forms, QualifiersDialog& dialog)
-    : Form(forms, "frmSubCat"),
+frmSubCat::frmSubCat(Forms& forms, const App& app, LogSink& log, QualifiersDialog& dialog)
+    : Form(forms, WindowName),
       FrameTop(Add<PictureBox>("FrameTop")),
       lblTop(Add<Label>("lblTop", NoIndex, &FrameTop)),
       lblCat(Add<Label>("lblCat")),
@@ -53,6 +59,8 @@ frmSubCat::frmSubCat(Forms& forms, QualifiersDialog& dialog)
       cmdOK(Add<CommandButton>("cmdOK")),
       cmdCancel(Add<CommandButton>("cmdCancel")),
       cmdHelp(Add<CommandButton>("cmdHelp")),
+      tbSkin1(AddWith<tbSkin>("tbSkin1", app, log)),
+      m_App(app),
       m_Dialog(dialog) {
     SetCaption(Text(QualifiersDialog::Title));
     SetBorderStyle(FixedDialog);
@@ -61,17 +69,20 @@ frmSubCat::frmSubCat(Forms& forms, QualifiersDialog& dialog)
     AddConfidences();
     ConnectButtons();
     LoadEvent.Connect([this] { Loaded(); });
+    tbSkin1.ColorsEvent.Connect([this] { TakeColor(); });
+    // In front of all that is opened beside it, each time it is looked at.
+    ActivateEvent.Connect([this] { SetTopMost(true); });
 }
 
 void frmSubCat::PlaceControls() {
     FrameTop.SetBorderStyle(1);
-    FrameTop.Move(Margin, Margin, InnerWidth, TopHeight);
+    FrameTop.Move(Margin, FrameTopTop, InnerWidth, TopHeight);
     // What a mail brought along: shown as it is.
     lblTop.SetUseMnemonic(false);
     lblTop.SetCaption(m_Dialog.Caption());
     lblTop.Move(60, 60, InnerWidth - 150, TopHeight - 150);
     lblCat.SetCaption("Category");
-    lblCat.Move(Margin, Margin + TopHeight + Margin, InnerWidth, LineHeight);
+    lblCat.Move(Margin, FrameTopTop + TopHeight + Margin, InnerWidth, LineHeight);
     picBody.Move(Margin, BodyTop, InnerWidth, BodyHeight(m_Dialog));
     picConfidence.Move(Margin, picBody.Top() + picBody.Height() + Margin, InnerWidth, ConfidenceHeight);
     lblConfidence.SetCaption("Confidence ");
@@ -133,21 +144,38 @@ void frmSubCat::ConnectButtons() {
     cmdHelp.ClickEvent.Connect([this] { m_Dialog.cmdHelp(); });
 }
 
-// The frame has its size only now.
+void frmSubCat::TakeColor() {
+    const Color color = tbSkin1.SkinColor("FormBackColor", m_App.AppBackColor);
+    SetBackColor(color);
+    for (const auto& control : Controls()) {
+        // The buttons are the system's, the caption has its own.
+        auto* const part = dynamic_cast<VisualControl*>(control.get());
+        const bool isGround = part != nullptr && part != &tbSkin1 && dynamic_cast<CommandButton*>(part) == nullptr;
+        if (isGround) part->SetBackColor(color);
+    }
+}
+
+// The frame has its size only now, and may have gone.
 void frmSubCat::Loaded() {
+    tbSkin1.DressWindow();
+    tbSkin1.SetCaption(Caption());
+    TakeColor();
     const TwipSize content = Content(m_Dialog);
     Move(Left(), Top(), Width() + content.Width - ScaleWidth(), Height() + content.Height - ScaleHeight());
+    tbSkin1.FitWindow();
 }
 
 void SubCatWindows::ShowModal(QualifiersDialog& dialog, const WindowPosition& place) {
-    const auto form = std::make_shared<frmSubCat>(m_Forms, dialog);
+    const auto form = std::make_shared<frmSubCat>(m_Forms, m_App, m_Log, dialog);
     const WindowExtent extent = Extent(dialog);
     form->Move(RoundToInt32(place.Left), RoundToInt32(place.Top), RoundToInt32(extent.Width),
                RoundToInt32(extent.Height));
-    form->SetTopMost(true);
+    Form* const behind = WindowBehind(*form);
     const auto ended = [](const std::weak_ptr<Form>& open) { return open.expired(); };
     m_Open.erase(std::remove_if(m_Open.begin(), m_Open.end(), ended), m_Open.end());
     m_Open.push_back(form);
+    form->Load();
+    form->SetOwner(behind);
     form->Show();
     VisualControl* focused = &form->cmdOK;
     for (const auto& control : form->Controls()) {

@@ -3,6 +3,7 @@
 
 #include "shell/helpers/App.h"
 #include "submissions/QualifiersDialog.h"
+#include "ui/skin/tbSkin.h"
 #include "ui/window/CommandButton.h"
 #include "ui/window/Form.h"
 #include "ui/window/Label.h"
@@ -13,8 +14,8 @@ namespace tb {
 
 class frmSubCat : public Form {
 public:
-    // Not shown. With the rows that the dialog has now; it outlives the window.
-    frmSubCat(Forms& forms, QualifiersDialog& dialog);
+    // Not shown. With the rows that the dialog has now; it and the others outlive the window.
+    frmSubCat(Forms& forms, const App& app, LogSink& log, QualifiersDialog& dialog);
 
     // Of the window with the dialog's rows and its frame, in twips.
     static WindowExtent Extent(const App& app, const QualifiersDialog& dialog);
@@ -28,6 +29,7 @@ public:
     CommandButton& cmdOK;
     CommandButton& cmdCancel;
     CommandButton& cmdHelp;
+    tbSkin& tbSkin1;
 
 private:
     // The room inside the frame.
@@ -38,16 +40,18 @@ private:
     void PlaceControls();
     void PlaceButton(CommandButton& button, const char* caption, TextView toolTip, Twips left);
     void Loaded();
+    void TakeColor();
     void ConnectButtons();
 
+    const App& m_App;
     QualifiersDialog& m_Dialog;
 };
 
 // Shows the dialog in such windows.
 class SubCatWindows : public QualifiersView {
 public:
-    // Both outlive the object.
-    SubCatWindows(Forms& forms, const App& app) : m_Forms(forms), m_App(app) {}
+    // All three outlive the object.
+    SubCatWindows(Forms& forms, const App& app, LogSink& log) : m_Forms(forms), m_App(app), m_Log(log) {}
 
     WindowExtent Extent(const QualifiersDialog& dialog) override { return frmSubCat::Extent(m_App, dialog); }
     // Above all other windows; the choice that stands, or else the button OK, has the focus.
@@ -59,6 +63,7 @@ public:
 private:
     Forms& m_Forms;
     const App& m_App;
+    LogSink& m_Log;
     // The last one is the one in front.
     std::vector<std::weak_ptr<Form>> m_Open;
 };

@@ -4,6 +4,7 @@
 #include "shell/frmController.h"
 #include "submissions/forms/frmSubCat.h"
 #include "submissions/forms/frmSubmissions.h"
+#include "ui/dialogs/MessageWindows.h"
 
 namespace tb {
 
@@ -19,6 +20,7 @@ public:
     explicit MainWindows(Parts parts) : m_Parts(std::move(parts)) {}
 
     void Attach(frmController& controller) override { m_Controller = &controller; }
+    MessageBoxes* Messages() override { return &m_Messages; }
     // The panel of submissions has a window of its own, the others have none.
     bool ShowMainPanel(std::int16_t panel) override;
     void RedisplaySubmissions() override;
@@ -29,7 +31,8 @@ public:
 private:
     Parts m_Parts;
     frmController* m_Controller = nullptr;
-    SubCatWindows m_Dialogs{m_Parts.Forms, m_Parts.Access.Program};
+    MessageWindows m_Messages{m_Parts.Forms, m_Parts.Access.Program, m_Parts.Access.Log};
+    SubCatWindows m_Dialogs{m_Parts.Forms, m_Parts.Access.Program, m_Parts.Access.Log};
     std::shared_ptr<frmSubmissions> m_Panel;
 };
 
