@@ -100,7 +100,8 @@ TEST(SubmissionForms, TheDialogWearsTheSkin) {
         EXPECT_EQ(rig.SubCat.Extent(dialog).Width, 6240 + 2 * 1050);
     });
     const Text dress =
-        "<W Name='frmSubCat' FormBackColor='77' Height='900'><Caption CaptionHeight='420' Close='1'/></W>";
+        "<W Name='frmSubCat' FormBackColor='77' Height='900'><Caption CaptionHeight='420' Close='1'/><Components><C "
+        "Name='lblTop' ForeColor='9'/></Components></W>";
     show(dress, [&](const frmSubCat& form) {
         EXPECT_EQ(form.BorderStyle(), 0);
         EXPECT_EQ(form.tbSkin1.Caption(), "Assign Submission Category");
@@ -109,6 +110,7 @@ TEST(SubmissionForms, TheDialogWearsTheSkin) {
             EXPECT_EQ(part->BackColor(), Color(77)) << part->Name();
         }
         EXPECT_EQ(rig.Find<OptionButton>("optConfidence", 4).BackColor(), Color(77));
+        EXPECT_EQ(rig.Find<OptionButton>("optCat0").ForeColor(), Color(9)) << "as the other texts";
         EXPECT_EQ(form.ScaleHeight() - form.cmdOK.Top() - form.cmdOK.Height(), 120) << "not as high as the skin says";
         EXPECT_EQ(rig.SubCat.Extent(dialog).Height, form.Height());
         EXPECT_EQ(form.tbSkin1.Left() + form.tbSkin1.Width(), form.ScaleWidth() - 45) << "the caption is as wide";

@@ -62,14 +62,14 @@ inline std::vector<std::pair<HWND, Text>> PartsOf(HWND window, const char* class
 }
 
 // A box that asks or tells, whether it is the system's or the program's own: the visible window of a process with that
-// title that has a button of that caption, its mnemonic aside. The button; null when there is none.
+// title that shows a button of that caption, its mnemonic aside. The button; null when there is none.
 inline HWND FindBoxButton(DWORD processId, const char* title, TextView caption) {
     for (HWND window = nullptr; (window = FindWindowExA(nullptr, window, nullptr, title)) != nullptr;) {
         DWORD owner = 0;
         GetWindowThreadProcessId(window, &owner);
         if (owner != processId || !IsWindowVisible(window)) continue;
         for (const auto& [button, text] : PartsOf(window, "BUTTON")) {
-            if (RemoveAll(text, "&") == caption) return button;
+            if (IsWindowVisible(button) && RemoveAll(text, "&") == caption) return button;
         }
     }
     return nullptr;

@@ -35,7 +35,7 @@ HWND WaitFor(DWORD milliseconds, Done done) {
     }
 }
 
-// The button of that caption, its mnemonic aside, anywhere inside the window; null when there is none.
+// The visible button of that caption, its mnemonic aside, anywhere inside the window; null when there is none.
 HWND ButtonOf(HWND box, const wchar_t* caption) {
     struct Search {
         const wchar_t* Caption;
@@ -45,7 +45,7 @@ HWND ButtonOf(HWND box, const wchar_t* caption) {
         auto& wanted = *reinterpret_cast<Search*>(to);
         wchar_t className[32] = L"";
         GetClassNameW(part, className, 32);
-        if (lstrcmpiW(className, L"BUTTON") != 0) return TRUE;
+        if (lstrcmpiW(className, L"BUTTON") != 0 || !IsWindowVisible(part)) return TRUE;
         wchar_t text[64] = L"";
         SendMessageW(part, WM_GETTEXT, 64, reinterpret_cast<LPARAM>(text));
         std::wstring plain(text);

@@ -4,7 +4,7 @@
 
 #include "base/numbers.h"
 #include "shell/helpers/WindowPosition.h"
-#include "ui/dialogs/WindowBehind.h"
+#include "ui/dialogs/DialogWindow.h"
 
 namespace tb {
 
@@ -145,13 +145,15 @@ void frmSubCat::ConnectButtons() {
 }
 
 void frmSubCat::TakeColor() {
-    const Color color = tbSkin1.SkinColor("FormBackColor", m_App.AppBackColor);
+    const Color color = GroundColor(*this, tbSkin1, m_App);
     SetBackColor(color);
     for (const auto& control : Controls()) {
         // The buttons are the system's, the caption has its own.
         auto* const part = dynamic_cast<VisualControl*>(control.get());
         const bool isGround = part != nullptr && part != &tbSkin1 && dynamic_cast<CommandButton*>(part) == nullptr;
         if (isGround) part->SetBackColor(color);
+        // Their text stands on that ground, and the skin names no rows that came at run time.
+        if (dynamic_cast<OptionButton*>(part) != nullptr) part->SetForeColor(lblTop.ForeColor());
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "ui/dialogs/WindowBehind.h"
+#include "ui/dialogs/DialogWindow.h"
 
 namespace tb {
 
@@ -40,7 +40,7 @@ frmMessage::frmMessage(Forms& forms, App& app, LogSink& log)
       m_Log(log) {
     PlaceControls();
     LoadEvent.Connect([this] { Loaded(); });
-    tbSkin1.ColorsEvent.Connect([this] { TakeColor(SkinColor()); });
+    tbSkin1.ColorsEvent.Connect([this] { TakeColor(GroundColor(*this, tbSkin1, m_App)); });
     UnloadEvent.Connect([this](bool&) { m_Open.reset(); });
     QueryUnloadEvent.Connect([this](bool& cancel, UnloadMode mode) { Closing(cancel, mode); });
     KeyDownEvent.Connect([this](const KeyPress& key, bool& handled) { KeyDown(key, handled); });
@@ -65,7 +65,7 @@ void frmMessage::Loaded() {
     tbSkin1.DressWindow();
     // The design is that of the room inside the frame, which the skin takes away.
     if (BorderStyle() != 0) Move(Left(), Top(), Width(), 2 * Height() - ScaleHeight());
-    TakeColor(SkinColor());
+    TakeColor(GroundColor(*this, tbSkin1, m_App));
     ShowTitle();
 }
 

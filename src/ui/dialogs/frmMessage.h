@@ -55,8 +55,6 @@ private:
     void Loaded();
     void PlaceControls();
     void TakeColor(Color color);
-    // The colour that the window had where the skin has none.
-    Color SkinColor() const { return tbSkin1.SkinColor("FormBackColor", m_App.AppBackColor); }
     void Closing(bool& cancel, UnloadMode mode);
     void KeyDown(const KeyPress& key, bool& handled);
     // The button of that number, or none.

@@ -1,8 +1,8 @@
 // The program's message box with windows that are only remembered.
 #include <gtest/gtest.h>
 
+#include "ui/dialogs/DialogWindow.h"
 #include "ui/dialogs/MessageWindows.h"
-#include "ui/dialogs/WindowBehind.h"
 #include "ui/dialogs/frmMessage.h"
 #include "ui/skin/SkinRig.h"
 
@@ -153,6 +153,11 @@ TEST(MessageBox, WearsTheSkin) {
     using Colors = std::set<std::int32_t>;
     EXPECT_EQ(color("<W Name='frmMessage' FormBackColor='77'/>"), Colors{77});
     EXPECT_EQ(color("<W Name='frmMessage'/>"), Colors{1234}) << "the colour it had";
+    rig.Windows.IsHighContrast = true;
+    for (const char* skin : {"<W Name='frmMessage'/>", "<W Name='frmMessage' FormBackColor='77'/>", ""}) {
+        EXPECT_EQ(color(skin), Colors{SystemColors::ButtonFace.Bits()}) << skin;
+    }
+    rig.Windows.IsHighContrast = false;
     rig.Program.AppBackColor = 0;
     EXPECT_EQ(color(""), Colors{-2147483633}) << "the system's";
     EXPECT_EQ(rig.Program.AppBackColor, -2147483633);

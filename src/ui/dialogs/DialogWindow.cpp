@@ -1,4 +1,4 @@
-#include "ui/dialogs/WindowBehind.h"
+#include "ui/dialogs/DialogWindow.h"
 
 #include <algorithm>
 
@@ -12,6 +12,11 @@ Form* WindowBehind(const Form& dialog) {
         return form != &dialog && form->Visible() && form->WindowState() != Minimized && form->ShowInTaskbar();
     });
     return found != all.rend() ? *found : nullptr;
+}
+
+Color GroundColor(const Form& dialog, const tbSkin& skin, const App& app) {
+    const Color own = dialog.Family().HighContrast() ? SystemColors::ButtonFace : Color(app.AppBackColor);
+    return skin.SkinColor("FormBackColor", own);
 }
 
 }  // namespace tb
