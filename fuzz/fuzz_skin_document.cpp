@@ -50,6 +50,11 @@ struct Window : tb::Form {
     tb::tbSkin& tbSkin1;
 };
 
+bool IsOnScreen(const Window& window, const tb::TwipSize& screen) {
+    return window.Left() >= 0 && window.Top() >= 0 && window.Left() + window.Width() <= screen.Width &&
+           window.Top() + window.Height() <= screen.Height;
+}
+
 void Dress(tb::Forms& forms, const char* name, const tb::App& app) {
     tb::RecordedLog log;
     Window window(forms, name, app, log);
@@ -57,14 +62,14 @@ void Dress(tb::Forms& forms, const char* name, const tb::App& app) {
     const bool isDressed = tb::ReadWindowSkin(app, name).Builtin != nullptr;
     // The second time, the pictures are there already.
     for (int time = 0; time < 2; ++time) window.tbSkin1.DressWindow();
+    if (IsOnScreen(window, forms.ScreenSize()) != isDressed) std::abort();
     window.tbSkin1.SetCaption("Title");
+    window.Move(99999, -99999, 99999, 99999);
     window.tbSkin1.FitWindow();
     window.tbSkin1.Timer1.Tick();
     window.SystemColorsEvent.Raise();
-    const tb::TwipSize screen = forms.ScreenSize();
-    const bool isOnScreen = window.Left() >= 0 && window.Top() >= 0 && window.Left() + window.Width() <= screen.Width &&
-                            window.Top() + window.Height() <= screen.Height;
-    if (isOnScreen != isDressed || !window.Enabled() || !window.Unload()) std::abort();
+    if (IsOnScreen(window, forms.ScreenSize()) != isDressed) std::abort();
+    if (!window.Enabled() || !window.Unload()) std::abort();
 }
 
 }  // namespace

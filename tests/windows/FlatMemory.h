@@ -16,9 +16,10 @@ namespace tb {
 
 class FlatMemory {
 public:
-    // Remembers what the process has when all is loaded that comes beside its start: what writes dumps is the last.
-    explicit FlatMemory(HANDLE process) : m_Process(process) {
-        EXPECT_TRUE(Eventually([this] { return HasLoaded("dbghelp.dll"); }));
+    // Remembers what the process has when all is loaded that comes beside its start; of the program, what writes dumps
+    // is the last.
+    explicit FlatMemory(HANDLE process, const char* last = "dbghelp.dll") : m_Process(process) {
+        EXPECT_TRUE(Eventually([&] { return HasLoaded(last); }));
         m_Before = Now();
     }
 

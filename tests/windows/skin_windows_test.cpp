@@ -1,177 +1,253 @@
-// A skinned window as a real one: its outline and what the screen shows of it, in both looks.
-#include <windows.h>
+// Windows in the built skin as the user sees them: read from the screen pixel by pixel and beside what the skin
+// document says, at whatever dots an inch the screen has.
+#include <cmath>
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdio>
-
-#include "base/bytes.h"
-#include "components/tbXML/Document.h"
-#include "fakes/FakePlatform.h"
-#include "fakes/RecordedLog.h"
-#include "platform/win32/MessageLoop.h"
-#include "platform/win32/Win32WindowText.h"
-#include "sitedb/codec/Base64.h"
-#include "ui/skin/tbSkin.h"
-#include "ui/window/Image.h"
-#include "ui/window/win32/Win32WindowSystem.h"
-#include "windows/Eventually.h"
+#include "base/numbers.h"
+#include "ui/skin/SkinPictures.h"
+#include "windows/ScreenPixels.h"
+#include "windows/SkinnedWindows.h"
 
 namespace tb {
 namespace {
 
-// A bitmap file of one colour, 0x00BBGGRR, as a skin has it: all bits are 0, the first of its two colours.
-Text PlainBitmap(std::int32_t width, std::int32_t height, Color color) {
-    constexpr size_t Bits = 62;
-    Text file(Bits + static_cast<size_t>((width + 31) / 32 * 4 * height), '\0');
-    file.replace(0, 2, "BM");
-    const auto put = [&](size_t at, std::int32_t value) {
-        PutLittleEndian(static_cast<std::uint32_t>(value), file.data() + at, 4);
-    };
-    put(10, Bits);
-    put(14, 40);
-    put(18, width);
-    put(22, height);
-    put(26, 0x10001);
-    put(54, color.Red() << 16 | color.Green() << 8 | color.Blue());
-    return Base64Encode(file);
-}
-
-struct SkinnedForm : Form {
-    SkinnedForm(Forms& forms, const App& app, LogSink& log)
-        : Form(forms, "frmMessage"), tbSkin1(AddWith<tbSkin>("tbSkin1", app, log)) {
-        LoadEvent.Connect([this] { tbSkin1.DressWindow(); });
-        Move(Family().Scale().ToTwips(100), Family().Scale().ToTwips(100), 5145, 1500);
-    }
-    tbSkin& tbSkin1;
-};
-
-class SkinnedWindowTest : public ::testing::Test {
+class SkinWindowsTest : public SkinnedWindows {
 protected:
-    ~SkinnedWindowTest() override {
-        EXPECT_EQ(m_Failures, std::vector<Text>{});
-        EXPECT_EQ(m_Log.Lines, std::vector<Text>{});
-        EXPECT_EQ(OwnedWindow::Live(), 0);
+    // The nearest value of an attribute around the bar of a window: there, at the window, at the root.
+    Text Said(const Text& window, const char* name) const {
+        const ElementPtr element = Program.SkinRoot->FindElementAttribute2("Name", window);
+        for (const ElementPtr& level : {element->FindElement("Caption"), element, Program.SkinRoot}) {
+            if (level && !level->FindAttributeValue(name).empty()) return level->FindAttributeValue(name);
+        }
+        return "0";
+    }
+    std::int32_t Number(const Text& window, const char* name) const { return ToInt32(Said(window, name)); }
+    PictureRef PictureOf(const ElementPtr& element) const { return m_System.Decode(PictureBytes(element->Body())); }
+
+    static void Put(HDC paper, const Picture& picture, int left, int top) {
+        for (int y = 0; y < picture.Size.Height; ++y) {
+            for (int x = 0; x < picture.Size.Width; ++x) {
+                const std::uint32_t pixel = picture.Pixels.at(static_cast<size_t>(y * picture.Size.Width + x));
+                const int alpha = static_cast<int>(pixel >> 24);
+                if (alpha == 0) continue;
+                const COLORREF below = GetPixel(paper, left + x, top + y);
+                const auto mixed = [&](int shift, BYTE under) {
+                    return (static_cast<int>(pixel >> shift & 0xFF) * alpha + under * (255 - alpha)) / 255;
+                };
+                SetPixel(paper, left + x, top + y,
+                         RGB(mixed(16, GetRValue(below)), mixed(8, GetGValue(below)), mixed(0, GetBValue(below))));
+            }
+        }
+    }
+    static void Line(HDC paper, std::int32_t color, int left, int top, int right, int bottom) {
+        SetDCPenColor(paper, static_cast<COLORREF>(color));
+        MoveToEx(paper, left, top, nullptr);
+        LineTo(paper, right, bottom);
+    }
+    static void Fill(HDC paper, std::int32_t color, int width, int height) {
+        const RECT area{0, 0, width, height};
+        SetDCBrushColor(paper, static_cast<COLORREF>(color));
+        FillRect(paper, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+    }
+    static BYTE Lighter(BYTE channel, int percent) {
+        return static_cast<BYTE>(std::min(255.0, std::nearbyint(channel * (100 + percent) / 100.0)));
     }
 
-    void SetSkin(const Text& content) {
-        const Text box = PlainBitmap(16, 16, 0x0000C0);
-        Document document;
-        document.LoadXML("<Skin><G Name='Globals'><P Name='X'>" + box + "</P><P Name='XInactive'>" +
-                         PlainBitmap(16, 16, 0x00C000) + "</P></G><W Name='frmMessage' FormBackColor='15790320' " +
-                         "Border1='128' Border2='32768'>" + content + "</W></Skin>");
-        m_App.SkinRoot = document.Root();
+    // The bar that the document tells, without a title.
+    void DrawBar(HDC paper, const Text& window, int width, bool active) const {
+        const ElementPtr bar = Program.SkinRoot->FindElementAttribute2("Name", window)->FindElement("Caption");
+        const int height = Pixels(Number(window, "CaptionHeight"));
+        Fill(paper, Number(window, "CaptionBackColor"), width, height);
+        Put(paper, *PictureOf(bar), 0, 0);
+        const int factor = Number(window, "CaptionNonFocusFactor");
+        for (int y = 0; y < height && !active; ++y) {
+            for (int x = 0; x < width; ++x) {
+                const COLORREF was = GetPixel(paper, x, y);
+                if (was == 0xFFFFFF) continue;
+                SetPixel(paper, x, y,
+                         RGB(Lighter(GetRValue(was), factor), Lighter(GetGValue(was), factor),
+                             Lighter(GetBValue(was), factor)));
+            }
+        }
+        if (bar->FindAttributeValue("Close") == "1") {
+            const ElementPtr globals = Program.SkinRoot->FindElementAttribute2("Name", "Globals");
+            const PictureRef box = PictureOf(globals->FindElementAttribute2("Name", active ? "X" : "XInactive"));
+            Put(paper, *box, width - box->Size.Width - 8, (height - 2 - box->Size.Height) / 2);
+        }
+        Line(paper, Number(window, "CaptionLineColor1"), 0, height - 2, width, height - 2);
+        Line(paper, Number(window, "CaptionLineColor2"), 0, height - 1, width, height - 1);
     }
-    static Color Seen(const Form& form, std::int32_t x, std::int32_t y) {
-        POINT at{x, y};
-        ClientToScreen(ToHwnd(form.hWnd()), &at);
-        const HDC screen = GetDC(nullptr);
-        const Color color(static_cast<std::int32_t>(GetPixel(screen, at.x, at.y)));
-        ReleaseDC(nullptr, screen);
-        return color;
+
+    // The whole window that the document tells, at the size that it has.
+    ScreenPixels Told(const Form& form, bool active) const {
+        const Text window = form.Name();
+        const ElementPtr element = Program.SkinRoot->FindElementAttribute2("Name", window);
+        const int width = Pixels(form.Width());
+        const int height = Pixels(form.Height());
+        const int corner = Number(window, "EdgeRadius");
+        const pcMemDC surface(width, height);
+        const HDC paper = surface.hDC();
+        Fill(paper, Number(window, "FormBackColor"), width, height);
+        if (const ElementPtr graphics = element->FindElement("Graphics")) {
+            for (const ElementPtr& image : *graphics) {
+                Put(paper, *PictureOf(image), Pixels(ToInt32(image->FindAttributeValue("Left"))),
+                    Pixels(ToInt32(image->FindAttributeValue("Top"))));
+            }
+        }
+        const Selected pen(paper, GetStockObject(DC_PEN));
+        const Selected brush(paper, GetStockObject(NULL_BRUSH));
+        SetDCPenColor(paper, static_cast<COLORREF>(Number(window, "Border2")));
+        RoundRect(paper, 1, 1, width - 2, height - 2, corner - 1, corner - 1);
+        Line(paper, Number(window, "CaptionTopColor2"), 1, 1, width - 2, 1);
+        Line(paper, Number(window, "CaptionTopColor3"), 2, 2, width - 3, 2);
+        SetDCPenColor(paper, static_cast<COLORREF>(Number(window, "Border1")));
+        RoundRect(paper, 0, 0, width - 1, height - 1, corner, corner);
+        Line(paper, Number(window, "CaptionTopColor1"), 0, 0, width - 1, 0);
+        if (element->FindElement("Caption")) {
+            const pcMemDC bar(width - 5, Pixels(Number(window, "CaptionHeight")));
+            const Selected barPen(bar.hDC(), GetStockObject(DC_PEN));
+            DrawBar(bar.hDC(), window, width - 5, active);
+            bar.Draw(paper, 0, 0, 0, 0, 2, 3);
+        }
+        return ReadPixels(paper, {0, 0, width, height});
     }
-    static bool SoonSeen(const Form& form, std::int32_t x, std::int32_t y, Color color) {
-        return Eventually([&] {
-            ServeWaitingMessages();
-            return Seen(form, x, y) == color;
+    // Where pictures are scaled, half clear pixels are mixed with what lies beneath, and roundings add up.
+    bool Agree(DWORD seen, DWORD told) const {
+        const int most = Pixels(1440) == 96 ? 0 : 3;
+        for (const int shift : {0, 8, 16}) {
+            const int difference = static_cast<int>(seen >> shift & 0xFF) - static_cast<int>(told >> shift & 0xFF);
+            if (std::abs(difference) > most) return false;
+        }
+        return true;
+    }
+    // The first pixel inside the outline that is not as told; empty when all are.
+    Text FirstDifference(HWND window, const ScreenPixels& told, const OwnedRegion& outline) const {
+        const ScreenPixels seen = SeenOf(window);
+        for (LONG y = 0; y < told.Height; ++y) {
+            for (LONG x = 0; x < told.Width; ++x) {
+                if (Agree(seen.At(x, y), told.At(x, y))) continue;
+                if (!PtInRegion(outline.Get(), static_cast<int>(x), static_cast<int>(y))) continue;
+                char line[64];
+                std::snprintf(line, sizeof line, "%ld, %ld: %06lX, told %06lX", x, y, seen.At(x, y), told.At(x, y));
+                return line;
+            }
+        }
+        return {};
+    }
+    void ExpectAsTold(Form& form, bool active) const {
+        const ScreenPixels told = Told(form, active);
+        const int corner = Number(form.Name(), "EdgeRadius");
+        const OwnedRegion outline(
+            CreateRoundRectRgn(0, 0, static_cast<int>(told.Width), static_cast<int>(told.Height), corner, corner));
+        const OwnedRegion has(CreateRectRgn(0, 0, 1, 1));
+        EXPECT_EQ(GetWindowRgn(WindowOf(form), has.Get()), COMPLEXREGION);
+        // Equal regions may be made of other rectangles.
+        EXPECT_EQ(CombineRgn(has.Get(), has.Get(), outline.Get(), RGN_XOR), NULLREGION) << form.Name();
+        // What was drawn last may not have reached the screen.
+        Served([&] {
+            PutBack(form);
+            return FirstDifference(WindowOf(form), told, outline).empty();
         });
+        EXPECT_EQ(FirstDifference(WindowOf(form), told, outline), "") << form.Name() << " " << active;
     }
-
-    FakeSystem m_System;
-    App m_App{m_System, TestDeployment()};
-    RecordedLog m_Log;
-    std::vector<Text> m_Failures;
-    Win32WindowSystem m_Windows{{"TestForm", "TestBox"},
-                                [this](const RuntimeError& error) { m_Failures.push_back(error.Line()); }};
-    Forms m_Forms{&m_Windows};
 };
 
-TEST_F(SkinnedWindowTest, ShowsBarBorderAndLookByThePixel) {
-    ASSERT_EQ(m_Forms.Scale().ToPixels(1440), 96) << "the pixels below are those of 96 dots an inch";
-    SetSkin(
-        "<Caption CaptionHeight='375' Close='1' CaptionTopColor1='255' CaptionTopColor2='65280' "
-        "CaptionTopColor3='16711680' CaptionLineColor1='65535' CaptionLineColor2='16776960' CaptionBackColor='1'>" +
-        PlainBitmap(400, 25, 0x204080) + "</Caption>");
-    SkinnedForm form(m_Forms, m_App, m_Log);
-    form.Show();
-    ASSERT_TRUE(Eventually([&] {
-        ServeWaitingMessages();
-        return form.SetForeground() && form.IsForeground();
-    }));
-    const HRGN region = CreateRectRgn(0, 0, 0, 0);
-    EXPECT_EQ(GetWindowRgn(ToHwnd(form.hWnd()), region), COMPLEXREGION);
-    RECT outline{};
-    GetRgnBox(region, &outline);
-    EXPECT_TRUE(outline.left == 0 && outline.top == 0 && outline.right == 342 && outline.bottom == 99);
-    EXPECT_FALSE(PtInRegion(region, 0, 0)) << "a round corner";
-    DeleteObject(region);
-
-    ASSERT_TRUE(SoonSeen(form, 100, 10, Color(0x204080)));
-    const struct {
-        std::int32_t X;
-        std::int32_t Y;
-        std::int32_t Color;
-        const char* What;
-    } pixels[] = {{100, 0, 255, "top line 1"},      {100, 1, 0x00FF00, "top line 2"}, {100, 2, 0xFF0000, "top line 3"},
-                  {0, 60, 128, "outer border"},     {1, 60, 32768, "inner border"},   {341, 60, 128, "outer border"},
-                  {340, 60, 32768, "inner border"}, {100, 98, 128, "outer border"},   {100, 97, 32768, "inner border"},
-                  {2, 60, 0xF0F0F0, "ground"},      {2, 3, 0x204080, "bar"},          {339, 3, 0x204080, "bar"},
-                  {100, 25, 0x204080, "bar"},       {100, 26, 0x00FFFF, "line 1"},    {100, 27, 0xFFFF00, "line 2"},
-                  {100, 28, 0xF0F0F0, "ground"},    {316, 6, 0x0000C0, "close box"},  {331, 21, 0x0000C0, "close box"},
-                  {315, 6, 0x204080, "beside it"},  {332, 21, 0x204080, "beside it"}, {316, 5, 0x204080, "above it"}};
-    for (const auto& pixel : pixels) {
-        EXPECT_EQ(Seen(form, pixel.X, pixel.Y).Bits(), pixel.Color) << pixel.What << " " << pixel.X << "," << pixel.Y;
+TEST_F(SkinWindowsTest, OutlineBorderAndBarAreAsTold) {
+    for (const char* name : {"frmAbout", "frmNotify", "frmSplash"}) {
+        const auto form = Made(name);
+        Show(*form);
+        ExpectAsTold(*form, true);
+        Show(m_Other);
+        ASSERT_TRUE(Served([&] { return form->tbSkin1.CaptionState() != 1; }));
+        ExpectAsTold(*form, false);
+        Show(*form);
+        ASSERT_TRUE(Served([&] { return form->tbSkin1.CaptionState() != -1; }));
+        ExpectAsTold(*form, true);
+        form->Unload();
     }
-
-    Form other(m_Forms, "frmOther");
-    other.Move(m_Forms.Scale().ToTwips(100), m_Forms.Scale().ToTwips(400), 3000, 3000);
-    other.Show();
-    ASSERT_TRUE(Eventually([&] {
-        ServeWaitingMessages();
-        return other.SetForeground() && !form.IsForeground();
-    }));
-    EXPECT_TRUE(SoonSeen(form, 100, 10, Color(0x23468D))) << "lighter in the inactive look";
-    EXPECT_TRUE(SoonSeen(form, 320, 10, Color(0x00C000))) << "with its close box";
-    EXPECT_TRUE(SoonSeen(form, 100, 26, Color(0x00FFFF)));
-    form.tbSkin1.ucX1.ClickEvent.Raise();
-    EXPECT_FALSE(form.IsLoaded());
-    other.Unload();
 }
 
-TEST_F(SkinnedWindowTest, IsDressedAndGoneManyTimes) {
-    Text pictures;
-    for (int count = 0; count < 20; ++count) {
-        pictures +=
-            "<Image Left='" + std::to_string(count * 200) + "' Top='600'>" + PlainBitmap(64, 64, count) + "</Image>";
+// With the display's own mouse, as the window manager takes its part in the move.
+TEST_F(SkinWindowsTest, TheBarTakesTheWindowAlong) {
+    const auto form = Made("frmAbout");
+    int released = 0;
+    form->tbSkin1.picCaption[0]->MouseDownEvent.Connect([&](MouseButton, const TwipPoint&) { ++released; });
+    Show(*form);
+    for (const POINT way : {POINT{70, 45}, POINT{0, 0}, POINT{-35, 20}}) {
+        RECT before{};
+        GetWindowRect(WindowOf(*form), &before);
+        std::wstring line = L"xdotool mousemove " + std::to_wstring(before.left + 60) + L" " +
+                            std::to_wstring(before.top + 15) + L" mousedown 1 sleep 0.2";
+        for (int step = 0; step < 5 && way.x != 0; ++step) {
+            line += L" mousemove_relative -- " + std::to_wstring(way.x / 5) + L" " + std::to_wstring(way.y / 5) +
+                    L" sleep 0.02";
+        }
+        line += L" sleep 0.1 mouseup 1";
+        STARTUPINFOW start{};
+        start.cb = sizeof start;
+        PROCESS_INFORMATION made{};
+        const int presses = released;
+        ASSERT_TRUE(CreateProcessW(L"Z:\\usr\\bin\\xdotool", line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                                   &start, &made));
+        ASSERT_TRUE(Served([&] { return released > presses; }));
+        const auto moved = [&] {
+            RECT after{};
+            GetWindowRect(WindowOf(*form), &after);
+            return std::pair(after.left - before.left, after.top - before.top);
+        };
+        Served([&] { return moved() == std::pair(way.x, way.y); });
+        EXPECT_EQ(moved(), std::pair(way.x, way.y));
     }
-    SetSkin("<Caption CaptionHeight='420' Close='1'>" + PlainBitmap(800, 28, 0x204080) + "</Caption><Graphics>" +
-            pictures + "</Graphics>");
-    constexpr int Times = 30;
-    std::vector<double> milliseconds;
-    std::int32_t handles = 0;
-    for (int time = 0; time < Times; ++time) {
-        SkinnedForm form(m_Forms, m_App, m_Log);
-        form.Move(0, 0, 9600, 6900);
-        LARGE_INTEGER frequency{};
-        LARGE_INTEGER begin{};
-        LARGE_INTEGER end{};
-        QueryPerformanceFrequency(&frequency);
-        QueryPerformanceCounter(&begin);
-        // Showing paints before it returns.
-        form.Show();
-        QueryPerformanceCounter(&end);
-        milliseconds.push_back(1000.0 * static_cast<double>(end.QuadPart - begin.QuadPart) /
-                               static_cast<double>(frequency.QuadPart));
-        EXPECT_NE(form.Find("uiPic19"), nullptr);
-        form.Unload();
-        // The fonts of the first one stay for the others.
-        if (time == 0) handles = HandleCount::Live();
-        ASSERT_EQ(HandleCount::Live(), handles) << time;
+    form->Unload();
+}
+
+// A skin of another deployment or of the server: one colour, size, text and picture are other ones, and nothing else.
+TEST_F(SkinWindowsTest, AnotherSkinChangesWhatItNames) {
+    ElementPtr& skin = Program.SkinRoot;
+    const auto see = [&](const Text& text) {
+        SkinnedForm form(m_Forms, Program, Log, "frmAbout");
+        auto& title = form.Add<Label>("Title");
+        title.SetBackStyle(0);
+        title.Move(300, 900, 3000, 300);
+        auto& box = form.Add<PictureBox>("pic1");
+        box.SetBackColor(0x2040C0);
+        box.Move(300, 1500, 600, 600);
+        Show(form);
+        form.tbSkin1.SetCaption("About");
+        ServeWaitingMessages();
+        EXPECT_EQ(PartsOf(WindowOf(form), "STATIC").front().second, text);
+        const HDC context = GetDC(WindowOf(form));
+        const ScreenPixels seen = ReadPixels(context, {0, 0, Pixels(form.Width()), Pixels(form.Height())});
+        ReleaseDC(WindowOf(form), context);
+        return seen;
+    };
+    const ScreenPixels before = see("Trawlbeam");
+    const Text logo =
+        skin->FindElementAttribute2("Name", "Globals")->FindElementAttribute2("Name", "TrawlLogo")->Body();
+    const Text graphics = "<Graphics><Image Left='3000' Top='1500'>" + logo + "</Image></Graphics>";
+    const Text width = "<Component Name='pic1' Width='900'></Component>";
+
+    skin->SetAttributeValue("CaptionLineColor1", "255");
+    const ElementPtr about = skin->FindElementAttribute2("Name", "frmAbout");
+    about->AddElement(ParseXml(graphics));
+    about->FindElement("Components")->AddElement(ParseXml(width));
+    about->FindElement("Components")->FindElementAttribute2("Name", "Title")->SetAttributeValue("Caption", "Another");
+    const ScreenPixels after = see("Another");
+    const LONG line = 3 + Pixels(Number("frmAbout", "CaptionHeight")) - 2;
+    ScreenPixels rest = before;
+    for (const RECT& area :
+         {RECT{2, line, before.Width - 3, line + 1}, RECT{Pixels(300), Pixels(900), Pixels(3300), Pixels(1200)},
+          RECT{Pixels(900), Pixels(1500), Pixels(1200), Pixels(2100)},
+          RECT{Pixels(3000), Pixels(1500), Pixels(3960), Pixels(2460)}}) {
+        EXPECT_TRUE(after.DiffersIn(before, area)) << area.left << " " << area.top;
+        rest.TakeFrom(after, area);
     }
-    std::sort(milliseconds.begin(), milliseconds.end());
-    std::printf("a window with 20 pictures is painted after %.1f ms in the median, %.1f at most\n",
-                milliseconds[milliseconds.size() / 2], milliseconds.back());
+    EXPECT_TRUE(rest == after) << "something else changed";
+
+    skin = ParseXml(m_Document);
+    Program.Settings->ReplaceGlobals(
+        "SKIN", ParseXml("<G CaptionLineColor1='255'><W Name='frmAbout'>" + graphics + "<Components>" + width +
+                         "<Component Name='Title' Caption='Another'></Component></Components></W></G>"));
+    EXPECT_TRUE(see("Another") == after) << "the server's skin does as the built-in one";
 }
 
 }  // namespace

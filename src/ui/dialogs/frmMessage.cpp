@@ -14,7 +14,7 @@ constexpr TwipSize DesignSize{5145, 1965};
 constexpr TwipRect IconPlace{180, 615, 480, 480};
 constexpr TwipRect LabelPlace{120, 660, 4905, 195};
 constexpr TwipRect ButtonsPlace{45, 1320, 5055, 585};
-constexpr TwipSize ButtonSize{1215, 375};
+constexpr TwipSize ButtonSize{1170, 375};
 constexpr std::int32_t FixedDialog = 3;
 
 // By an icon's code, the number of the program's icon.

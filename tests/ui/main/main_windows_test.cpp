@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fakes/FakeWindowSystem.h"
 #include "shell/ShellRig.h"
 #include "submissions/SubmissionRig.h"
 
@@ -46,6 +47,57 @@ TEST(MainWindows, ShowThePanelOfSubmissionsAndHandInWhatIsDroppedOnIt) {
     EXPECT_TRUE(rig.Controller().Unload(UnloadMode::Session));
     EXPECT_EQ(rig.Captions(), "");
     EXPECT_FALSE(rig.Main.ShowMainPanel(2)) << "the store has gone";
+}
+
+// The letters that choose something in a window, those of its menus aside; those that two have.
+Text TwiceInAWindow(const Form& form) {
+    std::map<Text, Text> owners;
+    Text twice;
+    for (const auto& control : form.Controls()) {
+        const auto* const label = dynamic_cast<Label*>(control.get());
+        // What is read only, and what the bar shows, is drawn as it is.
+        if ((label != nullptr && !label->UseMnemonic()) || dynamic_cast<tbSkin*>(control.get()) != nullptr) continue;
+        if (dynamic_cast<Menu*>(control.get()) != nullptr) continue;
+        const Text caption = TrapOr(
+            Text(), [&] { return Convert<Text>(control->GetProperty("Caption")); }, [](const RuntimeError&) {});
+        const size_t mark = caption.find('&');
+        if (mark == Text::npos || mark + 1 == caption.size()) continue;
+        const Text letter = UpperCase(caption.substr(mark + 1, 1));
+        if (!owners.emplace(letter, caption).second) twice += owners[letter] + " and " + caption + "|";
+    }
+    return twice;
+}
+
+TEST(MainWindows, HaveNoMnemonicTwice) {
+    MainWindowsRig rig;
+    ASSERT_TRUE(rig.Chain->Main());
+    rig.Controller().MenuClick("menu2");
+    std::set<Text> seen;
+    const auto look = [&](const Forms& family) {
+        for (const Form* form : family.Loaded()) {
+            seen.insert(form->Name());
+            EXPECT_EQ(TwiceInAWindow(*form), "") << form->Name();
+        }
+    };
+    look(rig.Family);
+    // Dialogs stay open on a system only.
+    FakeWindowSystem system;
+    Forms family(&system);
+    MainWindows dialogs{{rig.Access, family, rig}};
+    system.WhileModal = [&] {
+        look(family);
+        family.Loaded().back()->Unload(UnloadMode::User);
+    };
+    for (std::int32_t row = 0; row < 8; ++row) {
+        for (const std::int32_t help : {0, MessageButtons::Help}) {
+            dialogs.Messages()->Show({"R&D && &D", row | help, "&Y", {}});
+        }
+    }
+    QualifiersDialog dialog(rig.Program, rig.Log);
+    dialog.Setup(ParseXml("<C><C ID='2' NAME='One'/><C ID='3' NAME='Two'/></C>"), "&O &C &H", "2", "3");
+    dialogs.Qualifiers().ShowModal(dialog, {});
+    EXPECT_EQ(seen, (std::set<Text>{"frmController", "frmMessage", "frmSubCat", "frmSubmissions", "frmSysTray"}));
+    rig.Controller().Unload(UnloadMode::Session);
 }
 
 }  // namespace

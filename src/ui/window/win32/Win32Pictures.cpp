@@ -57,7 +57,8 @@ ComPointer<IPicture> LoadPictureFile(const Text& bytes) {
     if (FAILED(stream->Write(bytes.data(), length, nullptr)) || FAILED(stream->Seek({}, STREAM_SEEK_SET, nullptr))) {
         return picture;
     }
-    OleLoadPicture(stream.Get(), static_cast<LONG>(length), TRUE, __uuidof(IPicture),
+    // False keeps the file beside the picture; with True there are systems that never free the bitmap.
+    OleLoadPicture(stream.Get(), static_cast<LONG>(length), FALSE, __uuidof(IPicture),
                    reinterpret_cast<void**>(picture.Receive()));
     return picture;
 }
