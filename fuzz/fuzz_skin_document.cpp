@@ -3,8 +3,11 @@
 #include <cstdlib>
 
 #include "components/tbXML/Document.h"
+#include "components/tbXML/XmlParser.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/RecordedLog.h"
+#include "submissions/forms/frmSubCat.h"
+#include "ui/dialogs/frmMessage.h"
 #include "ui/settings/xmlINI.h"
 #include "ui/skin/tbSkin.h"
 #include "ui/window/CommandButton.h"
@@ -50,7 +53,7 @@ struct Window : tb::Form {
     tb::tbSkin& tbSkin1;
 };
 
-bool IsOnScreen(const Window& window, const tb::TwipSize& screen) {
+bool IsOnScreen(const tb::Form& window, const tb::TwipSize& screen) {
     return window.Left() >= 0 && window.Top() >= 0 && window.Left() + window.Width() <= screen.Width &&
            window.Top() + window.Height() <= screen.Height;
 }
@@ -72,6 +75,30 @@ void Dress(tb::Forms& forms, const char* name, const tb::App& app) {
     if (!window.Enabled() || !window.Unload()) std::abort();
 }
 
+void Expect(const tb::Form& window, const tb::Forms& forms, bool isDressed) {
+    if (isDressed && !IsOnScreen(window, forms.ScreenSize())) std::abort();
+    if (!window.Enabled()) std::abort();
+}
+
+// The dialogs of the program, with what they do themselves once they are dressed.
+void Open(tb::Forms& forms, tb::App& app) {
+    tb::RecordedLog log;
+    const auto isDressed = [&](const char* name) { return tb::ReadWindowSkin(app, name).Builtin != nullptr; };
+    {
+        const auto box = std::make_shared<tb::frmMessage>(forms, app, log);
+        box->MsgBox({"A prompt", tb::MessageButtons::YesNo | tb::MessageButtons::Help, "Title", {}});
+        Expect(*box, forms, isDressed("frmMessage"));
+        box->Hide();
+        if (!box->Unload()) std::abort();
+    }
+    tb::QualifiersDialog dialog(app, log);
+    dialog.Setup(tb::ParseXml("<C><C ID='2' NAME='One'/><C ID='3' NAME='Two'/></C>"), "Subject", "2", "3");
+    tb::frmSubCat window(forms, app, log, dialog);
+    window.Show();
+    Expect(window, forms, isDressed("frmSubCat"));
+    if (!window.Unload(tb::UnloadMode::User)) std::abort();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -88,6 +115,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     tb::Forms forms;
     app.SkinRoot = given.Root();
     for (const char* name : Names) Dress(forms, name, app);
+    Open(forms, app);
     tb::Document own;
     own.LoadXML(OwnSkin());
     app.SkinRoot = own.Root();
@@ -95,5 +123,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         system.Files, system.Clock, system.Dialogs, app.Product.Separators, app.Product.ProductName});
     app.Settings->SetGlobals("SKIN", given.Root());
     for (const char* name : Names) Dress(forms, name, app);
+    Open(forms, app);
     return 0;
 }
