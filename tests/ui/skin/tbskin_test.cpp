@@ -191,68 +191,6 @@ TEST(tbSkin, SetsPropertiesAndCallsMethods) {
     }
 }
 
-// All that is seen of a window, a line a property.
-std::vector<Text> Seen(const ControlHost& host) {
-    std::vector<Text> lines;
-    for (const auto& control : host.Controls()) {
-        const Text name = control->Name() + std::to_string(control->Index());
-        for (const char* property : {"Left", "Top", "Width", "Height", "Visible", "BackColor", "ForeColor", "Caption",
-                                     "FontName", "FontSize", "BorderColor", "X2", "Y2", "Picture"}) {
-            const PropertyEntry* const entry = control->Class().FindProperty(property);
-            if (entry == nullptr) continue;
-            const Value value = entry->Get(*control);
-            const PictureRef picture = value.What() == Value::Kind::Picture ? value.AsPicture() : nullptr;
-            const Text text =
-                value.What() == Value::Kind::Picture ? (picture ? picture->Bytes : "none") : value.AsText();
-            lines.push_back(name + "." + property + " " + text);
-        }
-        if (const auto* const inner = dynamic_cast<const ControlHost*>(control.get())) {
-            for (const Text& line : Seen(*inner)) lines.push_back(name + "/" + line);
-        }
-    }
-    return lines;
-}
-
-TEST(tbSkin, ShowsWhatAnotherSkinChangesAndNothingElse) {
-    const auto picture = [](const char* what) {
-        return "<Graphics><image>" + PictureText(what) + "</image></Graphics>";
-    };
-    const auto skin = [](const Text& graphics, const char* color, const char* width, const char* text) {
-        return "<W Name='frmMessage'>" + graphics + "<Components><C name='lbl' ForeColor='" + color + "' Caption='" +
-               text + "'/><C name='pic' Width='" + width + "'/></Components>" + Bar + "</W>";
-    };
-    const auto seen = [](const Text& own, const Text& override) {
-        WindowRig rig;
-        rig.SetSkin(Globals() + own);
-        if (!override.empty()) rig.SetOverride(override);
-        SkinnedWindow window(rig, rig.Family);
-        window.Add<Label>("lbl");
-        window.Add<PictureBox>("pic");
-        window.tbSkin1.DressWindow();
-        EXPECT_TRUE(rig.Log.Lines.empty());
-        return Seen(window);
-    };
-    const auto changes = [](const std::vector<Text>& before, const std::vector<Text>& after) {
-        std::vector<Text> changed;
-        for (size_t index = 0; index < before.size(); ++index) {
-            if (after.at(index) != before[index]) changed.push_back(after[index]);
-        }
-        return Join(changed, ", ");
-    };
-    const Text first = skin(picture("9x9 111111"), "1", "300", "One");
-    EXPECT_EQ(changes(seen(first, {}), seen(skin(picture("9x9 222222"), "2", "450", "Two"), {})),
-              "lbl-1.ForeColor 2, lbl-1.Caption Two, pic-1.Width 450, uiPic0-1.Picture 9x9 222222");
-    // The server's skin may have pictures on the ground where the program's own has none.
-    const Text plain = skin("", "1", "300", "One");
-    const Text override =
-        "<W Name='FRMMESSAGE'><Components><C name='lbl' ForeColor='2' Caption='Two'/>"
-        "<C name='pic' Width='450'/></Components>" +
-        picture("9x9 222222") + "</W>";
-    const std::vector<Text> after = seen(plain, override);
-    EXPECT_EQ(changes(seen(plain, {}), after), "lbl-1.ForeColor 2, lbl-1.Caption Two, pic-1.Width 450");
-    EXPECT_EQ(after.back(), "uiPic0-1.Picture 9x9 222222");
-}
-
 TEST(tbSkin, BearsHostileSkins) {
     WindowRig rig;
     Text many;
