@@ -57,7 +57,6 @@ TEST_F(FormTest, TheWindowGetsEverythingThatWasSetBefore) {
     int ticks = 0;
     timer.TimerEvent.Connect([&] { ++ticks; });
     form.Load();
-    EXPECT_EQ(m_System.Calls.at(m_System.Calls.size() - 2), "form1.button1.cancel");
     EXPECT_TRUE(m_System.Take().starts_with(
         "form1.border 1, form1.text Title, form1.own icon, form1.state 0, form1.top-most, "
         "form1.bounds 150 300 3000 1500, form1.colors -2147483633 -2147483630, form1.enable, form1.box1.lines, "
