@@ -90,12 +90,10 @@ TEST_F(WindowEventsTest, TheMouseIsToldUntilItLeaves) {
     EXPECT_EQ(told, "move -3 down ");
     ::SetCapture(Window());
     ASSERT_TRUE(Served([&] { return told.ends_with("leave "); })) << told;
-    EXPECT_EQ(told, "move -3 down lost leave ");
     box.SetCapture(true);
-    EXPECT_EQ(GetCapture(), window);
     box.SetCapture(false);
     EXPECT_EQ(GetCapture(), nullptr);
-    EXPECT_EQ(told, "move -3 down lost leave ");
+    EXPECT_EQ(told, "move -3 down lost leave ") << "once, and not of its own release";
 }
 
 // What the system does with a caption that is held: here it moves the window as far as the test says.
@@ -151,11 +149,8 @@ TEST_F(WindowEventsTest, KeysPressButtonsAndCloseWhatHasNone) {
         ServeWaitingMessages();
         return told;
     };
-    const auto borderOf = [&](bool isDefault) {
-        ButtonState state;
-        state.Default = isDefault;
-        return LookOfButton({m_System.Resolved(ok.BackColor()), m_System.Resolved(ok.ForeColor())}, state).Border;
-    };
+    const ControlColors colors{m_System.Resolved(ok.BackColor()), m_System.Resolved(ok.ForeColor())};
+    const auto borderOf = [&](bool isDefault) { return LookOfButton(colors, {.Default = isDefault}).Border; };
     EXPECT_EQ(Seen(40, 10), borderOf(true));
     EXPECT_EQ(Seen(110, 10), borderOf(false));
     EXPECT_EQ(Seen(10, 10), Blue) << "what lies beneath the corner";

@@ -119,10 +119,8 @@ TEST(MessageBox, StandsOnTheScreenOfTheMouseInFrontOfItsWindow) {
     for (Form* const form : {&panel, &corner}) form->Show();
     const auto screen = [&] {
         const frmMessage& box = rig.Open();
-        EXPECT_GE(box.Left(), -9600);
-        EXPECT_LE(box.Left() + box.Width(), 0);
-        EXPECT_GE(box.Top(), -1500);
-        EXPECT_LE(box.Top() + box.Height(), -1500 + 6600) << "not under the system's bar";
+        EXPECT_TRUE(box.Left() >= -9600 && box.Left() + box.Width() <= 0);
+        EXPECT_TRUE(box.Top() >= -1500 && box.Top() + box.Height() <= -1500 + 6600) << "not under the system's bar";
         EXPECT_LE(box.picButtons.Top() + box.picButtons.Height(), box.ScaleHeight());
     };
     rig.Ask(0, [&] {
