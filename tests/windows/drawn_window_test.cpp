@@ -153,8 +153,7 @@ TEST_F(DrawnWindowTest, ALabelBreaksCutsAndGreysItsText) {
         }
         return found;
     };
-    const TwipSize line = m_System.MeasureText("M", label.Font(), 0);
-    const std::int32_t height = m_System.Scale().ToPixels(line.Height);
+    const std::int32_t height = Pixels(m_System.MeasureText("M", label.Font(), 0).Height);
     EXPECT_GT(dark(0, height, 60, height), 20) << "a word of that length goes on in the next line";
     label.SetCaption("i");
     EXPECT_EQ(dark(0, 0, 40, 60), 0);
