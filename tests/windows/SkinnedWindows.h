@@ -35,7 +35,10 @@ protected:
         m_Other.SetBorderStyle(0);
         m_Other.Move(12000, 12000, 1500, 750);
     }
-    ~SkinnedWindows() override { EXPECT_EQ(Log.Lines, Lines{}); }
+    ~SkinnedWindows() override {
+        m_Other.Unload();
+        EXPECT_EQ(Log.Lines, Lines{});
+    }
 
     bool StartActivity(const Text&, bool) override { return true; }
     void EndActivity(const Text&, bool) override {}
