@@ -15,8 +15,7 @@ namespace tb {
 
 class FakeWindowSystem : public WindowSystem {
 public:
-    // What all windows were told, in order: "form1.text Caption". Windows are named by number: "form1",
-    // "form1.box1", "form1.timer1".
+    // What all windows were told, in order: "form1.text Caption", "form1.box1.lock", "form1.timer1.stop".
     std::vector<Text> Calls;
     // The windows and timers that exist.
     int Live = 0;
@@ -33,11 +32,8 @@ public:
     std::map<Text, TextBoxEvents*> Boxes;
     std::map<Text, ButtonEvents*> Buttons;
     std::map<Text, TimerEvents*> Timers;
-
-    // What the mouse does on a window, by its name.
     std::map<Text, PointerEvents*> Pointers;
-    // What is drawn, by the window's name.
-    std::map<Text, RecordedSurface*> Surfaces;
+
     std::vector<Screen> AllScreens{{{0, 0, 19200, 15360}, {0, 0, 19200, 15000}}};
     TwipPoint Mouse;
     bool IsHighContrast = false;
@@ -65,76 +61,68 @@ public:
     Text Take() { return Join(std::exchange(Calls, {}), ", "); }
 
 private:
+    // Counts itself and notes what it is told.
     template <typename Base>
-    class Remembered : public Base {
+    class Noting : public Base {
     public:
-        Remembered(FakeWindowSystem& system, Text name) : m_System(system), m_Name(std::move(name)) { ++m_System.Live; }
-        Remembered(const Remembered&) = delete;
-        Remembered& operator=(const Remembered&) = delete;
-        ~Remembered() override {
-            --m_System.Live;
-            Note("gone");
-        }
-
-        void SetBounds(const TwipRect& bounds) override {
-            Note("bounds " + std::to_string(bounds.Left) + " " + std::to_string(bounds.Top) + " " +
-                 std::to_string(bounds.Width) + " " + std::to_string(bounds.Height));
-        }
-        void SetVisible(bool visible) override { Note(visible ? "show" : "hide"); }
-        void SetEnabled(bool enabled) override { Note(enabled ? "enable" : "disable"); }
-        void SetText(const Text& text) override { Note("text " + text); }
-        void SetColors(const ControlColors& colors) override {
-            Note("colors " + std::to_string(colors.Back.Bits()) + " " + std::to_string(colors.Fore.Bits()));
-        }
-        void SetFont(const Font& font) override {
-            Note("font " + font.Name + " " + ToText(font.Size) + (font.Bold ? " bold" : ""));
-        }
-        void SetFocus() override { Note("focus"); }
-        void SetZOrder(bool toBack) override { Note(toBack ? "back" : "front"); }
-        void SetToolTip(const Text& text) override { Note("tip " + text); }
+        Noting(FakeWindowSystem& system, Text name) : m_System(system), m_Name(std::move(name)) { ++m_System.Live; }
+        Noting(const Noting&) = delete;
+        Noting& operator=(const Noting&) = delete;
+        ~Noting() override { --m_System.Live; }
         const Text& Name() const { return m_Name; }
 
     protected:
-        void Note(const Text& call) { m_System.Calls.push_back(m_Name + "." + call); }
+        template <typename... Parts>
+        void Note(const Parts&... parts) {
+            m_System.Calls.push_back(m_Name + "." + InWords(parts...));
+        }
 
         FakeWindowSystem& m_System;
         Text m_Name;
     };
 
-    // Events that a test may raise, for as long as the window or timer exists.
-    template <typename Events>
-    class Reachable {
+    template <typename Base>
+    class Remembered : public Noting<Base> {
     public:
-        Reachable(std::map<Text, Events*>& all, Events& events, const Text& name) : m_All(all), m_Name(name) {
-            m_All[m_Name] = &events;
+        using Noting<Base>::Noting;
+        using Noting<Base>::Note;
+        ~Remembered() override { Note("gone"); }
+        void SetBounds(const TwipRect& bounds) override {
+            Note("bounds", bounds.Left, bounds.Top, bounds.Width, bounds.Height);
         }
-        Reachable(const Reachable&) = delete;
-        Reachable& operator=(const Reachable&) = delete;
-        ~Reachable() { m_All.erase(m_Name); }
+        void SetVisible(bool visible) override { Note(visible ? "show" : "hide"); }
+        void SetEnabled(bool enabled) override { Note(enabled ? "enable" : "disable"); }
+        void SetText(const Text& text) override { Note("text", text); }
+        void SetColors(const ControlColors& colors) override { Note("colors", colors.Back, colors.Fore); }
+        void SetFont(const Font& font) override {
+            Note("font", font.Name, ToText(font.Size) + (font.Bold ? " bold" : ""));
+        }
+        void SetFocus() override { Note("focus"); }
+        void SetZOrder(bool toBack) override { Note(toBack ? "back" : "front"); }
+        void SetToolTip(const Text& text) override { Note("tip", text); }
+    };
 
-    private:
-        std::map<Text, Events*>& m_All;
-        Text m_Name;
+    // With events that a test may raise, for as long as the window or timer exists.
+    template <typename Base, auto All>
+    class Heard : public Base {
+    public:
+        Heard(FakeWindowSystem& system, auto& events, const Text& name) : Base(system, name) {
+            (system.*All)[name] = &events;
+        }
+        ~Heard() override { (this->m_System.*All).erase(this->m_Name); }
     };
 
     // A window that is drawn on.
     template <typename Base>
-    class Drawn : public Remembered<Base> {
+    class Drawn : public Heard<Remembered<Base>, &FakeWindowSystem::Pointers> {
     public:
-        Drawn(FakeWindowSystem& system, PointerEvents& events, const Text& name)
-            : Remembered<Base>(system, name), m_Pointer(system.Pointers, events, name) {
-            system.Surfaces[name] = &m_Surface;
-        }
-        ~Drawn() override { this->m_System.Surfaces.erase(this->m_Name); }
+        Drawn(FakeWindowSystem& system, PointerEvents& events, const Text& name) : Drawn::Heard(system, events, name) {}
         void SetBounds(const TwipRect& bounds) override {
             m_Bounds = bounds;
             Remembered<Base>::SetBounds(bounds);
         }
         void SetColors(const ControlColors& colors) override {
-            if (colors.Back != m_Back) {
-                m_Back = colors.Back;
-                m_Surface.SetGround(m_Back, m_Picture);
-            }
+            if (colors.Back != std::exchange(m_Back, colors.Back)) m_Surface.SetGround(m_Back, m_Picture);
             Remembered<Base>::SetColors(colors);
         }
         tb::Surface& Surface() override { return m_Surface; }
@@ -158,7 +146,6 @@ private:
         Color m_Back;
         PictureRef m_Picture;
         RecordedSurface m_Surface{[this](const Text& call) { this->Note(call); }, [this] { return SizeInPixels(); }};
-        Reachable<PointerEvents> m_Pointer;
     };
 
     struct Area : Drawn<BoxPeer> {
@@ -166,92 +153,56 @@ private:
         void SetTabStop(bool tabStop) override { Note(tabStop ? "stop" : "no stop"); }
     };
 
-    struct Words : Remembered<LabelPeer> {
-        Words(FakeWindowSystem& system, PointerEvents& events, const Text& name)
-            : Remembered(system, name), Pointer(system.Pointers, events, name) {}
+    struct Words : Heard<Remembered<LabelPeer>, &FakeWindowSystem::Pointers> {
+        using Heard::Heard;
         void SetTransparent(bool transparent) override { Note(transparent ? "transparent" : "opaque"); }
-        void SetAlignment(std::int32_t alignment) override { Note("align " + std::to_string(alignment)); }
-        Reachable<PointerEvents> Pointer;
+        void SetAlignment(std::int32_t alignment) override { Note("align", alignment); }
     };
 
-    // An image or a line.
-    template <typename Base>
-    class Painted : public Base {
-    public:
-        Painted(FakeWindowSystem& system, Text name) : m_System(system), m_Name(std::move(name)) { ++m_System.Live; }
-        Painted(const Painted&) = delete;
-        Painted& operator=(const Painted&) = delete;
-        ~Painted() override { --m_System.Live; }
+    struct PaintedImage : Noting<ImagePeer> {
+        using Noting::Noting;
         void SetVisible(bool visible) override { Note(visible ? "show" : "hide"); }
         void SetZOrder(bool toBack) override { Note(toBack ? "back" : "front"); }
-
-    protected:
-        void Note(const Text& call) { m_System.Calls.push_back(m_Name + "." + call); }
-
-    private:
-        FakeWindowSystem& m_System;
-        Text m_Name;
-    };
-
-    struct PaintedImage : Painted<ImagePeer> {
-        using Painted::Painted;
         void SetBounds(const TwipRect& bounds) override {
-            Note("bounds " + std::to_string(bounds.Left) + " " + std::to_string(bounds.Top) + " " +
-                 std::to_string(bounds.Width) + " " + std::to_string(bounds.Height));
+            Note("bounds", bounds.Left, bounds.Top, bounds.Width, bounds.Height);
         }
         void SetPicture(const PictureRef& picture, bool stretch) override {
             Note((picture ? Text("picture") : Text("no picture")) + (stretch ? " stretched" : ""));
         }
     };
 
-    struct PaintedLine : Painted<LinePeer> {
-        using Painted::Painted;
-        void SetEnds(const TwipPoint& from, const TwipPoint& to) override {
-            Note("ends " + std::to_string(from.X) + " " + std::to_string(from.Y) + " " + std::to_string(to.X) + " " +
-                 std::to_string(to.Y));
-        }
-        void SetColor(Color color) override { Note("color " + std::to_string(color.Bits())); }
+    struct PaintedLine : Noting<LinePeer> {
+        using Noting::Noting;
+        void SetVisible(bool visible) override { Note(visible ? "show" : "hide"); }
+        void SetZOrder(bool toBack) override { Note(toBack ? "back" : "front"); }
+        void SetEnds(const TwipPoint& from, const TwipPoint& to) override { Note("ends", from.X, from.Y, to.X, to.Y); }
+        void SetColor(Color color) override { Note("color", color); }
     };
 
-    struct Box : Remembered<TextBoxPeer> {
-        Box(FakeWindowSystem& system, TextBoxEvents& events, const Text& name)
-            : Remembered(system, name), Outside(system.Boxes, events, name) {}
+    struct Box : Heard<Remembered<TextBoxPeer>, &FakeWindowSystem::Boxes> {
+        using Heard::Heard;
         void SetLocked(bool locked) override { Note(locked ? "lock" : "unlock"); }
         std::int32_t SelStart() const override { return Start; }
         void SetSelStart(std::int32_t position) override { Start = position; }
         std::int32_t Start = 0;
-        Reachable<TextBoxEvents> Outside;
     };
 
-    struct Push : Remembered<CommandButtonPeer> {
-        Push(FakeWindowSystem& system, ButtonEvents& events, const Text& name)
-            : Remembered(system, name), Outside(system.Buttons, events, name) {}
+    struct Push : Heard<Remembered<CommandButtonPeer>, &FakeWindowSystem::Buttons> {
+        using Heard::Heard;
         void SetDefault(bool isDefault) override { Note(isDefault ? "default" : "not default"); }
         void SetCancel(bool isCancel) override { Note(isCancel ? "cancel" : "not cancel"); }
-        Reachable<ButtonEvents> Outside;
     };
 
-    struct Option : Remembered<OptionButtonPeer> {
-        Option(FakeWindowSystem& system, ButtonEvents& events, const Text& name)
-            : Remembered(system, name), Outside(system.Buttons, events, name) {}
+    struct Option : Heard<Remembered<OptionButtonPeer>, &FakeWindowSystem::Buttons> {
+        using Heard::Heard;
         void SetSelected(bool selected) override { Note(selected ? "select" : "unselect"); }
         void SetTabStop(bool tabStop) override { Note(tabStop ? "stop" : "no stop"); }
-        Reachable<ButtonEvents> Outside;
     };
 
-    struct Clockwork : TimerPeer {
-        Clockwork(FakeWindowSystem& system, TimerEvents& events, const Text& name)
-            : System(system), Name(name), Outside(system.Timers, events, name) {
-            ++System.Live;
-        }
-        ~Clockwork() override { --System.Live; }
-        void Start(std::int32_t milliseconds) override {
-            System.Calls.push_back(Name + ".start " + std::to_string(milliseconds));
-        }
-        void Stop() override { System.Calls.push_back(Name + ".stop"); }
-        FakeWindowSystem& System;
-        Text Name;
-        Reachable<TimerEvents> Outside;
+    struct Clockwork : Heard<Noting<TimerPeer>, &FakeWindowSystem::Timers> {
+        using Heard::Heard;
+        void Start(std::int32_t milliseconds) override { Note("start", milliseconds); }
+        void Stop() override { Note("stop"); }
     };
 
     class Frame;
@@ -261,15 +212,18 @@ private:
 class FakeWindowSystem::Frame : public Drawn<FormPeer> {
 public:
     Frame(FakeWindowSystem& system, FormEvents& events, PointerEvents& pointer, const Text& name)
-        : Drawn(system, pointer, name), m_Outside(system.FormsByName, events, name) {}
+        : Drawn(system, pointer, name) {
+        system.FormsByName[name] = &events;
+    }
+    ~Frame() override { m_System.FormsByName.erase(m_Name); }
 
     WindowHandle Window() const override { return 4711; }
     // A frame takes 120 by 400.
     TwipSize ClientSize() const override { return Inner(); }
-    void SetWindowState(WindowStates state) override { Note("state " + std::to_string(static_cast<int>(state))); }
+    void SetWindowState(WindowStates state) override { Note("state", static_cast<int>(state)); }
     void SetBorderStyle(BorderStyles style) override {
         m_HasFrame = style != BorderStyles::None;
-        Note("border " + std::to_string(static_cast<int>(style)));
+        Note("border", static_cast<int>(style));
     }
     void SetIcon(const PictureRef& picture) override { Note(picture ? "icon" : "own icon"); }
     IconNumber Icon() const override { return 77; }
@@ -288,25 +242,22 @@ public:
     }
     void SetInTaskList(bool inTaskList) override { Note(inTaskList ? "listed" : "unlisted"); }
     void SetRoundRegion(PixelPoint from, PixelPoint to, std::int32_t corner) override {
-        Note("region " + std::to_string(from.X) + "," + std::to_string(from.Y) + " " + std::to_string(to.X) + "," +
-             std::to_string(to.Y) + " " + std::to_string(corner));
+        Note("region", from, to, corner);
     }
     void SetLayering(const Layering& layering) override {
-        Note("alpha " + std::to_string(layering.Alpha) +
-             (layering.ClearColor ? " clear " + std::to_string(layering.ClearColor->Bits()) : ""));
+        const Text clear = layering.ClearColor ? " clear " + InWords(*layering.ClearColor) : Text();
+        Note("alpha", InWords(layering.Alpha) + clear);
     }
     void DragByCaption() override {
         FakeWindowSystem& system = m_System;
         Note("drag");
         if (system.WhileDragged) system.WhileDragged();
     }
-    void SetMousePointer(MousePointers pointer) override {
-        Note("pointer " + std::to_string(static_cast<int>(pointer)));
-    }
+    void SetMousePointer(MousePointers pointer) override { Note("pointer", static_cast<int>(pointer)); }
     std::int32_t PopupMenu(const std::vector<MenuRow>& rows, std::uint32_t flags) override {
         // The window may go while the menu is open.
         FakeWindowSystem& system = m_System;
-        Note("menu " + std::to_string(flags));
+        Note("menu", flags);
         system.MenuRows = rows;
         if (system.WhileMenuIsOpen) system.WhileMenuIsOpen();
         return system.MenuAnswer;
@@ -352,7 +303,6 @@ private:
         return holder + "." + kind + std::to_string(++m_ControlsMade);
     }
 
-    Reachable<FormEvents> m_Outside;
     bool m_HasFrame = true;
     int m_ControlsMade = 0;
     int m_BoxesMade = 0;

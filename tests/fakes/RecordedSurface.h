@@ -7,6 +7,19 @@
 
 namespace tb {
 
+inline Text InWords(const Text& text) { return text; }
+inline Text InWords(std::int64_t number) { return std::to_string(number); }
+inline Text InWords(Color color) { return std::to_string(color.Bits()); }
+inline Text InWords(PixelPoint at) { return InWords(at.X) + "," + InWords(at.Y); }
+inline Text InWords(const PixelRect& area) {
+    return InWords(PixelPoint{area.Left, area.Top}) + "," + InWords(PixelPoint{area.Width, area.Height});
+}
+// With a blank between two: "line 1,1 9,1 255".
+template <typename First, typename... Others>
+requires(sizeof...(Others) > 0) Text InWords(const First& first, const Others&... others) {
+    return (InWords(first) + ... + (" " + InWords(others)));
+}
+
 class RecordedSurface : public Surface {
 public:
     // `note` gets a line for each call: "line 1,1 9,1 255".
@@ -26,30 +39,26 @@ public:
         ShowGround();
     }
     void Fill(const PixelRect& area, Color color) override {
-        m_Note("fill " + Words({area.Left, area.Top, area.Width, area.Height}, ",") + " " + Number(color));
+        m_Note(InWords("fill", area, color));
         ForEach(area, [&](PixelPoint at) { Put(at, color); });
     }
-    void Line(PixelPoint from, PixelPoint to, Color color) override {
-        m_Note("line " + Words({from.X, from.Y}, ",") + " " + Words({to.X, to.Y}, ",") + " " + Number(color));
-    }
+    void Line(PixelPoint from, PixelPoint to, Color color) override { m_Note(InWords("line", from, to, color)); }
     void RoundRect(PixelPoint from, PixelPoint to, std::int32_t corner, Color color) override {
-        m_Note("round " + Words({from.X, from.Y}, ",") + " " + Words({to.X, to.Y}, ",") + " " + std::to_string(corner) +
-               " " + Number(color));
+        m_Note(InWords("round", from, to, corner, color));
     }
     void Print(PixelPoint at, const Text& text, const Font& font, Color color) override {
-        m_Note("print " + Words({at.X, at.Y}, ",") + " " + text + " " + font.Name + (font.Bold ? " bold " : " ") +
-               Number(color));
+        m_Note(InWords("print", at, text, font.Name + (font.Bold ? " bold" : ""), color));
     }
     Color GetPixel(PixelPoint at) const override { return IsInside(at) ? m_Pixels[Place(at)] : Outside; }
     void SetPixel(PixelPoint at, Color color) override {
         if (IsInside(at)) m_Pixels[Place(at)] = color;
     }
     void DrawPicture(const Picture& picture, const PixelRect& area) override {
-        m_Note("picture " + Words({area.Left, area.Top, area.Width, area.Height}, ","));
+        m_Note(InWords("picture", area));
         Show(picture, {area.Left, area.Top});
     }
     void CopyFrom(const Surface& source, PixelPoint from, const PixelRect& to) override {
-        m_Note("copy " + Words({from.X, from.Y}, ",") + " " + Words({to.Left, to.Top, to.Width, to.Height}, ","));
+        m_Note(InWords("copy", from, to));
         ForEach(to, [&](PixelPoint at) {
             Put(at, source.GetPixel({from.X + at.X - to.Left, from.Y + at.Y - to.Top}));
         });
@@ -58,20 +67,13 @@ public:
         Fit();
         Picture picture{{}, PictureKind::Bmp, m_Held, {}};
         for (const Color& color : m_Pixels) {
-            picture.Pixels.push_back(0xFF000000U | static_cast<std::uint32_t>(color.Red()) << 16 |
-                                     static_cast<std::uint32_t>(color.Green()) << 8 |
-                                     static_cast<std::uint32_t>(color.Blue()));
+            const auto rgb = static_cast<std::uint32_t>(color.Red() << 16 | color.Green() << 8 | color.Blue());
+            picture.Pixels.push_back(0xFF000000U | rgb);
         }
         return std::make_shared<Picture>(std::move(picture));
     }
 
 private:
-    static Text Number(Color color) { return std::to_string(color.Bits()); }
-    static Text Words(const std::vector<std::int32_t>& numbers, const char* between) {
-        std::vector<Text> texts;
-        for (const std::int32_t number : numbers) texts.push_back(std::to_string(number));
-        return Join(texts, between);
-    }
     template <typename Function>
     static void ForEach(const PixelRect& area, Function&& function) {
         for (std::int32_t y = area.Top; y < area.Top + area.Height; ++y) {

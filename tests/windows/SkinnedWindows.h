@@ -1,22 +1,16 @@
 // The windows of the program, real ones in the built skin, with the rest of the program in memory.
 #pragma once
 
-#include <windows.h>
+#include "windows/RealForm.h"
 
-// After windows.h.
-#include <gtest/gtest.h>
-
-#include "components/tbXML/XmlParser.h"
-#include "platform/win32/MessageLoop.h"
 #include "platform/win32/Win32Files.h"
-#include "platform/win32/Win32WindowText.h"
 #include "submissions/SubmissionRig.h"
 #include "submissions/forms/frmSubCat.h"
+#include "submissions/forms/frmSubmissions.h"
 #include "submissions/win32/OleSession.h"
+#include "submissions/win32/Win32DropTargets.h"
 #include "ui/dialogs/frmMessage.h"
 #include "ui/window/Timer.h"
-#include "ui/window/win32/Win32WindowSystem.h"
-#include "windows/Eventually.h"
 
 namespace tb {
 
@@ -30,7 +24,7 @@ struct SkinnedForm : Form {
     tbSkin& tbSkin1;
 };
 
-class SkinnedWindows : public ::testing::Test, protected SubmissionRig {
+class SkinnedWindows : public RealWindows, protected SubmissionRig, protected Activities {
 protected:
     SkinnedWindows() {
         Win32Files disk;
@@ -43,20 +37,15 @@ protected:
     }
     ~SkinnedWindows() override {
         m_Other.Unload();
-        EXPECT_EQ(m_Failures, Lines{});
         EXPECT_EQ(Log.Lines, Lines{});
-        EXPECT_EQ(OwnedWindow::Live(), 0);
     }
 
-    template <typename Condition>
-    static bool Served(Condition done) {
-        return Eventually([&] {
-            ServeWaitingMessages();
-            return done();
-        });
+    bool StartActivity(const Text&, bool) override { return true; }
+    void EndActivity(const Text&, bool) override {}
+    std::shared_ptr<frmSubmissions> Panel() {
+        return std::make_shared<frmSubmissions>(
+            m_Forms, frmSubmissions::Parts{DB, {Program, Log, Web.Factory()}, *this, m_Targets, [] {}});
     }
-    static HWND WindowOf(const Form& form) { return ToHwnd(form.hWnd()); }
-    std::int32_t Pixels(Twips twips) const { return m_System.Scale().ToPixels(twips); }
     std::shared_ptr<SkinnedForm> Made(const char* name) {
         return std::make_shared<SkinnedForm>(m_Forms, Program, Log, name);
     }
@@ -76,44 +65,54 @@ protected:
         if (place.left == 0 && place.top == 0) form.Move(1500, 1500);
     }
 
-    // Opens a dialog, does that with it as soon as it stands there, and closes it.
-    void WhileOpen(const std::function<void()>& open, const std::function<void(Form&)>& act) {
+    using Deed = std::function<void(Form&)>;
+    // Opens a dialog and does that with it, again and again as long as it stands there.
+    void WhileOpen(const std::function<void()>& open, const Deed& act) {
         Form clock(m_Forms, "frmClock");
         auto& timer = clock.Add<Timer>("tm");
         timer.SetInterval(10);
         timer.SetEnabled(true);
+        bool wasOpen = false;
         timer.TimerEvent.Connect([&] {
             Form& top = *m_Forms.Loaded().back();
             if (&top == &clock || !top.Visible()) return;
-            timer.SetEnabled(false);
+            wasOpen = true;
             act(top);
-            top.Unload(UnloadMode::User);
         });
         clock.Load();
         open();
-        EXPECT_FALSE(timer.Enabled()) << "nothing was opened";
+        EXPECT_TRUE(wasOpen);
     }
-    void Ask(const Text& prompt, std::int32_t buttons, const std::function<void(Form&)>& act) {
-        const auto box = std::make_shared<frmMessage>(m_Forms, Program, Log);
-        WhileOpen([&] { box->MsgBox({prompt, buttons, "Trawlbeam", {}}); }, act);
+    // That, and then no more.
+    static Deed AndClose(const Deed& act) {
+        return [act, begun = std::make_shared<bool>()](Form& form) {
+            if (std::exchange(*begun, true)) return;
+            act(form);
+            form.Unload(UnloadMode::User);
+        };
+    }
+    std::int32_t Ask(App& program, const Text& prompt, std::int32_t buttons, const Deed& act) {
+        const auto box = std::make_shared<frmMessage>(m_Forms, program, Log);
+        std::int32_t answer = 0;
+        WhileOpen([&] { answer = box->MsgBox({prompt, buttons, "A box", {}}); }, act);
         box->Unload();
+        return answer;
     }
-    void AskForCategory(const std::function<void(Form&)>& act) {
+    // What the dialog says: result, category and confidence.
+    Text AskForCategory(const Deed& act, const Text& category = "2") {
         QualifiersDialog dialog(Program, Log);
-        dialog.Setup(ParseXml("<C><C ID='2' NAME='Banking or Credit Card Spoof'/><C ID='3' NAME='Odd'/></C>"),
-                     "http://www.some.example/with/a/path", "2", "3");
-        SubCatWindows windows(m_Forms, Program, Log);
-        WhileOpen([&] { windows.ShowModal(dialog, {1500, 1500}); }, act);
+        dialog.Setup(ParseXml("<C><C ID='2' NAME='Banking or Credit Card Spoof'/><C ID='3' NAME='Odd'/>"
+                              "<C ID='4' NAME='Last'/></C>"),
+                     "http://www.some.example/with/a/path?a & b", category, "3");
+        WhileOpen([&] { m_SubCat.ShowModal(dialog, {1500, 1500}); }, act);
+        return std::to_string(dialog.Result) + " " + std::to_string(dialog.CategoryID) + " " +
+               std::to_string(dialog.ConfidenceID);
     }
 
     Text m_Document;
-    Lines m_Failures;
-    const std::function<void(const RuntimeError&)> m_Failed = [this](const RuntimeError& error) {
-        m_Failures.push_back(error.Line());
-    };
     OleSession m_Session;
-    Win32WindowSystem m_System{{"TestForm", "TestBox"}, m_Failed};
-    Forms m_Forms{&m_System};
+    Win32DropTargets m_Targets{m_Failed};
+    SubCatWindows m_SubCat{m_Forms, Program, Log};
     // One that takes the focus away.
     Form m_Other{m_Forms, "frmOther"};
 };

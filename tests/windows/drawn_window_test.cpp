@@ -5,7 +5,6 @@
 #include "ui/window/Label.h"
 #include "ui/window/Line.h"
 #include "ui/window/PictureBox.h"
-#include "ui/window/win32/pcMemDC.h"
 
 namespace tb {
 namespace {
@@ -29,21 +28,14 @@ TEST_F(DrawnWindowTest, ASurfaceIsDrawnOnByPixelsAndKeepsThem) {
     surface.SetPixel({199, 149}, Red);
     surface.SetPixel({200, 0}, Red);
     surface.Fill({-9, -9, INT32_MAX, 10}, Green);
-    const std::vector<std::pair<PixelPoint, Color>> pixels = {{{10, 10}, Red},
-                                                              {{19, 10}, Red},
-                                                              {{20, 10}, Blue},
-                                                              {{30, 40}, Green},
-                                                              {{30, 30}, Blue},
-                                                              {{40, 40}, Blue},
-                                                              {{59, 40}, Green},
-                                                              {{60, 40}, Blue},
-                                                              {{74, 14}, Red},
-                                                              {{75, 15}, Blue},
-                                                              {{199, 149}, Red},
-                                                              {{0, 0}, Green},
-                                                              {{200, 0}, Surface::Outside},
-                                                              {{0, -1}, Surface::Outside}};
-    for (const auto& [at, color] : pixels) EXPECT_EQ(surface.GetPixel(at).Bits(), color.Bits()) << at.X << " " << at.Y;
+    const std::pair<Color, std::vector<PixelPoint>> pixels[] = {
+        {Red, {{10, 10}, {19, 10}, {74, 14}, {199, 149}}},
+        {Green, {{30, 40}, {59, 40}, {0, 0}}},
+        {Blue, {{20, 10}, {30, 30}, {40, 40}, {60, 40}, {75, 15}}},
+        {Surface::Outside, {{200, 0}, {0, -1}}}};
+    for (const auto& [color, places] : pixels) {
+        for (const PixelPoint at : places) EXPECT_EQ(surface.GetPixel(at), color) << at.X << " " << at.Y;
+    }
 
     m_Form.Show();
     EXPECT_EQ(SeenNow(Window(), 19, 10), Red);
@@ -67,20 +59,6 @@ TEST_F(DrawnWindowTest, ASurfaceIsDrawnOnByPixelsAndKeepsThem) {
     EXPECT_EQ(surface.Size(), (PixelSize{300, 250})) << "what it shows waits for it";
 }
 
-// Part of a picture, by the surface that holds copies of it.
-TEST_F(DrawnWindowTest, AMemoryContextCopiesAPart) {
-    pcMemDC source = pcMemDC::CreateFromPicture(*Plain(4, 3, 0xFFFF0000));
-    const pcMemDC target(8, 8);
-    EXPECT_TRUE(source.Draw(target.hDC(), 0, 0, 0, 2, 1, 1));
-    EXPECT_EQ(GetPixel(target.hDC(), 4, 2), 0x0000FFU);
-    for (const auto& [x, y] : {std::pair(0, 1), std::pair(5, 1), std::pair(4, 3)}) {
-        EXPECT_EQ(GetPixel(target.hDC(), x, y), 0U);
-    }
-    EXPECT_EQ(pcMemDC(0, 5).Width(), 0);
-    source = pcMemDC(2, 2);
-    EXPECT_EQ(source.Width(), 2);
-}
-
 TEST_F(DrawnWindowTest, ImageFilesAreDecodedOrRefused) {
     const Text bmp(
         "BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0\0\0\0\0\4\0\0\0"
@@ -92,11 +70,6 @@ TEST_F(DrawnWindowTest, ImageFilesAreDecodedOrRefused) {
                       Text("\xFF\xC0\0\x0B\x08\0\x08\0\x08\1\1\x11\0", 13) + "\xFF\xC4" + table + Text(1, '\0') +
                       codes + "\xFF\xC4" + table + '\x10' + codes +
                       Text("\xFF\xDA\0\x08\1\1\0\0\x3F\0\x3F\xFF\xD9", 13);
-    // 16 by 16 pixels of 1 bit: white where the mask lets it be seen, which is the lower half.
-    const Text icon = Text("\0\0\1\0\1\0\x10\x10\2\0\1\0\1\0\xB0\0\0\0\x16\0\0\0", 22) +
-                      Text("\x28\0\0\0\x10\0\0\0\x20\0\0\0\1\0\1\0", 16) + Text(24, '\0') +
-                      Text("\0\0\0\0\xFF\xFF\xFF\0", 8) + Text(32, '\xFF') + Text(32, '\0') + Text(32, '\0') +
-                      Text(32, '\xFF');
     struct Row {
         const Text& File;
         PixelSize Size;
@@ -104,7 +77,7 @@ TEST_F(DrawnWindowTest, ImageFilesAreDecodedOrRefused) {
         std::uint32_t Last;
     };
     for (const Row& row : {Row{SmallGif, {3, 2}, 0xFFFF0000, 0xFFFF0000}, Row{bmp, {1, 1}, 0xFFFF0080, 0xFFFF0080},
-                           Row{jpeg, {8, 8}, 0xFF808080, 0xFF808080}, Row{icon, {16, 16}, 0, 0xFFFFFFFF}}) {
+                           Row{jpeg, {8, 8}, 0xFF808080, 0xFF808080}, Row{SmallIcon, {16, 16}, 0, 0xFFFFFFFF}}) {
         const PictureRef picture = m_System.Decode(row.File);
         ASSERT_TRUE(picture) << row.File.substr(0, 6);
         EXPECT_EQ(picture->Size, (PixelSize{AtThisScreen(row.Size.Width), AtThisScreen(row.Size.Height)}));
@@ -180,8 +153,7 @@ TEST_F(DrawnWindowTest, ALabelBreaksCutsAndGreysItsText) {
         }
         return found;
     };
-    const TwipSize line = m_System.MeasureText("M", label.Font(), 0);
-    const std::int32_t height = m_System.Scale().ToPixels(line.Height);
+    const std::int32_t height = Pixels(m_System.MeasureText("M", label.Font(), 0).Height);
     EXPECT_GT(dark(0, height, 60, height), 20) << "a word of that length goes on in the next line";
     label.SetCaption("i");
     EXPECT_EQ(dark(0, 0, 40, 60), 0);

@@ -159,9 +159,6 @@ TEST_F(SkinWindowsTest, OutlineBorderAndBarAreAsTold) {
         Show(m_Other);
         ASSERT_TRUE(Served([&] { return form->tbSkin1.CaptionState() != 1; }));
         ExpectAsTold(*form, false);
-        Show(*form);
-        ASSERT_TRUE(Served([&] { return form->tbSkin1.CaptionState() != -1; }));
-        ExpectAsTold(*form, true);
         form->Unload();
     }
 }

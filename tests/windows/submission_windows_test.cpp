@@ -1,71 +1,29 @@
 // The windows of the submissions as real ones: keys, and drops from another process.
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
 #include <fstream>
 
 #include "platform/win32/ServedWait.h"
-#include "platform/win32/Win32WindowText.h"
-#include "submissions/SubmissionRig.h"
-#include "submissions/forms/frmSubCat.h"
-#include "submissions/forms/frmSubmissions.h"
-#include "submissions/win32/OleSession.h"
 #include "submissions/win32/Win32ClipboardFormats.h"
-#include "submissions/win32/Win32DropTargets.h"
-#include "ui/window/Timer.h"
-#include "ui/window/win32/Win32WindowSystem.h"
 #include "windows/ProgramProcess.h"
 #include "windows/ScratchFolder.h"
+#include "windows/SkinnedWindows.h"
 
 namespace tb {
 namespace {
 
-class SubmissionWindowsTest : public ::testing::Test, protected SubmissionRig, protected Activities {
+class SubmissionWindowsTest : public SkinnedWindows {
 protected:
-    SubmissionWindowsTest() {
-        DB = std::make_shared<SubmissionDB>(SubmissionDB::Parts{{Program, Log, Web.Factory()}, m_Formats, m_SubCat});
-        DB->Setup();
-    }
-    ~SubmissionWindowsTest() override {
-        EXPECT_TRUE(m_Failures.empty());
-        EXPECT_EQ(OwnedWindow::Live(), 0);
-    }
-
-    bool StartActivity(const Text&, bool) override { return true; }
-    void EndActivity(const Text&, bool) override {}
-
     // Presses the keys in the dialog, one after the other while it is open, and gives back what it says.
     Text Press(const std::vector<WPARAM>& keys, const Text& category) {
-        QualifiersDialog dialog(Program, Log);
-        dialog.Setup(ParseXml("<C><C ID='2' NAME='Bank'/><C ID='3' NAME='Odd'/><C ID='4' NAME='Last'/></C>"),
-                     "A subject & more", category, "3");
-        Form clock(m_Forms, "frmClock");
-        Timer& timer = clock.Add<Timer>("tm");
-        timer.SetInterval(10);
-        timer.SetEnabled(true);
         size_t next = 0;
-        timer.TimerEvent.Connect([&] {
+        const auto press = [&](Form&) {
             // The dialog may not have it yet.
             const HWND focused = GetFocus();
             if (focused != nullptr && next < keys.size()) PostMessageA(focused, WM_KEYDOWN, keys[next++], 1);
-        });
-        clock.Load();
-        m_SubCat.ShowModal(dialog, {1500, 1500});
+        };
+        const Text told = AskForCategory(press, category);
         EXPECT_EQ(next, keys.size());
-        return std::to_string(dialog.Result) + " " + std::to_string(dialog.CategoryID) + " " +
-               std::to_string(dialog.ConfidenceID);
+        return told;
     }
-    std::vector<Text> m_Failures;
-    const std::function<void(const RuntimeError&)> m_Failed = [this](const RuntimeError& error) {
-        m_Failures.push_back(error.Line());
-    };
-    OleSession m_Session;
-    Win32WindowSystem m_System{{"TestForm", "TestBox"}, m_Failed};
-    Forms m_Forms{&m_System};
-    Win32ClipboardFormats m_Formats;
-    Win32DropTargets m_Targets{m_Failed};
-    SubCatWindows m_SubCat{m_Forms, Program, Log};
 };
 
 TEST_F(SubmissionWindowsTest, TheDialogIsUsedByKeys) {
@@ -102,9 +60,9 @@ TEST_F(SubmissionWindowsTest, AnotherProcessDropsEveryKind) {
     write(L"two\\__substg1.0_10090102", rtf);
     const std::wstring place = L"\"" + folder.Path().wstring();
 
-    DB = std::make_shared<SubmissionDB>(SubmissionDB::Parts{{Program, Log, Web.Factory()}, m_Formats, Qualifiers});
-    const auto window = std::make_shared<frmSubmissions>(
-        m_Forms, frmSubmissions::Parts{DB, {Program, Log, Web.Factory()}, *this, m_Targets, [] {}});
+    Win32ClipboardFormats formats;
+    DB = std::make_shared<SubmissionDB>(SubmissionDB::Parts{{Program, Log, Web.Factory()}, formats, Qualifiers});
+    const auto window = Panel();
     window->Show();
     ASSERT_EQ(Drag(L"--text http://evil.example/a?b=1"), 0U);
     ASSERT_EQ(Drag(L"--mail " + place + L"\\mail.eml\""), 0U);

@@ -7,10 +7,6 @@
 
 #include "ui/window/ButtonLook.h"
 #include "ui/window/CommandButton.h"
-#include "ui/window/Image.h"
-#include "ui/window/Label.h"
-#include "ui/window/Line.h"
-#include "ui/window/OptionButton.h"
 #include "ui/window/PictureBox.h"
 
 namespace tb {
@@ -94,12 +90,10 @@ TEST_F(WindowEventsTest, TheMouseIsToldUntilItLeaves) {
     EXPECT_EQ(told, "move -3 down ");
     ::SetCapture(Window());
     ASSERT_TRUE(Served([&] { return told.ends_with("leave "); })) << told;
-    EXPECT_EQ(told, "move -3 down lost leave ");
     box.SetCapture(true);
-    EXPECT_EQ(GetCapture(), window);
     box.SetCapture(false);
     EXPECT_EQ(GetCapture(), nullptr);
-    EXPECT_EQ(told, "move -3 down lost leave ");
+    EXPECT_EQ(told, "move -3 down lost leave ") << "once, and not of its own release";
 }
 
 // What the system does with a caption that is held: here it moves the window as far as the test says.
@@ -155,11 +149,8 @@ TEST_F(WindowEventsTest, KeysPressButtonsAndCloseWhatHasNone) {
         ServeWaitingMessages();
         return told;
     };
-    const auto borderOf = [&](bool isDefault) {
-        ButtonState state;
-        state.Default = isDefault;
-        return LookOfButton({m_System.Resolved(ok.BackColor()), m_System.Resolved(ok.ForeColor())}, state).Border;
-    };
+    const ControlColors colors{m_System.Resolved(ok.BackColor()), m_System.Resolved(ok.ForeColor())};
+    const auto borderOf = [&](bool isDefault) { return LookOfButton(colors, {.Default = isDefault}).Border; };
     EXPECT_EQ(Seen(40, 10), borderOf(true));
     EXPECT_EQ(Seen(110, 10), borderOf(false));
     EXPECT_EQ(Seen(10, 10), Blue) << "what lies beneath the corner";
@@ -209,30 +200,6 @@ TEST_F(WindowEventsTest, NewColoursOfTheSystemAreToldOnce) {
     EXPECT_EQ(m_System.Resolved(SystemColors::ButtonFace).Bits(),
               static_cast<std::int32_t>(GetSysColor(COLOR_BTNFACE)));
     EXPECT_EQ(m_System.Resolved(Red), Red);
-}
-
-TEST_F(WindowEventsTest, OpeningsLeaveNothingBehind) {
-    const auto open = [&] {
-        Form form(m_Forms, "frmOften");
-        auto& box = form.Add<PictureBox>("pic");
-        auto& option = form.Add<OptionButton>("opt", NoIndex, &box);
-        auto& label = form.Add<Label>("lbl", NoIndex, &box);
-        form.Add<CommandButton>("cmd").SetFont({"Tahoma", 11, true, false, false});
-        form.Add<Image>("img", NoIndex, &box).SetPicture(Plain(9, 9, 0x80FF0000));
-        form.Add<Line>("lin");
-        form.Load();
-        form.Surface()->Print({3, 3}, "Title", {}, Red);
-        form.SetRoundRegion({0, 0}, {99, 99}, 5);
-        label.SetBackStyle(0);
-        option.SetCaption("One");
-        form.Show();
-        ServeWaitingMessages();
-        form.Unload();
-    };
-    open();
-    const std::int32_t before = HandleCount::Live();
-    for (int count = 0; count < 300; ++count) open();
-    EXPECT_EQ(HandleCount::Live(), before);
 }
 
 }  // namespace

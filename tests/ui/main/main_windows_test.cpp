@@ -51,19 +51,18 @@ TEST(MainWindows, ShowThePanelOfSubmissionsAndHandInWhatIsDroppedOnIt) {
 
 // The letters that choose something in a window, those of its menus aside; those that two have.
 Text TwiceInAWindow(const Form& form) {
-    std::map<Text, Text> owners;
+    Text letters;
     Text twice;
     for (const auto& control : form.Controls()) {
         const auto* const label = dynamic_cast<Label*>(control.get());
+        const PropertyEntry* const caption = control->Class().FindProperty("Caption");
         // What is read only, and what the bar shows, is drawn as it is.
-        if ((label != nullptr && !label->UseMnemonic()) || dynamic_cast<tbSkin*>(control.get()) != nullptr) continue;
-        if (dynamic_cast<Menu*>(control.get()) != nullptr) continue;
-        const Text caption = TrapOr(
-            Text(), [&] { return Convert<Text>(control->GetProperty("Caption")); }, [](const RuntimeError&) {});
-        const size_t mark = caption.find('&');
-        if (mark == Text::npos || mark + 1 == caption.size()) continue;
-        const Text letter = UpperCase(caption.substr(mark + 1, 1));
-        if (!owners.emplace(letter, caption).second) twice += owners[letter] + " and " + caption + "|";
+        if (caption == nullptr || (label != nullptr && !label->UseMnemonic())) continue;
+        if (dynamic_cast<tbSkin*>(control.get()) != nullptr || dynamic_cast<Menu*>(control.get()) != nullptr) continue;
+        const Text text = UpperCase(caption->Get(*control).AsText());
+        const Text letter = text.substr(std::min(text.find('&'), text.size()), 2);
+        if (letter.size() == 2 && letters.find(letter) != Text::npos) twice += text + "|";
+        letters += letter;
     }
     return twice;
 }

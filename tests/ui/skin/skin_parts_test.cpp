@@ -37,44 +37,26 @@ TEST(WindowSkin, EntersWhatTheLevelsName) {
         const char* Window;
         // None at all for null.
         const char* Override;
-        std::vector<std::pair<const char*, const char*>> Collection;
+        const char* Collection;
     } cases[] = {
         {"URL='u' EdgeRadius='9' Height='777'",
-         "EdgeRadius='' Foo='7' color='9' Id='4' Height='3000' FormBackColor='11'",
-         nullptr,
-         {{"url", "u"},
-          {"edgeradius", "9"},
-          {"height", "777"},
-          {"FormBackColor", "11"},
-          {"foo", "7"},
-          {"color", "-"},
-          {"id", "-"},
-          {"captionfontname", "Tahoma"},
-          {"nothing", "-"}}},
-        {"", "EdgeRadius='15'", "", {{"EdgeRadius", "5"}, {"formbackcolor", "-"}}},
-        {"", "EdgeRadius='15'", "EdgeRadius='20' Only='1'", {{"EdgeRadius", "20"}, {"only", "-"}}},
-        {"FormBackColor='100'", "FormBackColor='200'", "", {{"FormBackColor", "100"}}},
-        {"FormBackColor='100'", "FormBackColor='200'", nullptr, {{"FormBackColor", "200"}}},
-        {"",
-         "top='1' left='2' Text='3' ForeColor='4' body='5' BackColor='6' back='7' form='8' me='9'",
-         nullptr,
-         {{"top", "1"},
-          {"left", "2"},
-          {"text", "3"},
-          {"forecolor", "4"},
-          {"body", "5"},
-          {"backcolor", "-"},
-          {"back", "-"},
-          {"form", "-"},
-          {"me", "-"}}},
+         "EdgeRadius='' Foo='7' color='9' Id='4' Height='3000' FormBackColor='11'", nullptr,
+         "url=u edgeradius=9 height=777 FormBackColor=11 foo=7 color=- id=- captionfontname=Tahoma nothing=-"},
+        {"", "EdgeRadius='15'", "", "EdgeRadius=5 formbackcolor=-"},
+        {"", "EdgeRadius='15'", "EdgeRadius='20' Only='1'", "EdgeRadius=20 only=-"},
+        {"FormBackColor='100'", "FormBackColor='200'", "", "FormBackColor=100"},
+        {"FormBackColor='100'", "FormBackColor='200'", nullptr, "FormBackColor=200"},
+        {"", "top='1' left='2' Text='3' ForeColor='4' body='5' BackColor='6' back='7' form='8' me='9'", nullptr,
+         "top=1 left=2 text=3 forecolor=4 body=5 backcolor=- back=- form=- me=-"},
     };
     for (const auto& one : cases) {
         SkinRig rig;
         rig.SetSkin("<W Name='FRMMESSAGE' " + Text(one.Window) + "/>", one.Root);
         if (one.Override != nullptr) rig.SetOverride("<W Name='frmMessage' " + Text(one.Override) + "/>");
         const WindowSkin skin = ReadWindowSkin(rig.Program, "frmMessage");
-        for (const auto& [name, value] : one.Collection) {
-            EXPECT_EQ(skin.Cascade.GetSkinCollection(name, "-"), value) << one.Window << " " << name;
+        for (const Text& entry : Split(one.Collection, ' ')) {
+            const Text name = entry.substr(0, entry.find('='));
+            EXPECT_EQ(name + "=" + skin.Cascade.GetSkinCollection(name, "-"), entry) << one.Window;
         }
     }
     // The group of the defaults enters whole, between the root and the window.
@@ -107,23 +89,18 @@ TEST(Tokens, AreExpandedInTheirOrder) {
 TEST(Lighten, RoundsToTheEvenOneAndKeepsWhite) {
     constexpr std::int32_t Face = SystemColors::ButtonFace.Bits();
     // Colour, factor, result.
-    const std::int32_t cases[][3] = {{5, 10, 6},
-                                     {15, 10, 16},
-                                     {25, 10, 28},
-                                     {35, 10, 38},
-                                     {45, 10, 50},
-                                     {0xE0E0E0, 10, 0xF6F6F6},
-                                     {0x804020, 10, 0x8D4623},
-                                     {200, 30, 255},
-                                     {0xFFFFFE, -50, 0x80807F},
-                                     {0x070503, -50, 0x040202},
-                                     {0xFFFFFF, -100, 0xFFFFFF},
-                                     {0x123456, 0, 0x123456},
-                                     {0x123456, INT32_MIN, 0},
-                                     {0x123456, INT32_MAX, 0xFFFFFF},
-                                     {Face, 10, Face}};
-    for (const auto& [color, factor, result] : cases) {
-        EXPECT_EQ(AdjustColor(color, factor).Bits(), result) << color << " by " << factor;
+    // What becomes of colours.
+    const std::pair<std::int32_t, std::vector<std::pair<std::int32_t, std::int32_t>>> factors[] = {
+        {10,
+         {{5, 6}, {15, 16}, {25, 28}, {35, 38}, {45, 50}, {0xE0E0E0, 0xF6F6F6}, {0x804020, 0x8D4623}, {Face, Face}}},
+        {30, {{200, 255}}},
+        {-50, {{0xFFFFFE, 0x80807F}, {0x070503, 0x040202}}},
+        {-100, {{0xFFFFFF, 0xFFFFFF}}},
+        {0, {{0x123456, 0x123456}}},
+        {INT32_MIN, {{0x123456, 0}}},
+        {INT32_MAX, {{0x123456, 0xFFFFFF}}}};
+    for (const auto& [factor, colors] : factors) {
+        for (const auto& [color, result] : colors) EXPECT_EQ(AdjustColor(color, factor).Bits(), result) << color;
     }
     const Picture given{"file", PictureKind::Gif, {3, 1}, {0xFFFFFFFF, 0xFF804020, 0}};
     const PictureRef lighter = AdjustPicture(std::make_shared<Picture>(given), 10);
@@ -149,9 +126,7 @@ TEST(WindowShape, FollowsTheFrame) {
 
 TEST(SkinDresser, PassesSoManyArguments) {
     const std::vector<std::optional<size_t>> passed = {0, 1, 2, 3, 4, 4, 5, std::nullopt, std::nullopt};
-    for (size_t parameters = 0; parameters < passed.size(); ++parameters) {
-        EXPECT_EQ(ArgumentsPassed(parameters), passed[parameters]) << parameters;
-    }
+    for (size_t count = 0; count < passed.size(); ++count) EXPECT_EQ(ArgumentsPassed(count), passed[count]) << count;
 }
 
 }  // namespace

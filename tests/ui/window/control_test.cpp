@@ -34,7 +34,6 @@ TEST_F(ControlTest, PropertiesAreReachedByName) {
         control->SetProperty(name, value);
         EXPECT_EQ(control->GetProperty(name).AsText(), shown) << name;
     }
-    EXPECT_EQ(m_Box.GetProperty("Name").AsText(), "txtDiags");
     m_Form.CallMethod("Move", {Value("30"), Value(), Value("1500"), Value("900")});
     EXPECT_EQ(m_Form.Bounds(), (TwipRect{30, 0, 1500, 900}));
 }

@@ -57,7 +57,6 @@ TEST_F(FormTest, TheWindowGetsEverythingThatWasSetBefore) {
     int ticks = 0;
     timer.TimerEvent.Connect([&] { ++ticks; });
     form.Load();
-    EXPECT_EQ(m_System.Calls.at(m_System.Calls.size() - 2), "form1.button1.cancel");
     EXPECT_TRUE(m_System.Take().starts_with(
         "form1.border 1, form1.text Title, form1.own icon, form1.state 0, form1.top-most, "
         "form1.bounds 150 300 3000 1500, form1.colors -2147483633 -2147483630, form1.enable, form1.box1.lines, "
@@ -92,9 +91,8 @@ TEST_F(FormTest, TheUserMovesAndSizesIt) {
     EXPECT_EQ(form.Take(), "") << "moved only";
     EXPECT_EQ(form.Left(), 30);
     Window().WindowPlaced(WindowStates::Maximized, {0, 0, 19200, 15360});
-    EXPECT_EQ(form.Take(), "resize ");
     Window().WindowPlaced(WindowStates::Minimized, {-32000, -32000, 100, 20});
-    EXPECT_EQ(form.Take(), "resize ");
+    EXPECT_EQ(form.Take(), "resize resize ");
     EXPECT_EQ(form.WindowState(), 1);
     EXPECT_EQ(form.Width(), 19200);
     EXPECT_EQ(m_System.Take(), "") << "the window knows";
