@@ -29,23 +29,5 @@ TEST(HashTable, RaisesWhereTheTermsAreBroken) {
     EXPECT_EQ(Raised([&] { table.IgnoreCase(true); }), 1001);
 }
 
-TEST(HashTable, GrowsBySlotsOf1024AndFillsARemovedSlotFirst) {
-    HashTable<int> table;
-    for (int number = 1; number <= 3073; ++number) {
-        ASSERT_EQ(table.SlotCount(), number <= 2049 ? 2049U : 3073U) << number;
-        table.Add("key" + std::to_string(number), number);
-    }
-    for (int number = 1; number <= 3073; ++number) ASSERT_EQ(table.Item("key" + std::to_string(number)), number);
-    table.Remove("key7");
-    EXPECT_EQ(table.Values().size(), 3072U);
-
-    HashSlots slots;
-    slots.Create(KeyHash("a"));
-    const std::int32_t second = slots.Create(KeyHash("b"));
-    slots.Create(KeyHash("c"));
-    slots.Remove(second, KeyHash("b"));
-    EXPECT_EQ(slots.Create(KeyHash("d")), second);
-}
-
 }  // namespace
 }  // namespace tb

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "fakes/FakeFiles.h"
+#include "fakes/FakePlatform.h"
 #include "fakes/FakeTrayIcon.h"
 #include "fakes/FakeWindowSystem.h"
 #include "fakes/RecordedLog.h"
@@ -9,18 +9,6 @@
 
 namespace tb {
 namespace {
-
-class SentTexts : public WindowText {
-public:
-    std::vector<Text> Sent;
-    std::function<void()> Meanwhile;  // runs while a text is being sent
-    WindowHandle FindTopLevel(const Text&, const Text&) override { return 0; }
-    WindowHandle FindChild(WindowHandle, const Text&) override { return 0; }
-    void SendText(WindowHandle window, const Text& text) override {
-        Sent.push_back(std::to_string(window) + ": " + text);
-        if (const auto once = std::exchange(Meanwhile, {})) once();
-    }
-};
 
 constexpr WindowsVersion Windows2000{2, 5, 0};
 constexpr WindowsVersion NT4{2, 4, 0};
@@ -53,7 +41,7 @@ protected:
     FakeWindowSystem m_System;
     Forms m_Forms{&m_System};
     FakeTrayIcon m_Icon;
-    SentTexts m_Windows;
+    FakeWindowText m_Windows;
     std::vector<Text> m_Events;
     std::vector<Text> m_Broken;
     FakeFiles m_Files;
