@@ -5,6 +5,7 @@
 #include "sitedb/codec/Base64.h"
 #include "sitedb/codec/CRC16.h"
 #include "sitedb/codec/Encryption.h"
+#include "sitedb/codec/StringBuilder.h"
 #include "sitedb/codec/UrlEncode.h"
 #include "sitedb/codec/cCRC32.h"
 
@@ -79,6 +80,16 @@ TEST(Encodings, OfBase64AndOfUrls) {
     EXPECT_EQ(Base64Decode("QQ==x").size(), 1U);
     EXPECT_EQ(Base64Decode("\r\nQQ").size(), 3U);
     EXPECT_EQ(UrlEncode("azAZ09 /-_.~\xE9\r\n" + Text(1, '\0')), "azAZ09+%2F%2D%5F%2E%7E%E9%0D%0A%00");
+}
+
+TEST(StringBuilder, GrowsAndKeepsItsOrder) {
+    StringBuilder builder;
+    Text all;
+    for (int piece = 0; piece < 10000; ++piece) {
+        builder.Append(std::to_string(piece));
+        all += std::to_string(piece);
+    }
+    EXPECT_EQ(builder.ToString(), all);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "base/bytes.h"
+#include "submissions/CEmailMessage.h"
 #include "submissions/SubmissionRig.h"
 
 namespace tb {
@@ -247,6 +248,18 @@ TEST(Qualifiers, ShowsTheCategoriesOfTheMomentButTheGeneralOneWhereItStoodLast) 
     rig.Answer("D");
     EXPECT_EQ(rig.TakeShown().back(), "64|Email Submission|Canceling submission at user request");
     EXPECT_FALSE(rig.Program.ModalDialogOpen());
+}
+
+TEST(Mail, KnowsItsFields) {
+    CEmailMessage mail;
+    EXPECT_TRUE(mail.CreateFromText(
+        "Subject:a\r\nSUBJECT:  b \r\nFrom : x\r\n\tfrom: tab\r\nbcc\r\nCc: 7\r\nCc:\r\n\r\n\r\n\r\nB"));
+    EXPECT_EQ(Join({mail.Subject(), mail.From(), mail.CC(), mail.MessageBody()}, "|"), "b|||\r\n\r\nB");
+    // What a second text lacks stays; one that is no mail changes nothing.
+    EXPECT_TRUE(mail.CreateFromText("to: x\r\n\r\nsecond"));
+    EXPECT_FALSE(mail.CreateFromText("subject: no mail\n\nB"));
+    EXPECT_EQ(mail.Subject() + mail.MessageTo() + mail.MessageBody(), "bxsecond");
+    EXPECT_EQ(mail.SIZE(), static_cast<std::int32_t>(mail.CombineMessage().size()));
 }
 
 }  // namespace
