@@ -277,5 +277,12 @@ TEST(HashTable, RaisesWhereTheTermsAreBroken) {
     EXPECT_EQ(Raised([&] { table.IgnoreCase(true); }), 1001);
 }
 
+TEST(HashTable, Grows) {
+    HashTable<int> table;
+    for (int number = 1; number <= 5000; ++number) table.Add("key" + std::to_string(number), number);
+    for (int number = 1; number <= 5000; ++number) ASSERT_EQ(table.Item("key" + std::to_string(number)), number);
+    EXPECT_EQ(table.Values().size(), 5000U);
+}
+
 }  // namespace
 }  // namespace tb
