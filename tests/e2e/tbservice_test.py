@@ -230,12 +230,9 @@ class TbserviceTest(unittest.TestCase):
         good = b"http://b.example\t2\tv\n"
         cases = [(["sites", "import", self.file("two", good + b"http://a.example\t2\n")], "line 2: 2 fields"),
                  (["sites", "import", self.file("host", good + b"\nhttp:///x\t2\tv\n")], "line 3: no host"),
-                 (["sites", "import", self.file("text", good + b"http://a.example\ttwo\tv\n")], "line 2: the category"),
                  (["sites", "import", self.path / "absent"], "/absent: File not found; a list of sites is expected"),
-                 (["publish", "reference", self.path / "absent"], "/absent: File not found; an XML document is expected"),
                  (["publish", "update", self.path / "absent", "--version", "1"], "/absent: no such folder"),
                  (["publish", "defaults", self.file("broken.xml", b"<D>\n<E></D>")], "XML line 2"),
-                 (["publish", "defaults", self.file("noname.xml", b"<D><TIMERS/></D>")], "no NAME"),
                  (["publish", "reference", self.path / "good.xml"], "<CATEGORIES>"),
                  (["serve", "--port", "65535", "--listen", "192.0.2.1"], "192.0.2.1 port 65535")]
         for words, message in cases:

@@ -182,11 +182,14 @@ public:
     WindowHandle FindChild(WindowHandle /*parent*/, const Text& /*className*/) override { return 11; }
     void SendText(WindowHandle window, const Text& text) override {
         Sent.push_back(std::to_string(window) + ": " + text);
+        if (const auto meanwhile = std::exchange(Meanwhile, nullptr)) meanwhile();
     }
     bool HasChannel = true;
     // Further windows: class by caption.
     std::map<Text, Text> TopLevel;
     std::vector<Text> Sent;
+    // Happens while the next text is sent.
+    std::function<void()> Meanwhile;
 };
 
 class FakeClipboard : public Clipboard {

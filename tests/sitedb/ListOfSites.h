@@ -32,7 +32,7 @@ public:
     }
 
     Text CategoryName(const Text& id) override { return BuiltInCategoryName(id); }
-    bool IsDebugMode() override { return Debug; }
+    bool IsDebugMode() override { return false; }
     ElementPtr UpdateServers() override {
         if (NoServerList) throw Error(ErrorNumber::InvalidCall);
         return Servers;
@@ -83,7 +83,6 @@ public:
     // Of the guard, if there is one from the next Renew on.
     bool Guarded = false;
     FakeClock Time;
-    bool Debug = false;
     bool NoServerList = false;
     bool NoSender = false;
     std::unique_ptr<EvilDB> DB;

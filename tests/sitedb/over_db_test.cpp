@@ -1,10 +1,10 @@
-#include "sitedb/OverDB.h"
-
 #include <gtest/gtest.h>
 
 #include "fakes/FakePlatform.h"
 #include "fakes/Raised.h"
 #include "fakes/RecordedLog.h"
+#include "sitedb/HashTable.h"
+#include "sitedb/OverDB.h"
 #include "sitedb/SiteOverridesPanel.h"
 #include "urlcheck/url/UrlDecode.h"
 
@@ -253,6 +253,35 @@ TEST_F(OverDBTest, ThePanelWidensAndRemoves) {
                             "1 plain: Removing site override: http://b.example?"}));
     Panel.AddSite("c.example");
     EXPECT_TRUE(Panel.ListEnabled);
+}
+
+TEST(HashOfKey, XorsLittleEndianWords) {
+    for (const char* key : {"abcdefgh", "efghabcd", "12345678"}) EXPECT_EQ(HashSlots::HashOfKey(key), 201589764);
+    EXPECT_EQ(HashSlots::HashOfKey("abcde"), 1684234756);
+    EXPECT_EQ(HashSlots::HashOfKey("abc\x80"), -2140970399);
+    EXPECT_EQ(HashSlots::HashOfKey("\xFF"), 255);
+}
+
+TEST(HashTable, RaisesWhereTheTermsAreBroken) {
+    HashTable<int> table;
+    EXPECT_EQ(Raised([&] { table.Item("", 1); }), 1001);
+    EXPECT_EQ(Raised([&] { table.Add("abc\x80", 1); }), 9);
+    EXPECT_EQ(Raised([&] { table.Remove("absent"); }), 5);
+    EXPECT_EQ(Raised([&] { table.Values(); }), 9);
+    // A negative hash that leaves no remainder lands in bucket 0.
+    table.Add("aaaaaaaa", 8);
+    table.Add(Text("\0\x04\0\x80", 4), 7);
+    EXPECT_EQ(table.Values(), (std::vector<int>{8, 7}));
+    EXPECT_EQ(Raised([&] { table.Add("aaaaaaaa", 9); }), 457);
+    EXPECT_EQ(table.Item("aaaaaaaa"), 8);
+    EXPECT_EQ(Raised([&] { table.IgnoreCase(true); }), 1001);
+}
+
+TEST(HashTable, Grows) {
+    HashTable<int> table;
+    for (int number = 1; number <= 5000; ++number) table.Add("key" + std::to_string(number), number);
+    for (int number = 1; number <= 5000; ++number) ASSERT_EQ(table.Item("key" + std::to_string(number)), number);
+    EXPECT_EQ(table.Values().size(), 5000U);
 }
 
 }  // namespace

@@ -105,16 +105,6 @@ TEST_F(SnapshotTest, IsTheSameInEveryCodePage) {
     EXPECT_EQ(DB->LiveCount(), 128);
 }
 
-TEST_F(SnapshotTest, LoadsBackInTheSameOrder) {
-    Save(NewStamp, 250);
-    const Text before = NewContent();
-    Debug = true;
-    EXPECT_TRUE(Restores());
-    EXPECT_EQ(Log.Take(), Lines{"0 Malicious Database Load " + NewFile + ": 250"});
-    ASSERT_TRUE(DB->SaveDB(NewStamp, DB->Fingerprint()));
-    EXPECT_EQ(NewContent(), before);
-}
-
 TEST_F(SnapshotTest, AWrongFingerprintOrStampIsDeletedAndTheNextOneLoads) {
     Save(OldStamp, 3);
     Save(NewStamp, 5);

@@ -12,10 +12,8 @@
 #include "platform/win32/ComponentLibrary.h"
 #include "platform/win32/MessageLoop.h"
 #include "platform/win32/Win32FileVersions.h"
-#include "platform/win32/Win32Files.h"
 #include "windows/FakeChannel.h"
 #include "windows/ProgramProcess.h"
-#include "windows/ScratchFolder.h"
 
 namespace tb {
 namespace {
@@ -48,26 +46,6 @@ TEST(Components, HaveAVersionAndOneFace) {
         EXPECT_EQ(Win32FileVersions().Strings(BuiltProgram(file), {"FileVersion"}),
                   std::vector<Text>{TRAWLBEAM_VERSION});
     }
-}
-
-TEST(Components, ConfigurationIsSavedAndLoadedBack) {
-    const ScratchFolder folder;
-    const auto file = folder.Path() / "TB.BIN";
-    tbBHOCfg saved(Built<tbBHOCfgFace>());
-    saved.SetFlag(BHOOption::AutoLaunch, true);
-    const std::uint32_t picture = saved.Add(BHOSection::Graphics);
-    saved.Set(BHOSection::Graphics, picture, "Text", Text("\0\xff picture", 10));
-    saved.Save(file);
-
-    tbBHOCfg loaded(Built<tbBHOCfgFace>());
-    loaded.Load(file);
-    EXPECT_TRUE(loaded.Flag(BHOOption::AutoLaunch));
-    ASSERT_EQ(loaded.Count(BHOSection::Graphics), 1U);
-    EXPECT_EQ(loaded.Get(BHOSection::Graphics, 0, "text"), Text("\0\xff picture", 10));
-    Win32Files().Append(file, "x");
-    Text reason;
-    Trap([&] { loaded.Load(file); }, [&](const RuntimeError& error) { reason = error.Line(); });
-    EXPECT_EQ(reason, "321 Invalid file format: the file goes on behind its end");
 }
 
 TEST(Components, BridgeAsksTheProgramAndWaitsForItABoundedTime) {

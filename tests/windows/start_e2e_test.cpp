@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <regex>
 
 #include "platform/win32/Win32Files.h"
@@ -112,25 +111,6 @@ TEST(GatesOfTheProgram, StopWhenTheUserHasBeenTold) {
     AnswerBox(unexpected.Id(), "Trawlbeam", "13 Type mismatch", "OK");
     EXPECT_EQ(unexpected.WaitForEnd(), 1U);
     EXPECT_TRUE(folder.Log().ends_with("   Trawlbeam error: 13 Type mismatch\n")) << folder.Log();
-
-    const size_t before = folder.Log().size();
-    folder.WriteSetting("Main", "BackColor", "0");
-    for (const char* name : {"tbUpdater.exe", "MBListEx.ocx"}) std::filesystem::remove(folder.Path() / name);
-    std::filesystem::create_directory(folder.Path() / "Updates");
-    std::ofstream(folder.Path() / "Updates" / "updates.xml") << "<U VERSION='1'/>";
-    const ProgramProcess incomplete(folder.Path() / "Trawlbeam.exe");
-    AnswerBox(incomplete.Id(), "Trawlbeam", "Install updates?", "Yes");
-    AnswerBox(incomplete.Id(), "Trawlbeam", "Trawlbeam tbUpdater.exe updater program did not start.", "OK");
-    AnswerBox(incomplete.Id(), "Trawlbeam", "Trawlbeam cannot continue until pending updates are installed", "OK");
-    EXPECT_EQ(incomplete.WaitForEnd(), 0U);
-    EXPECT_EQ(WithoutSession(folder.Log().substr(before)),
-              Begun +
-                  "   There are updates waiting to install, asking user to install.\n"
-                  "   Check install pending updates, launching updater (CheckInstallPendingUpdates)\n"
-                  "   Launching Trawlbeam updater program (LaunchUpdater): Trawlbeam.exe\n"
-                  "   Trawlbeam tbUpdater.exe updater program did not start (0), " +
-                  PathText(folder.Path()) +
-                  "\\tbUpdater.exe\n   Missing required components and updates pending, exiting...\n D " + SetupEnded);
 }
 
 // The program file holds the deployment's skin, cut into string resources, as one text in the code page.

@@ -126,15 +126,5 @@ TEST_F(RealUpdater, MovesALibraryAsideThatIsLoaded) {
     FreeLibrary(loaded);
 }
 
-TEST_F(RealUpdater, TellsThatTheProgramDidNotStart) {
-    Write(Path() / "Updates" / "Trawlbeam.exe", Text(m_New.at("Trawlbeam.exe").size(), 'x'));
-    const auto updater = Start(Path());
-    ASSERT_TRUE(Eventually([&] { return FindBoxButton(updater->Id(), Caption, "OK") != nullptr; })) << Log();
-    EXPECT_EQ(Window(*updater), nullptr) << "or the program would not start by hand either";
-    AnswerBox(updater->Id(), Caption, "Trawlbeam could not be started.", "OK");
-    EXPECT_EQ(updater->WaitForEnd(), 0U);
-    EXPECT_NE(Log().find("Trawlbeam.exe did not start"), Text::npos) << Log();
-}
-
 }  // namespace
 }  // namespace tb

@@ -1,26 +1,17 @@
 #include <gtest/gtest.h>
 
-#include "fakes/FakeFiles.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/FakeSound.h"
 #include "fakes/FakeTrayIcon.h"
 #include "fakes/FakeWindowSystem.h"
 #include "fakes/RecordedLog.h"
 #include "urlcheck/StandaloneVerdictHost.h"
+#include "urlcheck/sounds/Sounds.h"
+#include "urlcheck/sounds/WaveFile.h"
 #include "urlcheck/tray/frmSysTray.h"
 
 namespace tb {
 namespace {
-
-class SentTexts : public WindowText {
-public:
-    std::vector<Text> Sent;
-    std::function<void()> Meanwhile;  // runs while a text is being sent
-    WindowHandle FindTopLevel(const Text&, const Text&) override { return 0; }
-    WindowHandle FindChild(WindowHandle, const Text&) override { return 0; }
-    void SendText(WindowHandle window, const Text& text) override {
-        Sent.push_back(std::to_string(window) + ": " + text);
-        if (const auto once = std::exchange(Meanwhile, {})) once();
-    }
-};
 
 constexpr WindowsVersion Windows2000{2, 5, 0};
 constexpr WindowsVersion NT4{2, 4, 0};
@@ -53,7 +44,7 @@ protected:
     FakeWindowSystem m_System;
     Forms m_Forms{&m_System};
     FakeTrayIcon m_Icon;
-    SentTexts m_Windows;
+    FakeWindowText m_Windows;
     std::vector<Text> m_Events;
     std::vector<Text> m_Broken;
     FakeFiles m_Files;
@@ -162,6 +153,47 @@ TEST_F(TrayTest, ATextInTheBoxIsAnsweredAndTheBoxCleared) {
     m_Tray->SysTrayDoubleClick.Connect([](std::int32_t) { throw Error(ErrorNumber::Internal); });
     EXPECT_THROW(Set("TBWAKEUP"), RuntimeError);
     EXPECT_EQ(m_Tray->txtBHOMessage.GetText(), "");
+}
+
+Text Chunk(const Text& name, const Text& content) {
+    return name + Text(1, static_cast<char>(content.size())) + Text(3, '\0') + content + Text(content.size() % 2, '\0');
+}
+
+Text Wave(const Text& chunks) { return Chunk("RIFF", "WAVE" + chunks); }
+
+const Text Format = Chunk("fmt ", Text(16, '\1'));
+
+TEST(Sounds, ArePlayedWithoutBlockingAndWithoutCuttingOffAnother) {
+    FakeSound device;
+    const Text click = Wave(Format + Chunk("data", "click"));
+    const Text alert = Wave(Format + Chunk("LIST", "odd") + Chunk("data", "alert!"));
+    Sounds sounds(device, click, alert);
+    sounds.PlayAlertSound(false);
+    sounds.PlayClickSound(false);
+    sounds.PlayAlertSound(true);
+    sounds.PlayClickSound(true);
+    ASSERT_EQ(device.Played.size(), 2U);
+    EXPECT_EQ(*device.Played[0].Wave, alert);
+    EXPECT_EQ(*device.Played[1].Wave, click);
+    EXPECT_EQ(device.Played[0].Flags, 8215U);
+}
+
+TEST(Sounds, WhatIsNoWholeWaveFileIsNeverPlayed) {
+    const Text whole = Wave(Format + Chunk("data", "samples!"));
+    ASSERT_TRUE(IsWaveFile(whole));
+    EXPECT_TRUE(IsWaveFile(whole + "behind it"));
+    for (size_t length = 0; length < whole.size(); ++length) {
+        EXPECT_FALSE(IsWaveFile(TextView(whole).substr(0, length))) << length;
+    }
+    for (const Text& chunks : {Format, Chunk("data", "no format"), Chunk("fmt ", "short") + Chunk("data", "x"),
+                               Format + "data\xFF\xFF\xFF\xFF"}) {
+        EXPECT_FALSE(IsWaveFile(Wave(chunks)));
+    }
+    FakeSound device;
+    Sounds sounds(device, "", "not a wave");
+    sounds.PlayAlertSound(true);
+    sounds.PlayClickSound(true);
+    EXPECT_TRUE(device.Played.empty());
 }
 
 }  // namespace
