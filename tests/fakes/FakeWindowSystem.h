@@ -39,8 +39,6 @@ public:
     bool IsHighContrast = false;
     // The form that is the foreground window, by its name.
     Text Foreground;
-    // Runs while a form is dragged by its caption.
-    std::function<void()> WhileDragged;
     // What is decoded: "WxH RRGGBB" is a picture of that size in one colour, "ICON" an icon; nothing else can be.
     PictureRef Decode(const Text& bytes) const override;
 
@@ -248,11 +246,7 @@ public:
         const Text clear = layering.ClearColor ? " clear " + InWords(*layering.ClearColor) : Text();
         Note("alpha", InWords(layering.Alpha) + clear);
     }
-    void DragByCaption() override {
-        FakeWindowSystem& system = m_System;
-        Note("drag");
-        if (system.WhileDragged) system.WhileDragged();
-    }
+    void DragByCaption() override { Note("drag"); }
     void SetMousePointer(MousePointers pointer) override { Note("pointer", static_cast<int>(pointer)); }
     std::int32_t PopupMenu(const std::vector<MenuRow>& rows, std::uint32_t flags) override {
         // The window may go while the menu is open.

@@ -163,40 +163,6 @@ TEST_F(SkinWindowsTest, OutlineBorderAndBarAreAsTold) {
     }
 }
 
-// With the display's own mouse, as the window manager takes its part in the move.
-TEST_F(SkinWindowsTest, TheBarTakesTheWindowAlong) {
-    const auto form = Made("frmAbout");
-    int released = 0;
-    form->tbSkin1.picCaption[0]->MouseDownEvent.Connect([&](MouseButton, const TwipPoint&) { ++released; });
-    Show(*form);
-    for (const POINT way : {POINT{70, 45}, POINT{0, 0}, POINT{-35, 20}}) {
-        RECT before{};
-        GetWindowRect(WindowOf(*form), &before);
-        std::wstring line = L"xdotool mousemove " + std::to_wstring(before.left + 60) + L" " +
-                            std::to_wstring(before.top + 15) + L" mousedown 1 sleep 0.2";
-        for (int step = 0; step < 5 && way.x != 0; ++step) {
-            line += L" mousemove_relative -- " + std::to_wstring(way.x / 5) + L" " + std::to_wstring(way.y / 5) +
-                    L" sleep 0.02";
-        }
-        line += L" sleep 0.1 mouseup 1";
-        STARTUPINFOW start{};
-        start.cb = sizeof start;
-        PROCESS_INFORMATION made{};
-        const int presses = released;
-        ASSERT_TRUE(CreateProcessW(L"Z:\\usr\\bin\\xdotool", line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                                   &start, &made));
-        ASSERT_TRUE(Served([&] { return released > presses; }));
-        const auto moved = [&] {
-            RECT after{};
-            GetWindowRect(WindowOf(*form), &after);
-            return std::pair(after.left - before.left, after.top - before.top);
-        };
-        Served([&] { return moved() == std::pair(way.x, way.y); });
-        EXPECT_EQ(moved(), std::pair(way.x, way.y));
-    }
-    form->Unload();
-}
-
 // A skin of another deployment or of the server: one colour, size, text and picture are other ones, and nothing else.
 TEST_F(SkinWindowsTest, AnotherSkinChangesWhatItNames) {
     ElementPtr& skin = Program.SkinRoot;

@@ -33,6 +33,8 @@ Form::Form(Forms& forms, const Text& name)
 }
 
 Form::~Form() {
+    // Whoever listens may be gone: the windows tell nothing of their end.
+    m_Loaded = false;
     DropPeers();
     m_Forms.Remove(*this, false);
 }

@@ -56,12 +56,6 @@ TEST(MessageFlags, AskForButtonsAndIcon) {
     EXPECT_EQ(EscapeButton({"A", "B"}, {false, false}), 0);
 }
 
-TEST(MessageFlags, AreCopiedWithTheMessage) {
-    EXPECT_EQ(MessageAsText("T", "a\r\nb", {"&Yes", "&No"}),
-              "---------------------------\r\nT\r\n---------------------------\r\na\r\nb\r\n"
-              "---------------------------\r\nYes   No   \r\n---------------------------\r\n");
-}
-
 TEST(MessageLayout, FollowsTheWidthOfTheText) {
     struct Case {
         Twips Text;
@@ -102,12 +96,6 @@ TEST(MessageLayout, KeepsTheWindowOnTheScreen) {
         EXPECT_TRUE(layout.Prompt.ends_with("..."));
         EXPECT_GE(layout.Buttons.Top, layout.Label.Top + layout.Label.Height + 135);
     }
-}
-
-TEST(MessageLayout, StandsInTheMiddleOfAScreen) {
-    EXPECT_EQ(InTheMiddle({0, 0, 15360, 11520}, {5145, 1500}), (TwipPoint{5108, 5010}));
-    EXPECT_EQ(InTheMiddle({-15360, -3000, 15360, 11520}, {5145, 1500}), (TwipPoint{-10252, 2010}));
-    EXPECT_EQ(InTheMiddle({-15360, -3000, 4000, 1000}, {5145, 1500}), (TwipPoint{-15360, -3000})) << "its corner";
 }
 
 }  // namespace

@@ -171,21 +171,5 @@ TEST(MessageBox, WearsTheSkin) {
     EXPECT_EQ(rig.Program.AppBackColor, -2147483633);
 }
 
-// Whatever a skin says, the box can be closed and lies on the screen.
-TEST(MessageBox, OutlivesAHostileSkin) {
-    MessageRig rig;
-    for (const char* skin :
-         {"<W Name='frmMessage' Height='2147483647' Width='-5' FormBackColor='x'><Caption CaptionHeight='99999'/></W>",
-          "<W Name='frmMessage' Height='1'><Components><C Name='cmdButton' Enabled='0' Width='0' Left='-9999'/>"
-          "<C Name='picButtons' Top='-30000' Visible='0'/><C Name='lblMessage' Top='2147483647'/></Components></W>"}) {
-        rig.SetSkin(skin);
-        const auto close = [&] {
-            EXPECT_LE(rig.Open().Height(), 15360) << skin;
-            rig.User().CloseAsked();
-        };
-        EXPECT_EQ(rig.Ask(MessageButtons::YesNo, close), AnswerNo) << skin;
-    }
-}
-
 }  // namespace
 }  // namespace tb

@@ -4,7 +4,6 @@
 #include "ui/skin/Lighten.h"
 #include "ui/skin/SkinDresser.h"
 #include "ui/skin/Tokens.h"
-#include "ui/skin/WindowShape.h"
 #include "ui/skin/WindowSkin.h"
 
 namespace tb {
@@ -106,22 +105,6 @@ TEST(Lighten, RoundsToTheEvenOneAndKeepsWhite) {
     const PictureRef lighter = AdjustPicture(std::make_shared<Picture>(given), 10);
     EXPECT_EQ(lighter->Pixels, (std::vector<std::uint32_t>{0xFFFFFFFF, 0xFF8D4623, 0}));
     EXPECT_EQ(lighter->Bytes, "") << "it is no longer what the file shows";
-}
-
-TEST(WindowShape, FollowsTheFrame) {
-    const auto shape = [](const FrameSizes& sizes, std::int32_t radius) {
-        const WindowShape made = ShapeOf(sizes, radius, TwipScale());
-        const ShapeEdges& edges = made.Region;
-        std::vector<std::int32_t> numbers = {edges.Left, edges.Top, edges.Right, edges.Bottom, made.Radius};
-        for (const BorderStroke& stroke : made.Border) numbers.push_back(stroke.Corner);
-        return numbers;
-    };
-    using Numbers = std::vector<std::int32_t>;
-    const TwipSize box{5145, 1500};
-    EXPECT_EQ(shape({box, box}, 5), (Numbers{0, 0, 343, 100, 5, 4, -1, -1, 5, -1}));
-    EXPECT_EQ(shape({{6000, 4500}, {5910, 4095}}, 5), (Numbers{3, 24, 400, 321, 5, 4, -1, -1, 5, -1}));
-    EXPECT_EQ(shape({box, box}, 1), (Numbers{0, 0, 343, 100, 1, 0, -1, -1, 1, -1})) << "square inside a round one";
-    EXPECT_EQ(shape({box, box}, INT32_MIN), (Numbers{0, 0, 343, 100, 0, 0, -1, -1, 0, -1}));
 }
 
 TEST(SkinDresser, PassesSoManyArguments) {

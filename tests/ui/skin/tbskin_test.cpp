@@ -25,34 +25,6 @@ const Text Bar =
     "CaptionBackColor='8'>" +
     PictureText("400x25 804020") + "</Caption>";
 
-TEST(tbSkin, GivesAWindowItsBarAndBorder) {
-    WindowRig rig;
-    rig.SetSkin(Window(PictureText("ICON") + Bar, "FormBackColor='9' Border1='10' Border2='11'"));
-    SkinnedWindow window(rig, rig.Family);
-    tbSkin& skin = window.tbSkin1;
-    skin.Skin();
-    EXPECT_EQ(window.BorderStyle(), 0);
-    EXPECT_EQ(window.BackColor(), Color(9));
-    EXPECT_EQ(window.FillColor(), Color(9));
-    EXPECT_NE(window.Icon(), nullptr);
-    EXPECT_EQ(skin.Bounds(), (TwipRect{30, 45, 338 * 15, 375}));
-    EXPECT_EQ(skin.ucX1.Bounds(), (TwipRect{314 * 15, 3 * 15, 240, 240}));
-    for (size_t look = 0; look < 2; ++look) {
-        EXPECT_EQ(skin.picCaption[look]->Bounds(), (TwipRect{0, 0, 338 * 15, 375}));
-        EXPECT_EQ(skin.lineTop[look]->To(), (TwipPoint{338 * 15, 23 * 15}));
-        EXPECT_EQ(skin.lineBottom[look]->From(), (TwipPoint{0, 24 * 15}));
-    }
-    EXPECT_EQ(rig.Calls("form1.region"), "form1.region 0,0 343,100 5");
-    EXPECT_EQ(rig.Calls("form1.round") + "; " + rig.Calls("form1.line"),
-              "form1.round 1,1 341,98 4 11, form1.round 0,0 342,99 5 10; "
-              "form1.line 1,1 341,1 2, form1.line 2,2 340,2 3, form1.line 0,0 342,0 1");
-    // The inactive bar is the lighter one, to its last pixel.
-    const Surface& inactive = *skin.picCaption[1]->Surface();
-    EXPECT_EQ(skin.picCaption[0]->Surface()->GetPixel({337, 24}), Color(0x204080));
-    EXPECT_EQ(inactive.GetPixel({337, 24}), Color(0x23468D));
-    EXPECT_TRUE(rig.Log.Lines.empty());
-}
-
 TEST(tbSkin, FollowsTheFocus) {
     WindowRig rig;
     rig.SetSkin(Window(Bar));
@@ -104,21 +76,6 @@ TEST(tbSkin, DragsByTheBarAndClosesByTheBox) {
     }
     skin.ucX1.ClickEvent.Raise();
     EXPECT_FALSE(window.IsLoaded());
-}
-
-TEST(tbSkin, IsHiddenWithoutABar) {
-    WindowRig rig;
-    rig.SetSkin(Window(""));
-    SkinnedWindow window(rig, rig.Family);
-    window.tbSkin1.Skin();
-    EXPECT_FALSE(window.tbSkin1.Visible() || window.tbSkin1.Timer1.Enabled());
-    EXPECT_NE(rig.Calls("region"), "") << "it has its shape";
-    // A window that the skin does not know stays as it is.
-    rig.SetSkin("<W Name='frmOther' FormBackColor='1'/>");
-    SkinnedWindow plain(rig, rig.Family);
-    plain.tbSkin1.Skin();
-    EXPECT_NE(plain.BorderStyle(), 0);
-    EXPECT_EQ(plain.tbSkin1.GetSkinCollection("FormBackColor", "77"), "77");
 }
 
 TEST(tbSkin, LaysPicturesUnderEverything) {

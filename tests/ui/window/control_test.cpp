@@ -56,16 +56,6 @@ TEST_F(ControlTest, WhatDoesNotFitIsRefusedAndChangesNothing) {
     EXPECT_EQ(Raised([&] { m_Form.CallMethod("SetFocus"); }), 5) << "hidden";
 }
 
-TEST(Values, ConvertAsThePropertiesOfASkinNeedIt) {
-    EXPECT_EQ(Value("2.5").AsNumber(), 2);
-    EXPECT_EQ(Value(true).AsNumber(), -1);
-    for (const char* text : {"TRUE", "-1", "0.5"}) EXPECT_TRUE(Value(text).AsBoolean()) << text;
-    for (const char* text : {"false", "0.0"}) EXPECT_FALSE(Value(text).AsBoolean()) << text;
-    EXPECT_EQ(TwipScale(144).ToPixels(3600), 360);
-    EXPECT_EQ(TwipScale(96).ToPixels(-4800), -320);
-    EXPECT_EQ(Raised([] { TwipScale(96).ToTwips(2147483647); }), 6);
-}
-
 TEST_F(ControlTest, NamesAndArraysAreUnique) {
     Menu& head = m_Form.Add<Menu>("mnuItem", 0);
     EXPECT_EQ(m_Form.Find("MNUITEM", 0), &head);

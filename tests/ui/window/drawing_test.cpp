@@ -85,29 +85,6 @@ TEST_F(DrawingTest, ColoursAndFractionsComeFromTexts) {
     EXPECT_EQ(Raised([&] { m_Form.SetProperty("FontSize", "0"); }), 380);
 }
 
-TEST_F(DrawingTest, TheMouseAndTheKeysAreTold) {
-    PictureBox& box = m_Form.Add<PictureBox>("pic");
-    Text events;
-    box.MouseDownEvent.Connect([&](MouseButton button, const TwipPoint& at) {
-        events += "down" + std::to_string(static_cast<int>(button)) + "@" + std::to_string(at.X) + " ";
-        m_System.WhileDragged = [&] {
-            m_System.FormsByName.at("form1")->WindowPlaced(WindowStates::Normal,
-                                                           {75, 45, m_Form.Width(), m_Form.Height()});
-        };
-        events += m_Form.DragByCaption() ? "moved " : "still ";
-        events += m_Form.DragByCaption() ? "moved " : "still ";
-    });
-    box.MouseLeaveEvent.Connect([&] { events += "left "; });
-    m_Form.KeyDownEvent.Connect([&](const KeyPress& key, bool& handled) { handled = key.Control && key.Key == 'C'; });
-    m_Form.Load();
-    PointerEvents& pointer = *m_System.Pointers.at("form1.area1");
-    pointer.Pressed(MouseButton::Left, {30, 15});
-    pointer.WentAway();
-    EXPECT_EQ(events, "down1@30 moved still left ");
-    EXPECT_TRUE(m_System.FormsByName.at("form1")->KeyPressed({'C', false, true, false}));
-    EXPECT_FALSE(m_System.FormsByName.at("form1")->KeyPressed({'C', false, false, false}));
-}
-
 TEST_F(DrawingTest, OwnersMayGoFirstAndAllGoAtOnce) {
     Form dialog(m_Forms, "frmDialog");
     dialog.SetOwner(&m_Form);

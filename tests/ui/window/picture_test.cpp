@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "ui/window/ButtonLook.h"
-#include "ui/window/Forms.h"
 
 namespace tb {
 namespace {
@@ -38,8 +37,6 @@ TEST(PictureHeaders, TellKindAndSizeOfWhatMayBeDecoded) {
         ASSERT_TRUE(header) << name;
         EXPECT_EQ(header->Kind, kind) << name;
         EXPECT_EQ(header->Size, size) << name;
-        for (size_t length = 0; length + 4 < bytes.size(); ++length)
-            ReadPictureHeader(TextView(bytes).substr(0, length));
     }
     const Text refused[] = {"",
                             "BM",
@@ -84,18 +81,6 @@ TEST(Buttons, CanBeReadInEachState) {
         EXPECT_NE(plain.Border, LookOfButton(colors, {true, false, false, true}).Border);
     }
     EXPECT_NEAR(Contrast(0xFFFFFF, 0), 21, 0.01);
-}
-
-// One screen left of and above the main one, whose system bar is at the bottom.
-TEST(Screens, AreFoundByPlace) {
-    const Screen main{{0, 0, 15360, 11520}, {0, 0, 15360, 11000}};
-    const Screen other{{-9600, -7200, 9600, 7200}, {-9600, -7200, 9600, 7200}};
-    const std::vector<Screen> screens{main, other};
-    EXPECT_EQ(ScreenAt(screens, {-1, -1}), other);
-    EXPECT_EQ(ScreenAt(screens, {0, 0}), main);
-    EXPECT_EQ(ScreenAt(screens, {2000000000, -2000000000}), main);
-    EXPECT_EQ(RoomAround(screens, {-9000, -100, 2147483647, 2147483647}), main.Room);
-    EXPECT_EQ(RoomAround(screens, {-5000, -3000, 200, 200}), other.Room);
 }
 
 }  // namespace
