@@ -107,7 +107,8 @@ void frmSubCat::AddCategories() {
     size_t index = 0;
     for (const QualifiersDialog::Category& category : m_Dialog.Categories()) {
         auto& button = Add<OptionButton>(category.Name, NoIndex, &picBody);
-        button.SetCaption(category.Caption);
+        // As it is written: "R&D" has no key.
+        button.SetCaption(ReplaceAll(category.Caption, "&", "&&"));
         button.SetToolTipText(category.ToolTip);
         button.SetTag(category.Tag);
         button.Move(0, category.Top, InnerWidth, QualifiersDialog::RowHeight);
