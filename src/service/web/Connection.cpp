@@ -93,11 +93,12 @@ bool Connection::WaitFor(short event) {
     return false;
 }
 
-bool Connection::AwaitRequest() {
+bool Connection::AwaitRequest(ConnectionThreads& threads) {
     m_HeadLeft = HeadLimit;
     if (m_Taken == m_Received.size()) {
         Enter(Phase::Idle);
-        if (!Fill()) return false;
+        // A stop that comes from now on finds it idle.
+        if (threads.IsStopped() || !Fill()) return false;
     }
     Enter(Phase::Reading);
     return true;

@@ -76,6 +76,11 @@ bool ConnectionThreads::IsCrowded() {
     return m_Stop || m_Connections.size() > m_Limit / 2;
 }
 
+bool ConnectionThreads::IsStopped() {
+    const std::lock_guard lock(m_Mutex);
+    return m_Stop;
+}
+
 void ConnectionThreads::Stop(std::chrono::milliseconds grace) {
     std::unique_lock lock(m_Mutex);
     m_Stop = true;

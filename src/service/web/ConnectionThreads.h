@@ -47,6 +47,7 @@ public:
     // Held by the one that sends a piece of a long reply.
     std::mutex& Turns() { return m_Turns; }
 
+    bool IsStopped();
     // Aborts those that are idle, the others after `grace`; returns when all threads have ended.
     void Stop(std::chrono::milliseconds grace);
 

@@ -154,7 +154,7 @@ bool HttpServer::Listener::process_and_close_socket(socket_t socket) {
 }
 
 void HttpServer::Listener::Serve(Connection& connection) {
-    for (int served = 1; connection.AwaitRequest(); ++served) {
+    for (int served = 1; connection.AwaitRequest(m_Threads); ++served) {
         if (!ServeOne(connection, served == MostRequests || m_Threads.IsCrowded())) return;
     }
 }
