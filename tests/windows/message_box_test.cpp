@@ -121,9 +121,9 @@ TEST_F(RealMessageBox, AndOtherDialogsLeaveNothingBehind) {
     open(20);
     const std::int32_t before = HandleCount::Live();
     const FlatMemory memory(GetCurrentProcess(), "kernel32.dll");
-    open(300);
+    open(150);
     EXPECT_EQ(HandleCount::Live(), before);
-    memory.Expect("300 of each");
+    memory.Expect("150 of each");
 }
 
 }  // namespace
