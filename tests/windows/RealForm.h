@@ -40,6 +40,12 @@ protected:
         });
     }
     static HWND WindowOf(const Form& form) { return ToHwnd(form.hWnd()); }
+    // Where there is a window manager, a new window may be told the place that it had before the manager moved it.
+    static void PutBack(Form& form) {
+        RECT place{};
+        GetWindowRect(WindowOf(form), &place);
+        if (place.left == 0 && place.top == 0) form.Move(1500, 1500);
+    }
     std::int32_t Pixels(Twips twips) const { return m_System.Scale().ToPixels(twips); }
 
     std::vector<Text> m_Failures;

@@ -58,12 +58,6 @@ protected:
             return form.IsForeground();
         }));
     }
-    // Where there is a window manager, a new window may be told the place that it had before the manager moved it.
-    static void PutBack(Form& form) {
-        RECT place{};
-        GetWindowRect(WindowOf(form), &place);
-        if (place.left == 0 && place.top == 0) form.Move(1500, 1500);
-    }
 
     using Deed = std::function<void(Form&)>;
     // Opens a dialog and does that with it, again and again as long as it stands there.

@@ -20,8 +20,8 @@ public:
     Connection& operator=(const Connection&) = delete;
     ~Connection() override;
 
-    // Waits for the first byte of a request. False when none came in time, the peer has closed, or the threads have been
-    // stopped.
+    // Waits for the first byte of a request. False when none came in time, the peer has closed, or the threads have
+    // been stopped.
     bool AwaitRequest(ConnectionThreads& threads);
     // The head is read and the body follows, to which the limit of the head does not apply.
     void BeginBody() { m_HeadLeft = NoLimit; }
